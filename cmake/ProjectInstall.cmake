@@ -1,0 +1,1 @@
+# Filled by the package rules below once the targets exist.

@@ -1,0 +1,16 @@
+# Flags that every target of the project is compiled with; linked PRIVATE, never exported.
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual=1
+  -Wextra-semi -Werror)
+target_include_directories(project_options INTERFACE "${PROJECT_SOURCE_DIR}")
+
+if(LUMICOR_SANITIZE)
+  add_compile_options(-fsanitize=${LUMICOR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${LUMICOR_SANITIZE})
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}" CACHE STRING "" FORCE)
+endif()

@@ -1,0 +1,18 @@
+find_package(GTest REQUIRED)
+
+# One test program per folder:
+#   project_test(NAME runtime_test SOURCES ClassTest.cpp ... LIBRARIES platform)
+# Each program is one CTest entry.
+function(project_test)
+  cmake_parse_arguments(TEST "" "NAME;TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT;LABELS" ${ARGN})
+  if(NOT TEST_TIMEOUT)
+    set(TEST_TIMEOUT 120)
+  endif()
+  add_executable(${TEST_NAME} ${TEST_SOURCES})
+  target_link_libraries(${TEST_NAME} PRIVATE project_options ${TEST_LIBRARIES} GTest::gmock_main)
+  target_precompile_headers(${TEST_NAME} REUSE_FROM test_headers)
+  set_target_properties(${TEST_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+  add_test(NAME ${TEST_NAME} COMMAND ${TEST_NAME} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+  set_tests_properties(${TEST_NAME} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${TEST_ENVIRONMENT}")
+endfunction()

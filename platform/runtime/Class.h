@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/runtime/Method.h"
+
+namespace platform {
+
+/// A class as the runtime knows it: its name, its superclass and the methods it exports.
+/// Made on first use of `T::cls()`, kept for the process. Thread: any; methods are added on the main thread.
+class Class {
+ public:
+  using Export = void (*)(Class&);
+  /// Name is what `NSStringFromClass` tells. `exportMethods` fills the method table.
+  Class(std::string name, Class* superclass, Export exportMethods);
+  Class(const Class&) = delete;
+  Class& operator=(const Class&) = delete;
+
+  const std::string& name() const { return name_; }
+  Class* superclass() const { return superclass_; }
+  bool isSubclassOf(const Class& other) const;
+
+  /// The method of this class or the nearest superclass that has one, or none. Cached; safe from any thread.
+  Method* method(SEL selector) const;
+  /// The method that this very class adds, or none.
+  Method* ownMethod(SEL selector) const;
+  /// Adds a method; false when this class already has one of that name. `send` may be none (see Method::sendImp).
+  bool addMethod(SEL selector, Signature signature, Imp imp, Imp send = nullptr);
+
+ private:
+  struct CacheEntry {
+    std::atomic<const void*> key{nullptr};
+    std::atomic<Method*> method{nullptr};
+  };
+  static constexpr std::size_t cacheSize = 64;
+
+  Method* lookUp(SEL selector) const;
+
+  std::string name_;
+  Class* superclass_;
+  mutable std::mutex mutex_;
+  std::unordered_map<SEL, std::unique_ptr<Method>> methods_;
+  mutable CacheEntry cache_[cacheSize];
+};
+
+/// The class's unqualified name.
+const std::string& NSStringFromClass(const Class& cls);
+
+/// The method that an instance of the class answers a selector with, its own or inherited, or none.
+Method* class_getInstanceMethod(Class& cls, SEL selector);
+
+namespace detail {
+/// "CartScreen" of "shop::(anonymous namespace)::CartScreen", template arguments kept.
+std::string unqualifiedName(const std::type_info& type);
+/// The cache generation: every added method makes all caches start anew.
+}  // namespace detail
+
+}  // namespace platform

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "platform/runtime/Selector.h"
+
+namespace platform {
+
+class NSObject;
+class Class;
+
+/// An implementation with its type erased; the real type is `R (*)(NSObject*, const Args&...)`.
+using Imp = void (*)();
+
+namespace detail {
+
+template <class T>
+struct IsObjectRef : std::false_type {};
+template <class T>
+struct IsObjectRef<std::shared_ptr<T>> : std::is_base_of<NSObject, T> {};
+
+/// Arguments and results travel as values; every reference to an object travels as `Ref<NSObject>`, whatever its class.
+template <class T, class Bare = std::remove_cvref_t<T>>
+using Canonical = std::conditional_t<IsObjectRef<Bare>::value, std::shared_ptr<NSObject>, Bare>;
+
+template <class R, class... Args>
+struct SignatureTag {
+  static const char tag;
+};
+template <class R, class... Args>
+const char SignatureTag<R, Args...>::tag = 0;
+
+std::string readableTypeName(const char* mangled);
+
+}  // namespace detail
+
+/// What a method takes and gives. Two signatures are equal when result and argument types are, object references of any
+/// class counting as one type.
+class Signature {
+ public:
+  template <class R, class... Args>
+  static Signature of();
+
+  friend bool operator==(Signature a, Signature b) { return a.id_ == b.id_; }
+  /// For people: "void (Ref<NSObject>, int)".
+  std::string description() const;
+
+ private:
+  const void* id_ = nullptr;
+  std::string (*describe_)() = nullptr;
+};
+
+/// One instance method of one class. Lives as long as the process. Looked up by class_getInstanceMethod.
+/// Thread: registration and exchange on the main thread; calls on any.
+class Method {
+ public:
+  Method(SEL name, Class& owner, Signature signature, Imp imp, Imp send)
+      : name_(name), owner_(&owner), signature_(signature), imp_(imp), send_(send), original_(imp) {}
+
+  SEL name() const { return name_; }
+  Class& owner() const { return *owner_; }
+  Signature signature() const { return signature_; }
+  /// The implementation that the method has now (an exchange changes it).
+  Imp imp() const { return imp_; }
+  /// What a message by selector calls: for an overridable operation the virtual call, else `imp()`.
+  Imp sendImp() const { return send_ ? send_ : imp_; }
+  bool isExchanged() const { return imp_ != original_; }
+
+ private:
+  friend void method_exchangeImplementations(Method* a, Method* b);
+  SEL name_;
+  Class* owner_;
+  Signature signature_;
+  Imp imp_;
+  Imp send_;
+  Imp original_;
+};
+
+/// Swaps the implementations of two methods. Both must be there and of the same signature: anything else is a fatal
+/// programming error. Main thread.
+void method_exchangeImplementations(Method* a, Method* b);
+
+}  // namespace platform
+
+#include <typeinfo>
+
+namespace platform {
+
+template <class R, class... Args>
+Signature Signature::of() {
+  Signature signature;
+  signature.id_ = &detail::SignatureTag<R, Args...>::tag;
+  signature.describe_ = +[] { return detail::readableTypeName(typeid(R(*)(Args...)).name()); };
+  return signature;
+}
+
+}  // namespace platform

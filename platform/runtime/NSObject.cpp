@@ -1,0 +1,74 @@
+#include "platform/runtime/NSObject.h"
+
+#include <cstdio>
+#include <unordered_map>
+
+namespace platform {
+
+struct NSObject::Associations {
+  struct Entry {
+    Ref<NSObject> strong;
+    Weak<NSObject> weak;
+  };
+  std::unordered_map<const void*, Entry> entries;
+};
+
+NSObject::NSObject() = default;
+NSObject::~NSObject() = default;
+
+Class& NSObject::cls() {
+  static Class* const shared = new Class("NSObject", nullptr, nullptr);
+  return *shared;
+}
+
+bool NSObject::respondsToSelector(SEL selector) const { return isa().method(selector) != nullptr; }
+
+Ref<NSObject> NSObject::forwardingTargetForSelector(SEL) const { return nullptr; }
+
+std::string NSObject::description() const {
+  char address[32];
+  std::snprintf(address, sizeof address, "%p", static_cast<const void*>(this));
+  return "<" + isa().name() + ": " + address + ">";
+}
+
+void NSObject::setAssociatedObject(const void* key, Ref<NSObject> value, AssociationPolicy policy) {
+  if (!value) {
+    if (associations_) associations_->entries.erase(key);
+    return;
+  }
+  if (!associations_) associations_ = std::make_unique<Associations>();
+  Associations::Entry entry;
+  entry.weak = value;
+  if (policy == AssociationPolicy::retain) entry.strong = std::move(value);
+  associations_->entries.insert_or_assign(key, std::move(entry));
+}
+
+Ref<NSObject> NSObject::associatedObject(const void* key) const {
+  if (!associations_) return nullptr;
+  const auto found = associations_->entries.find(key);
+  return found == associations_->entries.end() ? nullptr : found->second.weak.lock();
+}
+
+void detail::failNoMethod(const NSObject& object, SEL selector) {
+  fatalError("class " + object.isa().name() + " does not answer " + selector.name());
+}
+
+void detail::failWrongSignature(const NSObject& object, SEL selector, Signature sent, const Method& method) {
+  fatalError("message " + selector.name() + " to class " + object.isa().name() + " was sent as " + sent.description() +
+             " but the method is " + method.signature().description());
+}
+
+detail::Receiver detail::receiverFor(NSObject& object, SEL selector) {
+  NSObject* at = &object;
+  Ref<NSObject> keeper;
+  for (int hops = 0; hops < 16; ++hops) {  // proxies in front of proxies, but never a ring without end
+    if (Method* const method = at->isa().method(selector)) return {at, keeper, method};
+    Ref<NSObject> next = at->forwardingTargetForSelector(selector);
+    if (!next || next.get() == at) break;
+    keeper = std::move(next);
+    at = keeper.get();
+  }
+  failNoMethod(object, selector);
+}
+
+}  // namespace platform

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/runtime/Class.h"
+#include "platform/runtime/Ref.h"
+#include "platform/runtime/Selector.h"
+
+namespace platform {
+
+/// How an associated object is held. `assignWeak` lets it die.
+enum class AssociationPolicy { retain, assignWeak };
+
+/// The root of every class of the runtime. Objects are shared (`Ref<T>`), made with `make<T>(...)`.
+/// Thread: an object belongs to the thread that uses it; the user interface belongs to the main thread.
+class NSObject : public std::enable_shared_from_this<NSObject> {
+ public:
+  NSObject();
+  NSObject(const NSObject&) = delete;
+  NSObject& operator=(const NSObject&) = delete;
+  virtual ~NSObject();
+
+  static Class& cls();
+  virtual Class& isa() const { return cls(); }
+  Class& classForCoder() const { return isa(); }
+  bool isKindOfClass(const Class& other) const { return isa().isSubclassOf(other); }
+
+  /// True when a message of that name would be answered: by a method of the class, or by whatever a subclass forwards
+  /// to.
+  virtual bool respondsToSelector(SEL selector) const;
+  /// The object that gets a message which this one has no method for, or none.
+  virtual Ref<NSObject> forwardingTargetForSelector(SEL selector) const;
+
+  /// For people: "<CartScreen: 0x55d0c0a8f2b0>". Stable for the object's life.
+  virtual std::string description() const;
+
+  /// Sends a message by name: `perform(sel("checkout:"), sender)`, `perform<std::int64_t>(sel("numberOfRows"))`.
+  /// No method (nor forwarding target), or one of another signature, is a fatal programming error.
+  template <class R = void, class... Args>
+  R perform(SEL selector, const Args&... args);
+
+  /// This object, shared. Only once it is owned by a Ref (so not inside constructors; use `init...`).
+  template <class T>
+  Ref<T> self(T*) {
+    return std::static_pointer_cast<T>(shared_from_this());
+  }
+
+  /// An object attached to this one for its lifetime under a key (any address). None removes it. Main thread.
+  void setAssociatedObject(const void* key, Ref<NSObject> value, AssociationPolicy policy);
+  Ref<NSObject> associatedObject(const void* key) const;
+
+ private:
+  struct Associations;
+  std::unique_ptr<Associations> associations_;
+};
+
+}  // namespace platform
+
+#include "platform/runtime/Message.h"
