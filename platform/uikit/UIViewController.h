@@ -1,0 +1,149 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/runtime/Exchangeable.h"
+#include "platform/uikit/UIView.h"
+
+namespace platform {
+
+enum class UIModalPresentationStyle { fullScreen, pageSheet, overFullScreen, overCurrentContext };
+enum class UIModalTransitionStyle { coverVertical, crossDissolve };
+
+/// A screen or a part of one: owns a root view, made when first asked for, and is told of its appearances. A parent
+/// owns its children, a presenting controller the presented one. Thread: main.
+class UIViewController : public Object<UIViewController, UIResponder> {
+ public:
+  UIViewController();
+  ~UIViewController() override;
+  static void exportMethods(MethodTable<UIViewController>& table);
+
+  // ---- View
+  const Ref<UIView>& view();
+  /// The view when it has been made already, else none.
+  Ref<UIView> viewIfLoaded() const { return view_; }
+  bool isViewLoaded() const { return view_ != nullptr; }
+  void setView(const Ref<UIView>& view);
+  void loadViewIfNeeded() { (void)view(); }
+  /// Makes the root view; the base makes a plain one of the screen's size.
+  virtual void loadView();
+  virtual void viewDidLoad() {}
+  virtual void viewWillAppear(bool animated);
+  virtual void viewDidAppear(bool animated) {
+    Exchangeable<&UIViewController::viewDidAppear, &UIViewController::platformViewDidAppear>::call(*this, animated);
+  }
+  virtual void viewWillDisappear(bool animated) {
+    Exchangeable<&UIViewController::viewWillDisappear, &UIViewController::platformViewWillDisappear>::call(*this,
+                                                                                                           animated);
+  }
+  virtual void viewDidDisappear(bool animated);
+  virtual void viewWillLayoutSubviews() {}
+  virtual void viewDidLayoutSubviews() {}
+  virtual void viewSafeAreaInsetsDidChange() {}
+
+  const std::string& title() const { return title_; }
+  virtual void setTitle(const std::string& title);
+
+  // ---- Containment
+  virtual const std::vector<Ref<UIViewController>>& childViewControllers() const { return children_; }
+  Ref<UIViewController> parentViewController() const { return parent_.lock(); }
+  /// Calls willMoveToParent on the child; the caller adds the view and then calls didMoveToParent.
+  void addChildViewController(const Ref<UIViewController>& child);
+  void removeFromParentViewController();
+  virtual void willMoveToParent(Ref<UIViewController> parent) {
+    Exchangeable<&UIViewController::willMoveToParent, &UIViewController::platformWillMoveToParent>::call(*this, parent);
+  }
+  virtual void didMoveToParent(const Ref<UIViewController>& parent);
+  /// For containers: the appearance callbacks of a child, in pairs.
+  void beginAppearanceTransition(bool appearing, bool animated);
+  void endAppearanceTransition();
+  bool isMovingToParentViewController() const { return movingToParent_; }
+  bool isMovingFromParentViewController() const { return movingFromParent_; }
+  bool isBeingPresented() const { return beingPresented_; }
+  bool isBeingDismissed() const { return beingDismissed_; }
+
+  // ---- Presentation
+  void presentViewController(const Ref<UIViewController>& controller, bool animated,
+                             std::function<void()> completion = nullptr);
+  /// Dismisses what this controller presents, or itself when it presents nothing.
+  void dismissViewController(bool animated, std::function<void()> completion = nullptr);
+  virtual Ref<UIViewController> presentedViewController() const;
+  /// Also of an ancestor.
+  virtual Ref<UIViewController> presentingViewController() const;
+  UIModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
+  void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
+  UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
+  void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
+
+  // ---- Containers around
+  virtual Ref<UINavigationController> navigationController() const;
+  virtual Ref<UITabBarController> tabBarController() const;
+  const Ref<UINavigationItem>& navigationItem();
+  const Ref<UITabBarItem>& tabBarItem();
+  void setTabBarItem(const Ref<UITabBarItem>& item);
+  bool hidesBottomBarWhenPushed() const { return hidesBottomBarWhenPushed_; }
+  void setHidesBottomBarWhenPushed(bool hides) { hidesBottomBarWhenPushed_ = hides; }
+  std::vector<Ref<UIBarButtonItem>> toolbarItems() const { return toolbarItems_; }
+  void setToolbarItems(std::vector<Ref<UIBarButtonItem>> items);
+  /// Extra room that bars of containers take from the safe area.
+  UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeAreaInsets_; }
+  void setAdditionalSafeAreaInsets(UIEdgeInsets insets);
+
+  // ---- Segues
+  /// Registers a segue by identifier: what to make and how to show it ("show" pushes, "present" presents).
+  enum class SegueKind { show, present };
+  void registerSegue(const std::string& identifier, SegueKind kind, std::function<Ref<UIViewController>()> destination);
+  virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
+  /// An unknown identifier is a fatal programming error.
+  virtual void performSegue(const std::string& identifier, const Ref<NSObject>& sender);
+  /// Exchangeable ("prepareForSegue:sender:").
+  virtual void prepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) {
+    Exchangeable<&UIViewController::prepareForSegue, &UIViewController::platformPrepareForSegue>::call(*this, segue,
+                                                                                                       sender);
+  }
+
+  Ref<UIResponder> nextResponder() override;
+
+  // The platform's own behaviour of the exchangeable operations.
+  void platformViewDidAppear(bool animated);
+  void platformViewWillDisappear(bool animated);
+  void platformWillMoveToParent(Ref<UIViewController> parent);
+  void platformPrepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender);
+
+ private:
+  friend class UINavigationController;
+  friend class UITabBarController;
+  friend class UIWindow;
+  friend class ModalPresentation;
+  enum class Appearance { disappeared, appearing, appeared, disappearing };
+  struct Segue {
+    SegueKind kind;
+    std::function<Ref<UIViewController>()> destination;
+  };
+  Ref<UIView> view_;
+  std::string title_;
+  std::vector<Ref<UIViewController>> children_;
+  Weak<UIViewController> parent_;
+  Ref<UIViewController> presented_;
+  Weak<UIViewController> presenting_;
+  Ref<UINavigationItem> navigationItem_;
+  Ref<UITabBarItem> tabBarItem_;
+  std::vector<Ref<UIBarButtonItem>> toolbarItems_;
+  std::map<std::string, Segue> segues_;
+  UIEdgeInsets additionalSafeAreaInsets_;
+  UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::fullScreen;
+  UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
+  Appearance appearance_ = Appearance::disappeared;
+  bool loadingView_ = false;
+  bool hidesBottomBarWhenPushed_ = false;
+  bool movingToParent_ = false;
+  bool movingFromParent_ = false;
+  bool beingPresented_ = false;
+  bool beingDismissed_ = false;
+};
+
+}  // namespace platform

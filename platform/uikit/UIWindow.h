@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/uikit/UITouch.h"
+#include "platform/uikit/UIView.h"
+
+namespace platform {
+
+/// The root of a view tree on a screen. It turns raw touches into UITouch objects and gives them to gesture recognisers
+/// and views. Made with `make<UIWindow>(frame)`; owned by the host. Main thread.
+class UIWindow : public Object<UIWindow, UIView> {
+ public:
+  UIWindow();
+  ~UIWindow() override;
+  void initWithFrame(CGRect frame) override;
+
+  virtual Ref<UIViewController> rootViewController() const;
+  void setRootViewController(const Ref<UIViewController>& controller);
+  virtual bool isKeyWindow() const;
+  /// Adds the window to the application, shows it and makes it the key window.
+  void makeKeyAndVisible();
+  /// Windows of a higher level lie in front.
+  double windowLevel() const;
+  void setWindowLevel(double level);
+
+  /// One finger at one instant, in window coordinates, `identifier` telling fingers apart. Everything a person touches,
+  /// and everything TouchDriver does, comes in here.
+  void deliverTouch(std::int64_t identifier, UITouchPhase phase, CGPoint location, double timestamp);
+
+  Ref<UIResponder> nextResponder() override;
+  void layoutSubviews() override;
+
+ private:
+  struct Touches;
+  std::unique_ptr<Touches> touches_;
+  Ref<UIViewController> rootViewController_;
+  double windowLevel_ = 0;
+};
+
+}  // namespace platform
