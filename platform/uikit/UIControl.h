@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/runtime/Exchangeable.h"
+#include "platform/uikit/UITouch.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
@@ -86,6 +87,10 @@ class UIControl : public Object<UIControl, UIView> {
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
 
+ protected:
+  /// True for a control whose touchUpInside by a finger is followed by primaryActionTriggered.
+  virtual bool sendsPrimaryAction() const { return false; }
+
  private:
   struct Registration {
     Weak<NSObject> target;
@@ -93,6 +98,8 @@ class UIControl : public Object<UIControl, UIView> {
     SEL action;
     UIControlEvents events;
   };
+  void finishTracking();
+  bool isStillRegistered(const Registration& registration) const;
   std::vector<Registration> registrations_;
   Ref<UITouch> tracking_;
   bool touchInside_ = false;
