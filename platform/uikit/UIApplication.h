@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "platform/uikit/UIWindow.h"
@@ -25,6 +27,10 @@ class UIApplication : public Object<UIApplication, UIResponder> {
   void endIgnoringInteractionEvents();
   bool isIgnoringInteractionEvents() const { return ignoring_ > 0; }
 
+  /// One finger at one instant, in screen coordinates: what the window system and TouchDriver send. A touch belongs to
+  /// the front-most window that takes it, until it ends.
+  void deliverTouch(std::int64_t identifier, UITouchPhase phase, CGPoint screenPoint, double timestamp);
+
   /// A key from the window system or a driver: first responder, then up its chain.
   void deliverKey(const UIKey& key);
 
@@ -41,11 +47,15 @@ class UIApplication : public Object<UIApplication, UIResponder> {
  private:
   friend class UIWindow;
   friend class UIResponder;
+  std::vector<Ref<UIWindow>> windowsFrontToBack() const;
   void addWindow(const Ref<UIWindow>& window);
+  void removeWindow(UIWindow& window);
   std::vector<Weak<UIWindow>> windows_;
   Weak<UIWindow> keyWindow_;
   Weak<UIResponder> firstResponder_;
+  std::map<std::int64_t, Weak<UIWindow>> touchedWindows_;
   int ignoring_ = 0;
+  bool running_ = false;
 };
 
 }  // namespace platform

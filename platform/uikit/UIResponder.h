@@ -5,6 +5,7 @@
 
 #include "platform/runtime/Object.h"
 #include "platform/uikit/Forward.h"
+#include "platform/uikit/UITextInputTraits.h"
 
 namespace platform {
 
@@ -46,6 +47,8 @@ class UIResponder : public Object<UIResponder, NSObject> {
   virtual bool wantsKeyboard() { return false; }
   /// The view that replaces the software keyboard (a picker), or none.
   virtual Ref<UIView> inputView() { return nullptr; }
+  /// What the software keyboard looks like for this responder.
+  virtual UITextInputTraits textInputTraits() { return {}; }
 
   /// The object of the chain, from this one on, that answers the action, or none.
   virtual Ref<UIResponder> targetForAction(SEL action);

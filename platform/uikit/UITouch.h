@@ -18,12 +18,14 @@ class UITouch : public Object<UITouch, NSObject> {
   std::int64_t tapCount() const { return tapCount_; }
   Ref<UIView> view() const { return view_.lock(); }
   Ref<UIWindow> window() const { return window_.lock(); }
+  /// The recognisers that watch it.
+  std::vector<Ref<UIGestureRecognizer>> gestureRecognizers() const;
   /// In points, in the view's own coordinates; in the window's for none.
   CGPoint locationInView(const UIView* view) const;
   CGPoint previousLocationInView(const UIView* view) const;
 
  private:
-  friend class UIWindow;
+  friend class TouchDispatcher;
   UITouchPhase phase_ = UITouchPhase::began;
   double timestamp_ = 0;
   std::int64_t tapCount_ = 1;
@@ -31,6 +33,7 @@ class UITouch : public Object<UITouch, NSObject> {
   CGPoint previousLocation_;
   Weak<UIView> view_;
   Weak<UIWindow> window_;
+  std::vector<Weak<UIGestureRecognizer>> recognizers_;
 };
 
 /// The touches that changed at one instant.

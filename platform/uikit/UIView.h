@@ -73,6 +73,11 @@ class UIView : public Object<UIView, UIResponder> {
   void sizeToFit();
   UIEdgeInsets safeAreaInsets() const;
   virtual void safeAreaInsetsDidChange() {}
+  /// What the subviews inherit; a scroll view, which spends the safe area on its content insets, gives none.
+  virtual UIEdgeInsets safeAreaInsetsForSubviews() const { return safeAreaInsets(); }
+  /// Works the safe area out anew, here and below where it changes. Geometry and tree changes do it by themselves; a
+  /// controller does it when its additional insets change.
+  void updateSafeAreaInsets();
   UIEdgeInsets layoutMargins() const;
   void setLayoutMargins(UIEdgeInsets margins);
 
@@ -173,6 +178,9 @@ class UIView : public Object<UIView, UIResponder> {
   void addGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
   void removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
   const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const;
+  /// Asked of the recogniser's view and of every view between it and the one that was touched. A control answers no to
+  /// a tap of one of its superviews.
+  virtual bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer);
   /// Ends editing in this view or below; true when no first responder is left in it.
   bool endEditing(bool force);
 
@@ -203,6 +211,11 @@ class UIView : public Object<UIView, UIResponder> {
   friend class UIViewController;
   friend class UIWindow;
   friend class ViewLayout;
+  friend class ViewAnimation;
+  void moveInto(UIView& superview, std::size_t index);
+  void detach();
+  void enterWindow(UIWindow* window);
+  void announceWindow(const Ref<UIWindow>& window);
   struct Storage;
   std::unique_ptr<Storage> storage_;  // platform/uikit/UIViewStorage.h, shared by the sources of this class
 };

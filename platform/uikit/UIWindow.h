@@ -1,14 +1,12 @@
 #pragma once
 
-#include <memory>
-
 #include "platform/uikit/UITouch.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
 
-/// The root of a view tree on a screen. It turns raw touches into UITouch objects and gives them to gesture recognisers
-/// and views. Made with `make<UIWindow>(frame)`; owned by the host. Main thread.
+/// The root of a view tree on a screen. Made with `make<UIWindow>(frame)`, hidden until it is made visible; owned by
+/// the host. Hiding it, or letting go of it, closes it: touches under way are cancelled. Main thread.
 class UIWindow : public Object<UIWindow, UIView> {
  public:
   UIWindow();
@@ -28,12 +26,17 @@ class UIWindow : public Object<UIWindow, UIView> {
   /// and everything TouchDriver does, comes in here.
   void deliverTouch(std::int64_t identifier, UITouchPhase phase, CGPoint location, double timestamp);
 
+  /// Between this window's coordinates and the screen's.
+  CGPoint convertPointToScreen(CGPoint point) const;
+  CGPoint convertPointFromScreen(CGPoint point) const;
+
+  void setHidden(bool hidden) override;
+  Ref<UIWindow> window() const override;
   Ref<UIResponder> nextResponder() override;
   void layoutSubviews() override;
 
  private:
-  struct Touches;
-  std::unique_ptr<Touches> touches_;
+  void showRootView(bool shown);
   Ref<UIViewController> rootViewController_;
   double windowLevel_ = 0;
 };
