@@ -1,0 +1,36 @@
+#include "service/Service.h"
+
+#include <chrono>
+
+#include "service/api/AdminApi.h"
+#include "service/assistant/TaskFile.h"
+
+namespace service {
+namespace {
+
+std::int64_t millisecondsSince1970() {
+  const auto time = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
+}  // namespace
+
+Service::Service(const Arguments& arguments, ServerLimits limits)
+    : configuration_(Configuration::load(arguments.configurationFile)),
+      assistant_(TaskFile::load(arguments.taskFile)),
+      store_(arguments.dataFolder),
+      routes_(configuration_,
+              arguments.exchangeFile ? &exchanges_.emplace(*arguments.exchangeFile, &millisecondsSince1970) : nullptr),
+      sdk_(configuration_, assistant_, store_, &millisecondsSince1970),
+      server_(arguments.host, arguments.port, limits, routes_) {
+  sdk_.setBaseAddress(server_.address());
+  sdk_.addTo(routes_);
+  addAdminRoutes(routes_, store_);
+  if (!arguments.assetFolder) return;
+  const AssetFolder& assets = assets_.emplace(*arguments.assetFolder);
+  routes_.addGet("/assets/", [&assets](const HttpRequest& request) {
+    return assets.serve(std::string_view(request.path).substr(std::string_view("/assets/").size()));
+  });
+}
+
+}  // namespace service

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+
+#include "service/api/AssetFolder.h"
+#include "service/api/Routes.h"
+#include "service/api/SdkApi.h"
+#include "service/assistant/Assistant.h"
+#include "service/base/Arguments.h"
+#include "service/base/Configuration.h"
+#include "service/http/ExchangeLog.h"
+#include "service/http/Server.h"
+#include "service/store/Store.h"
+
+namespace service {
+
+/// The whole service: everything loaded, opened and bound by its construction, or LoadError.
+class Service {
+ public:
+  explicit Service(const Arguments& arguments, ServerLimits limits = {});
+
+  const std::string& address() const { return server_.address(); }
+  int port() const { return server_.port(); }
+
+  /// Serves until stop() is called, from any thread or a signal handler.
+  void run() { server_.run(); }
+  void stop() noexcept { server_.stop(); }
+
+ private:
+  Configuration configuration_;
+  Assistant assistant_;
+  std::optional<AssetFolder> assets_;
+  std::optional<ExchangeLog> exchanges_;
+  Store store_;
+  Routes routes_;
+  SdkApi sdk_;
+  Server server_;
+};
+
+}  // namespace service

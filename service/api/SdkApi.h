@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "service/api/Identity.h"
+#include "service/base/Json.h"
+
+namespace service {
+
+class Assistant;
+class Configuration;
+class Routes;
+class Store;
+
+/// What an application calls: start, request, event, chat upload. Any thread once serving.
+class SdkApi {
+ public:
+  /// Milliseconds since 1970.
+  using Now = std::function<std::int64_t()>;
+
+  /// Everything is borrowed.
+  SdkApi(const Configuration& configuration, const Assistant& assistant, Store& store, Now now);
+
+  /// Adds the paths under /sdk/; this object must outlive the routes.
+  void addTo(Routes& routes);
+
+  /// What relative addresses in the configuration are completed with. To be set before serving.
+  void setBaseAddress(std::string address) { baseAddress_ = std::move(address); }
+
+ private:
+  Json initialise(const Identity& who, const JsonObject& body);
+  Json getSteps(const Identity& who, const JsonObject& body);
+  Json logEvent(const Identity& who, const JsonObject& body);
+  Json uploadMessages(const Identity& who, const JsonObject& body);
+
+  const Configuration& configuration_;
+  const Assistant& assistant_;
+  Store& store_;
+  const Now now_;
+  std::string baseAddress_;
+};
+
+}  // namespace service

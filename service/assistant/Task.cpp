@@ -1,0 +1,17 @@
+#include "service/assistant/Task.h"
+
+#include <algorithm>
+
+namespace service {
+
+const Choice* Slot::findChoice(const std::string& value) const {
+  const auto found = std::find_if(choices.begin(), choices.end(), [&](const Choice& c) { return c.value == value; });
+  return found == choices.end() ? nullptr : &*found;
+}
+
+const Slot* Task::findSlot(const std::string& name) const {
+  const auto found = std::find_if(slots.begin(), slots.end(), [&](const Slot& slot) { return slot.name == name; });
+  return found == slots.end() ? nullptr : &*found;
+}
+
+}  // namespace service

@@ -1,0 +1,67 @@
+#include "service/base/Arguments.h"
+
+#include <charconv>
+#include <functional>
+#include <map>
+#include <string_view>
+
+#include "service/base/LoadError.h"
+
+namespace service {
+namespace {
+
+int parsePort(std::string_view text) {
+  int port = -1;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+  if (error != std::errc() || end != text.data() + text.size() || port < 0 || port > 65535)
+    throw LoadError("--port: \"" + std::string(text) + "\" is not a port number (0 to 65535)");
+  return port;
+}
+
+}  // namespace
+
+Arguments Arguments::parse(std::span<const char* const> words) {
+  Arguments result;
+  using Setter = std::function<void(const std::string&)>;
+  const std::map<std::string_view, Setter> options = {
+      {"--data", [&](const std::string& text) { result.dataFolder = text; }},
+      {"--config", [&](const std::string& text) { result.configurationFile = text; }},
+      {"--tasks", [&](const std::string& text) { result.taskFile = text; }},
+      {"--assets", [&](const std::string& text) { result.assetFolder = text; }},
+      {"--exchange", [&](const std::string& text) { result.exchangeFile = text; }},
+      {"--host", [&](const std::string& text) { result.host = text; }},
+      {"--port", [&](const std::string& text) { result.port = parsePort(text); }},
+  };
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string_view word = words[i];
+    if (word == "--help" || word == "-h") {
+      result.wantsHelp = true;
+      return result;
+    }
+    const auto option = options.find(word);
+    if (option == options.end()) throw LoadError("\"" + std::string(word) + "\" is not an option; try --help");
+    if (++i == words.size() || *words[i] == '\0') throw LoadError(std::string(word) + ": a value is required");
+    option->second(words[i]);
+  }
+  if (result.dataFolder.empty()) throw LoadError("--data DIR is required; try --help");
+  if (result.configurationFile.empty()) throw LoadError("--config FILE is required; try --help");
+  if (result.taskFile.empty()) throw LoadError("--tasks FILE is required; try --help");
+  return result;
+}
+
+const char* Arguments::usage() {
+  return "lumicor-service --data DIR --config FILE --tasks FILE [options]\n"
+         "\n"
+         "Answers the in-app assistant over HTTP.\n"
+         "\n"
+         "  --data DIR       where the database is kept; made when it does not exist\n"
+         "  --config FILE    what applications receive when they start (JSON)\n"
+         "  --tasks FILE     the tasks that requests are matched with (JSON)\n"
+         "  --assets DIR     images and fonts served under /assets/\n"
+         "  --port N         port to listen on, 0 for any free one (default 8480)\n"
+         "  --host H         address to listen on (default 127.0.0.1: this machine only)\n"
+         "  --exchange FILE  appends every HTTP exchange as one JSON line\n"
+         "  --help           prints this\n";
+}
+
+}  // namespace service
