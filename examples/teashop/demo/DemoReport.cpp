@@ -1,0 +1,127 @@
+#include "examples/teashop/demo/DemoReport.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "platform/foundation/JSONValue.h"
+
+namespace teashop {
+
+namespace {
+
+constexpr std::size_t longestBodyShown = 4000;
+
+std::string escaped(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    switch (c) {
+      case '&': out += "&amp;"; break;
+      case '<': out += "&lt;"; break;
+      case '>': out += "&gt;"; break;
+      case '"': out += "&quot;"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
+std::string secondsText(double seconds) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f s", seconds);
+  return text;
+}
+
+constexpr const char* style = R"css(
+  :root { --ink: #22261f; --soft: #6b716d; --line: #e6e1d8; --leaf: #1f4d3a; --paper: #faf7f2; }
+  body { margin: 0; background: var(--paper); color: var(--ink); font: 16px/1.5 Inter, system-ui, sans-serif; }
+  main { max-width: 1080px; margin: 0 auto; padding: 48px 24px 96px; }
+  h1 { font-size: 32px; letter-spacing: -0.02em; margin: 0 0 8px; }
+  h2 { font-size: 20px; margin: 56px 0 16px; }
+  .lead { color: var(--soft); max-width: 640px; margin: 0 0 24px; }
+  .request { background: #fff; border: 1px solid var(--line); border-radius: 14px; padding: 16px 20px; font-size: 18px; }
+  .stages { display: grid; grid-template-columns: repeat(auto-fill, minmax(230px, 1fr)); gap: 28px 24px; }
+  figure { margin: 0; }
+  figure img { width: 100%; border-radius: 22px; border: 1px solid var(--line); box-shadow: 0 8px 28px rgba(34,38,31,.10); }
+  figcaption { padding: 12px 4px 0; font-size: 14px; }
+  figcaption b { display: block; font-size: 15px; }
+  figcaption .asked { color: var(--soft); display: block; }
+  .time { float: right; color: var(--soft); font-variant-numeric: tabular-nums; }
+  table { border-collapse: collapse; width: 100%; background: #fff; border: 1px solid var(--line); font-size: 14px; }
+  td, th { text-align: left; padding: 9px 12px; border-bottom: 1px solid var(--line); vertical-align: top; }
+  .yes { color: var(--leaf); font-weight: 600; } .no { color: #b3261e; font-weight: 600; }
+  details pre { white-space: pre-wrap; word-break: break-word; font-size: 12px; margin: 8px 0 0; }
+)css";
+
+void writeStages(std::ostream& page, const std::vector<DemoReport::Stage>& stages) {
+  page << "<div class=\"stages\">\n";
+  int number = 0;
+  for (const DemoReport::Stage& stage : stages) {
+    page << "<figure><img src=\"" << escaped(stage.picture) << "\" alt=\"" << escaped(stage.title) << "\"><figcaption>"
+         << "<span class=\"time\">" << secondsText(stage.seconds) << "</span><b>" << ++number << ". " << escaped(stage.title)
+         << "</b><span class=\"asked\">" << escaped(stage.asked) << "</span>" << escaped(stage.done)
+         << "</figcaption></figure>\n";
+  }
+  page << "</div>\n";
+}
+
+void writeChecks(std::ostream& page, const std::vector<DemoReport::Check>& checks) {
+  page << "<table>\n";
+  for (const DemoReport::Check& check : checks) {
+    page << "<tr><td class=\"" << (check.holds ? "yes\">holds" : "no\">fails") << "</td><td>" << escaped(check.what)
+         << "</td><td>" << escaped(check.found) << "</td></tr>\n";
+  }
+  page << "</table>\n";
+}
+
+std::string member(const platform::JSONValue& exchange, std::string_view name) {
+  const platform::JSONValue* const value = exchange.find(name);
+  if (!value) return "";
+  if (const std::string* const text = value->asString()) return *text;
+  const auto encoded = value->encode();
+  return encoded ? *encoded : "";
+}
+
+void writeExchange(std::ostream& page, const std::filesystem::path& file) {
+  std::ifstream lines(file);
+  if (!lines) return;
+  page << "<h2>What went over HTTP</h2>\n<table><tr><th>Request</th><th>Status</th><th>Bodies</th></tr>\n";
+  for (std::string line; std::getline(lines, line);) {
+    const auto exchange = platform::JSONValue::parse(line);
+    if (!exchange) continue;
+    const std::string path = member(*exchange, "path");
+    if (!path.starts_with("/sdk/")) continue;
+    page << "<tr><td>" << escaped(member(*exchange, "method") + " " + path) << "</td><td>"
+         << escaped(member(*exchange, "status")) << "</td><td><details><summary>"
+         << escaped(member(*exchange, "milliseconds")) << " ms</summary><pre>"
+         << escaped(member(*exchange, "request").substr(0, longestBodyShown)) << "\n\n"
+         << escaped(member(*exchange, "response").substr(0, longestBodyShown)) << "</pre></details></td></tr>\n";
+  }
+  page << "</table>\n";
+}
+
+}  // namespace
+
+bool DemoReport::holds() const {
+  return !checks_.empty() && std::ranges::all_of(checks_, [](const Check& check) { return check.holds; });
+}
+
+bool DemoReport::write(const std::string& request, double seconds, bool inVirtualTime) const {
+  std::ofstream page(folder_ / "report.html");
+  page << "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>A request is carried out</title>"
+       << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><style>" << style
+       << "</style></head><body><main>\n<h1>" << (holds() ? "The order was placed" : "The order was not placed")
+       << "</h1>\n<p class=\"lead\">A customer opened the chat, typed one sentence, and watched the shop being operated. "
+       << (inVirtualTime ? "Played in virtual time: " : "Played in real time: ") << secondsText(seconds)
+       << " from the first tap to the last word.</p>\n<div class=\"request\">\u201c" << escaped(request)
+       << "\u201d</div>\n<h2>Stage by stage</h2>\n";
+  writeStages(page, stages_);
+  page << "<h2>What had to hold</h2>\n";
+  writeChecks(page, checks_);
+  writeExchange(page, folder_ / "http.jsonl");
+  page << "</main></body></html>\n";
+  return static_cast<bool>(page.flush());
+}
+
+}  // namespace teashop

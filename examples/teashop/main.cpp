@@ -1,0 +1,64 @@
+// The tea shop. With a window for a person, or played by itself.
+
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "examples/teashop/TeashopApplication.h"
+#include "examples/teashop/demo/DemoPlayer.h"
+#include "platform/dispatch/Clock.h"
+#include "platform/foundation/Bundle.h"
+#include "platform/uikit/UIApplication.h"
+
+namespace {
+
+struct Arguments {
+  std::string service;
+  std::optional<std::string> playInto;
+  bool isFast = false;
+};
+
+constexpr const char* usage =
+    "usage: teashop --service URL [--play FOLDER [--fast]]\n"
+    "  --service URL   where the assistant's service listens\n"
+    "  --play FOLDER   plays the story without a person and writes its report there\n"
+    "  --fast          in virtual time\n";
+
+std::optional<Arguments> parse(int count, char** values) {
+  Arguments arguments;
+  for (int i = 1; i < count; ++i) {
+    const std::string option = values[i];
+    const bool hasValue = i + 1 < count;
+    if (option == "--service" && hasValue) {
+      arguments.service = values[++i];
+    } else if (option == "--play" && hasValue) {
+      arguments.playInto = values[++i];
+    } else if (option == "--fast") {
+      arguments.isFast = true;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (arguments.service.empty()) return std::nullopt;
+  return arguments;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  const auto arguments = parse(count, values);
+  if (!arguments) {
+    std::fputs(usage, stderr);
+    return 2;
+  }
+  platform::Bundle::main().setInfoDictionary(platform::JSONValue::object(
+      {{"CFBundleIdentifier", "com.example.teashop"}, {"CFBundleShortVersionString", "1.4.0"}}));
+  if (arguments->isFast) platform::Clock::useVirtualTime(platform::Clock::secondsSince1970());
+
+  teashop::TeashopApplication application;
+  teashop::TeashopApplication::startAssistant(arguments->service);
+  if (!arguments->playInto) return platform::UIApplication::shared().run("Tea shop");
+  teashop::DemoPlayer player(application, arguments->service, *arguments->playInto);
+  return player.play() ? 0 : 1;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "examples/teashop/Shop.h"
+#include "platform/uikit/UILabel.h"
+#include "platform/uikit/UITableView.h"
+#include "platform/uikit/UIViewController.h"
+
+namespace teashop {
+
+/// The customer's orders, newest first.
+class AccountScreen final : public platform::Object<AccountScreen, platform::UIViewController> {
+ public:
+  explicit AccountScreen(ShopRef shop) : shop_(std::move(shop)) {}
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+
+  static void exportMethods(platform::MethodTable<AccountScreen>& table);
+
+ private:
+  std::int64_t numberOfRows(const platform::Ref<platform::UITableView>& table, std::int64_t section);
+  platform::Ref<platform::UITableViewCell> cellForRow(const platform::Ref<platform::UITableView>& table,
+                                                      const platform::IndexPath& path);
+  ShopRef shop_;
+  platform::Ref<platform::UITableView> table_;
+  platform::Ref<platform::UILabel> empty_;
+};
+
+}  // namespace teashop

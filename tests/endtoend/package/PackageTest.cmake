@@ -1,0 +1,25 @@
+# Installs the build into a fresh prefix, builds the consumer against it and runs it.
+set(work "${BUILD}/package_test")
+file(REMOVE_RECURSE "${work}")
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "${command}\nended with ${result}:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install "${BUILD}" --prefix "${work}/prefix")
+set(flags "")
+if(SANITIZE)
+  set(flags "-fsanitize=${SANITIZE}")
+endif()
+run(${CMAKE_COMMAND} -S "${CONSUMER}" -B "${work}/build" -G "${GENERATOR}" "-DCMAKE_PREFIX_PATH=${work}/prefix"
+  "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_FLAGS=${flags}" -DCMAKE_BUILD_TYPE=Debug)
+run(${CMAKE_COMMAND} --build "${work}/build")
+run("${work}/build/consumer")
+if(NOT output MATCHES "NATIVE")
+  message(FATAL_ERROR "the consumer printed: ${output}")
+endif()
