@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/foundation/Data.h"
+#include "platform/foundation/HTTPHeaders.h"
+#include "platform/foundation/URLError.h"
+#include "platform/runtime/Ref.h"
+
+namespace platform {
+
+/// Carries one HTTP request to a server and its reply back. It follows no redirections, keeps no cookies and no cache,
+/// and always verifies certificates. Any thread.
+class HttpTransport {
+ public:
+  struct Request {
+    std::string url;
+    std::string method;
+    HTTPHeaders headers;
+    Data body;
+    /// When set, the body is read from this file while it is sent.
+    std::string bodyFile;
+    /// When set, the body of a reply of status 2xx is written to this file while it arrives.
+    std::string replyFile;
+    /// Seconds without any byte sent or received after which the exchange fails.
+    double idleTimeout = 60;
+    /// A longer reply closes the connection.
+    std::size_t maximumReplyBytes = 0;
+  };
+  struct Reply {
+    std::optional<URLError> error;
+    int statusCode = 0;
+    HTTPHeaders headers;
+    Data body;
+  };
+  /// Called once, on a thread of the transport: hand over and return. Not called any more once `cancel` was called.
+  using Completion = std::function<void(Reply)>;
+
+  /// A request under way. Dropping it does not end it.
+  class Exchange {
+   public:
+    virtual ~Exchange() = default;
+    virtual void cancel() = 0;
+  };
+
+  virtual ~HttpTransport() = default;
+  virtual Ref<Exchange> send(Request request, Completion completion) = 0;
+
+  /// The engine's transport.
+  static HttpTransport& shared();
+};
+
+}  // namespace platform

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/foundation/Data.h"
+#include "platform/runtime/Ref.h"
+
+namespace platform {
+
+/// Small values under keys that outlive the process.
+/// Reads come from memory, which is filled once when the store is made. Writes change memory at once and reach the disk
+/// soon after on a queue of the store's own; `synchronize` waits for that. A value on disk is replaced as a whole: a
+/// kill at any moment leaves the old value or the new one. Among several processes the last writer wins. Thread:  any.
+/// Failure: a file that cannot be read as a value is moved aside and told in one line on standard error; so is a write
+///          that fails. Other keys are not touched by either.
+class UserDefaults {
+ public:
+  /// The application's own store. In the folder of `setStandardDirectory`, else in that of the environment variable
+  /// PLATFORM_DEFAULTS_DIRECTORY, else in the user's data folder under the bundle's identifier.
+  static UserDefaults& standard();
+  /// Where `standard` keeps its files; what was loaded before is written and let go. Main thread.
+  static void setStandardDirectory(std::filesystem::path directory);
+
+  explicit UserDefaults(std::filesystem::path directory);
+  ~UserDefaults();
+  UserDefaults(const UserDefaults&) = delete;
+  UserDefaults& operator=(const UserDefaults&) = delete;
+
+  /// None when nothing is stored under the key, or a value of another type.
+  std::optional<Data> data(std::string_view key) const;
+  std::optional<std::string> string(std::string_view key) const;
+  std::optional<std::int64_t> integer(std::string_view key) const;
+  std::optional<bool> boolean(std::string_view key) const;
+
+  /// Stores bytes.
+  void set(Data value, std::string_view key);
+  void setString(std::string value, std::string_view key);
+  void setInteger(std::int64_t value, std::string_view key);
+  void setBoolean(bool value, std::string_view key);
+  void removeObject(std::string_view key);
+
+  /// Waits until everything set so far is on disk; false when some of it could not be written. Not for the main thread
+  /// of an application, which would wait for the disk.
+  bool synchronize();
+
+ private:
+  struct Store;
+  const std::shared_ptr<Store> store_;
+};
+
+}  // namespace platform
