@@ -97,7 +97,7 @@ void UIControl::sendActions(UIControlEvents events, const Ref<UIEvent>& event) {
 }
 
 void UIControl::platformSendAction(SEL action, Ref<NSObject> target, Ref<UIEvent> event) {
-  UIApplication::shared().sendAction(action, target, self(), event);
+  UIApplication::shared().sendAction(action, target, actionSender(), event);
 }
 
 // ---- State

@@ -81,6 +81,8 @@ class UIControl : public Object<UIControl, UIView> {
   virtual void endTracking(const Ref<UITouch>& touch, const Ref<UIEvent>& event);
   virtual void cancelTracking(const Ref<UIEvent>& event);
   bool isTracking() const { return tracking_ != nullptr; }
+  /// True for a control that a finger drags (a slider): a scroll view around it leaves such a drag to it.
+  virtual bool followsDragging() const { return false; }
 
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;
@@ -90,6 +92,8 @@ class UIControl : public Object<UIControl, UIView> {
  protected:
   /// True for a control whose touchUpInside by a finger is followed by primaryActionTriggered.
   virtual bool sendsPrimaryAction() const { return false; }
+  /// In whose name the actions leave: the control itself, unless it stands for something else (a bar button item).
+  virtual Ref<NSObject> actionSender() { return self(); }
 
  private:
   struct Registration {

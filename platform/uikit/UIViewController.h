@@ -2,14 +2,18 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/runtime/Exchangeable.h"
+#include "platform/uikit/UIStoryboardSegue.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
+
+class ModalPresentation;
 
 enum class UIModalPresentationStyle { fullScreen, pageSheet, overFullScreen, overCurrentContext };
 enum class UIModalTransitionStyle { coverVertical, crossDissolve };
@@ -20,6 +24,7 @@ class UIViewController : public Object<UIViewController, UIResponder> {
  public:
   UIViewController();
   ~UIViewController() override;
+  void init() {}
   static void exportMethods(MethodTable<UIViewController>& table);
 
   // ---- View
@@ -49,6 +54,10 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   virtual void setTitle(const std::string& title);
 
   // ---- Containment
+  ///
+  /// Order of the callbacks: willAppear and willDisappear reach a parent before its children, didAppear and
+  /// didDisappear reach the children first. A child whose view is put into a view on a screen (or taken out) by plain
+  /// addSubview and removeFromSuperview is told so as well.
   virtual const std::vector<Ref<UIViewController>>& childViewControllers() const { return children_; }
   Ref<UIViewController> parentViewController() const { return parent_.lock(); }
   /// Calls willMoveToParent on the child; the caller adds the view and then calls didMoveToParent.
@@ -92,10 +101,12 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   /// Extra room that bars of containers take from the safe area.
   UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeAreaInsets_; }
   void setAdditionalSafeAreaInsets(UIEdgeInsets insets);
+  /// What the root view adds to the safe area that it inherits: the additional insets and the bars of the container.
+  UIEdgeInsets safeAreaContribution() const;
 
   // ---- Segues
   /// Registers a segue by identifier: what to make and how to show it ("show" pushes, "present" presents).
-  enum class SegueKind { show, present };
+  using SegueKind = UIStoryboardSegue::Kind;
   void registerSegue(const std::string& identifier, SegueKind kind, std::function<Ref<UIViewController>()> destination);
   virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
   /// An unknown identifier is a fatal programming error.
@@ -108,18 +119,31 @@ class UIViewController : public Object<UIViewController, UIResponder> {
 
   Ref<UIResponder> nextResponder() override;
 
+  /// Called by the root view around its moves between windows.
+  void viewWillMoveToWindow(const Ref<UIWindow>& window);
+  void viewDidMoveToWindow(const Ref<UIWindow>& window);
+
   // The platform's own behaviour of the exchangeable operations.
   void platformViewDidAppear(bool animated);
   void platformViewWillDisappear(bool animated);
   void platformWillMoveToParent(Ref<UIViewController> parent);
   void platformPrepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender);
 
+ protected:
+  /// Hand the begin and the end of an appearance on to the children that take part in it. The base takes those whose
+  /// views are in this controller's view; containers of the platform choose their own.
+  virtual void forwardAppearanceBegin(bool appearing, bool animated);
+  virtual void forwardAppearanceEnd(bool appeared, bool animated);
+
  private:
   friend class UINavigationController;
+  friend class NavigationTransition;
   friend class UITabBarController;
   friend class UIWindow;
   friend class ModalPresentation;
   enum class Appearance { disappeared, appearing, appeared, disappearing };
+  void setBarInsets(UIEdgeInsets insets);
+  Ref<UIViewController> rootAncestor();
   struct Segue {
     SegueKind kind;
     std::function<Ref<UIViewController>()> destination;
@@ -130,14 +154,18 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   Weak<UIViewController> parent_;
   Ref<UIViewController> presented_;
   Weak<UIViewController> presenting_;
+  std::shared_ptr<ModalPresentation> presentation_;  // how this controller is presented
   Ref<UINavigationItem> navigationItem_;
   Ref<UITabBarItem> tabBarItem_;
   std::vector<Ref<UIBarButtonItem>> toolbarItems_;
   std::map<std::string, Segue> segues_;
   UIEdgeInsets additionalSafeAreaInsets_;
+  UIEdgeInsets barInsets_;
   UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::fullScreen;
   UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
   Appearance appearance_ = Appearance::disappeared;
+  bool appearanceAnimated_ = false;
+  bool appearanceByWindow_ = false;  // begun by the view's own move, so its end comes from there too
   bool loadingView_ = false;
   bool hidesBottomBarWhenPushed_ = false;
   bool movingToParent_ = false;
