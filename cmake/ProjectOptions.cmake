@@ -1,7 +1,7 @@
 # Flags that every target of the project is compiled with; linked PRIVATE, never exported.
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual=1
+  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
   -Wextra-semi -Werror)
 target_include_directories(project_options INTERFACE "${PROJECT_SOURCE_DIR}")
 
