@@ -55,6 +55,7 @@ class UIApplication : public Object<UIApplication, UIResponder> {
   Weak<UIResponder> firstResponder_;
   std::map<std::int64_t, Weak<UIWindow>> touchedWindows_;
   int ignoring_ = 0;
+  int firstResponderMoves_ = 0;
   bool running_ = false;
 };
 

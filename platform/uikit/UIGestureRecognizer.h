@@ -66,7 +66,7 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   virtual CGPoint locationInView(const UIView* view) const;
   CGPoint locationOfTouch(std::int64_t index, const UIView* view) const;
 
-  // ---- For subclasses
+  // ---- For subclasses. The base ends (or fails) when the last finger lifts or is cancelled.
   virtual void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event);
   virtual void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event);
   virtual void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event);
@@ -79,7 +79,7 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
  protected:
   /// `began` and `ended` out of `possible` are wishes that the platform grants, puts off or refuses.
   void setState(UIGestureRecognizerState state);
-  /// The touches that are down.
+  /// The touches that are down; one that ends is still among them while touchesEnded runs.
   const UITouches& touches() const { return touches_; }
 
  private:

@@ -39,6 +39,7 @@ class UIPanGestureRecognizer : public Object<UIPanGestureRecognizer, UIGestureRe
   CGPoint current_;   // the middle of the fingers, freed of the jumps when one comes or goes
   CGPoint lastSeen_;  // the middle as it was at the last event
   std::deque<Sample> samples_;
+  bool wantsToBegin_ = false;
 };
 
 }  // namespace platform

@@ -20,13 +20,13 @@ class UITapGestureRecognizer : public Object<UITapGestureRecognizer, UIGestureRe
   bool canPreventGestureRecognizer(const Ref<UIGestureRecognizer>& other) override;
 
  private:
-  void failUnlessMovedOnAfter(double seconds);
+  void failUnlessProgressWithin(double seconds);
   std::int64_t tapsRequired_ = 1;
   std::int64_t touchesRequired_ = 1;
   std::int64_t taps_ = 0;
   std::size_t mostTouches_ = 0;
-  CGPoint start_;               // window coordinates of the last finger that came down
-  CGPoint firstTap_;            // of the first tap's first finger
+  std::vector<CGPoint> starts_;  // of the fingers that are down, in the order of touches(); window coordinates
+  CGPoint firstTap_;
   std::uint64_t progress_ = 0;  // grows with every finger down or up; a timer of an older value is stale
 };
 
