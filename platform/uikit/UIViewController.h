@@ -108,6 +108,7 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   /// Registers a segue by identifier: what to make and how to show it ("show" pushes, "present" presents).
   using SegueKind = UIStoryboardSegue::Kind;
   void registerSegue(const std::string& identifier, SegueKind kind, std::function<Ref<UIViewController>()> destination);
+  bool hasSegue(const std::string& identifier) const { return segues_.contains(identifier); }
   virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
   /// An unknown identifier is a fatal programming error.
   virtual void performSegue(const std::string& identifier, const Ref<NSObject>& sender);
