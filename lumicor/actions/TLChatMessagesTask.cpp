@@ -1,0 +1,125 @@
+#include "lumicor/actions/TLChatMessagesTask.h"
+
+#include <algorithm>
+
+#include "lumicor/actions/TLActionsTask.h"
+#include "lumicor/core/LumicorUserDefaults.h"
+#include "lumicor/core/LumicorUtils.h"
+#include "lumicor/network/LumicorNetworkTask.h"
+#include "lumicor/ui/TLChatViewController.h"
+#include "lumicor/ui/TLFloaterManager.h"
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UINavigationController.h"
+
+namespace lumicor {
+
+namespace {
+
+constexpr const char* failureText = "Sorry, I am not able to perform this task, I am still learning!";
+constexpr const char* successWord = "Done";
+constexpr std::size_t uploadThreshold = 30;
+
+// Seconds.
+constexpr double pauseBeforeRun = 1.0;
+constexpr double pauseAfterRun = 1.0;
+constexpr double pauseBeforeOutcome = 2.0;
+
+const Ref<TLChatViewController>& chatScreen() { return TLFloaterManager::shared().chatViewController(); }
+
+void say(const std::string& text) {
+  if (const auto chat = chatScreen()) chat->addMessage(text);
+}
+
+/// The part of a scroll target that names something on the screen: what follows the first "-".
+void cutScrollTarget(TLScrollActionDetails& details) {
+  const std::size_t dash = details.viewId.find('-');
+  if (dash != std::string::npos) details.viewId.erase(0, dash + 1);
+}
+
+std::vector<TLAction> prepared(std::vector<TLAction> steps) {
+  for (TLAction& step : steps) std::ranges::for_each(step.scrollDetails, cutScrollTarget);
+  std::ranges::stable_sort(steps, {}, &TLAction::index);
+  return steps;
+}
+
+std::int64_t shouldOpenChatWindow(const TLStepsAnswer& answer) {
+  const auto value = answer.shouldOpenChatWindow ? answer.shouldOpenChatWindow->integer() : std::nullopt;
+  if (!value) fatalError("a steps answer came without an integer \"shouldOpenChatWindow\"");
+  return *value;
+}
+
+std::string taskId(const TLStepsAnswer& answer) {
+  const auto* const value = answer.taskId ? answer.taskId->string() : nullptr;
+  if (!value) fatalError("a steps answer came without a string \"taskId\"");
+  return *value;
+}
+
+void reopenChat(const TLStepsAnswer& answer) {
+  const Ref<TLChatViewController> chat = chatScreen();
+  const auto navigation = chat ? LumicorUtils::getNavigationControllerFromRoot() : nullptr;
+  if (!navigation || shouldOpenChatWindow(answer) == 0) return;
+  const auto& stack = navigation->viewControllers();
+  if (std::ranges::find(stack, chat) != stack.end()) return;  // opened by hand meanwhile
+  TLFloaterManager::shared().overrideNavigationDelegate();
+  UIApplication::shared().beginIgnoringInteractionEvents();
+  navigation->pushViewController(chat, true);
+  UIApplication::shared().endIgnoringInteractionEvents();
+}
+
+void tellOutcome(const TLStepsAnswer& answer, const TLTaskResult& result) {
+  say(result.success ? successWord + (" " + result.resultValue) : failureText);
+  LumicorNetworkTask::logEvent(result.success ? LumicorLogEvent::TASK_SUCCESS : LumicorLogEvent::TASK_FAILURE,
+                               taskId(answer));
+}
+
+void runEnded(const std::shared_ptr<const TLStepsAnswer>& answer, const TLTaskResult& result) {
+  DispatchQueue::main().asyncAfter(pauseAfterRun, [answer, result] {
+    reopenChat(*answer);
+    DispatchQueue::main().asyncAfter(pauseBeforeOutcome, [answer, result] { tellOutcome(*answer, result); });
+  });
+}
+
+void carryOut(std::vector<TLAction> steps, const std::shared_ptr<const TLStepsAnswer>& answer) {
+  LumicorNetworkTask::logEvent(LumicorLogEvent::ACTION_RESPONSE, "");
+  const auto task = make<TLActionsTask>(prepared(std::move(steps)),
+                                        [answer](const TLTaskResult& result) { runEnded(answer, result); });
+  if (const auto chat = chatScreen()) chat->closeWithoutAnimation();
+  DispatchQueue::main().asyncAfter(pauseBeforeRun, [task] { task->start(); });
+}
+
+void reply(const TLStepsAnswer& answer) {
+  if (const auto chat = chatScreen()) {
+    const std::string* const text = answer.text();
+    if (!text) fatalError("a text answer came without a string \"answer\"");
+    chat->addMessage(*text);
+  }
+  LumicorNetworkTask::logEvent(LumicorLogEvent::NON_ACTION_RESPONSE, "");
+}
+
+}  // namespace
+
+void TLChatMessagesTask::sendRequest(const std::string& query) {
+  LumicorNetworkTask::getSteps(query, &TLChatMessagesTask::handleResponse);
+}
+
+void TLChatMessagesTask::handleResponse(const std::optional<TLStepsAnswer>& response) {
+  if (!response) return say(failureText);
+  if (const std::vector<TLAction>* const steps = response->steps()) {
+    const auto answer = std::make_shared<const TLStepsAnswer>(*response);
+    DispatchQueue::main().async([answer] { carryOut(*answer->steps(), answer); });
+  } else {
+    reply(*response);
+  }
+}
+
+void TLChatMessagesTask::saveMessage(const TLChatMessage& message) {
+  const std::string& key = LumicorUserDefaults::storedMessagesKey();
+  std::vector<TLChatMessage> stored = LumicorUserDefaults::loadMessages(key).value_or(std::vector<TLChatMessage>{});
+  if (message.message == TLChatMessage::typingMarker) return;
+  stored.push_back(message);
+  LumicorUserDefaults::saveMessages(key, stored);
+  if (stored.size() >= uploadThreshold) LumicorNetworkTask::uploadChatHistory(stored);
+}
+
+}  // namespace lumicor

@@ -1,0 +1,110 @@
+#include "lumicor/core/Lumicor.h"
+
+#include "lumicor/capture/LumicorHooks.h"
+#include "lumicor/capture/LumicorTrackingTask.h"
+#include "lumicor/core/LumicorUtils.h"
+#include "lumicor/network/LumicorInitTask.h"
+#include "platform/foundation/IndexPath.h"
+#include "platform/uikit/UICollectionView.h"
+#include "platform/uikit/UIPickerView.h"
+#include "platform/uikit/UISearchBar.h"
+#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/UITableView.h"
+#include "platform/uikit/UITextView.h"
+
+namespace lumicor {
+
+namespace {
+
+/// The base of every request path until the host gives another one.
+constexpr const char* productionEndpoint = "https://api.lumicor.example";
+
+}  // namespace
+
+Lumicor& Lumicor::shared() {
+  // Lives as long as the process: hooks may ask for it until the very end.
+  static const Ref<Lumicor>& instance = *new Ref<Lumicor>(make<Lumicor>());
+  return *instance;
+}
+
+Lumicor::Lumicor() : endpoint_(productionEndpoint) {}
+Lumicor::~Lumicor() = default;
+
+void Lumicor::initialize(const std::string& secretKey, const std::string& userId) {
+  LumicorHooks::install();
+  LumicorInitTask(secretKey, userId).execute();
+}
+
+void Lumicor::initialize(const std::string& secretKey, const std::string& userId, const std::string& endpoint) {
+  setEndpoint(endpoint);
+  initialize(secretKey, userId);
+}
+
+std::optional<std::string> Lumicor::getSecretKey() const {
+  const std::lock_guard lock(identityMutex_);
+  return secretKey_;
+}
+
+void Lumicor::setSecretKey(const std::string& secretKey) {
+  const std::lock_guard lock(identityMutex_);
+  secretKey_ = secretKey;
+}
+
+std::string Lumicor::getEndpoint() const {
+  const std::lock_guard lock(identityMutex_);
+  return endpoint_;
+}
+
+void Lumicor::setEndpoint(const std::string& endpoint) {
+  const std::lock_guard lock(identityMutex_);
+  endpoint_ = endpoint;
+}
+
+void Lumicor::addSwiftUICoordinates(const std::string& label, CGRect rect) {
+  swiftUICoordinates_[label] = {rect, LumicorUtils::millisecondsSinceEpoch(), true};
+}
+
+void Lumicor::onSwiftUIViewDisappear(const std::string& label) { setVisible(label, false); }
+
+void Lumicor::onSwiftUIViewAppear(const std::string& label) { setVisible(label, true); }
+
+void Lumicor::setVisible(const std::string& label, bool visible) {
+  const auto found = swiftUICoordinates_.find(label);
+  if (found == swiftUICoordinates_.end()) return;
+  found->second.time = LumicorUtils::millisecondsSinceEpoch();
+  found->second.isVisible = visible;
+}
+
+void Lumicor::setCurrentView(const std::string& currentView) {
+  currentView_ = currentView;
+  if (const auto listener = viewListener_) listener(currentView);  // a copy: the listener may replace itself
+}
+
+void Lumicor::setCurrentViewListener(std::function<void(const std::string&)> viewListener) {
+  viewListener_ = std::move(viewListener);
+}
+
+void Lumicor::setCurrentViewController(Ref<UIViewController> currentViewController) {
+  currentViewController_ = std::move(currentViewController);
+}
+
+void Lumicor::didSelectRow(const Ref<UITableView>& tableView, const IndexPath& indexPath) {
+  if (!isInitialized_ || !isTracking) return;
+  if (const auto cell = tableView->cellForRowAtIndexPath(indexPath))
+    LumicorTrackingTask::registerUserAction("tableView", cell);
+}
+
+void Lumicor::didSelectItem(const Ref<UICollectionView>& collectionView, const IndexPath& indexPath) {
+  if (!isInitialized_ || !isTracking) return;
+  const auto cell = collectionView->cellForItem(indexPath);
+  const std::optional<std::string> identifier = collectionView->accessibilityIdentifier();
+  if (!cell || !identifier) return;
+  std::string actionName = "collectionView";
+  if (collectionView->numberOfSections() != 0) {
+    actionName = "LumicorCollectionView-" + *identifier + "-" + std::to_string(indexPath.section()) + "-" +
+                 std::to_string(indexPath.item());
+  }
+  LumicorTrackingTask::registerUserAction(actionName, cell);
+}
+
+}  // namespace lumicor
