@@ -4,22 +4,17 @@
 #include <optional>
 #include <string>
 
-#include "platform/graphics/UIFont.h"
+#include "platform/graphics/TextLayout.h"
 #include "platform/uikit/NSAttributedString.h"
-#include "platform/uikit/NSTextAlignment.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
-
-class LabelText;
 
 /// Text on the screen, on one line or many. Its text may be absent. Main thread.
 /// A label with more than one line and no preferredMaxLayoutWidth takes the width that layout gives it and tells the
 /// height that its text needs there.
 class UILabel : public Object<UILabel, UIView> {
  public:
-  UILabel();
-  ~UILabel() override;
   void initWithFrame(CGRect frame) override;
 
   virtual std::optional<std::string> text() const;
@@ -69,15 +64,15 @@ class UILabel : public Object<UILabel, UIView> {
  private:
   void textDidChange();
   UIColor currentColor() const;
-  const LabelText& laidOut(double width) const;
+  std::shared_ptr<const TextLayout> laidOut(CGSize size, std::int64_t lines) const;
 
   std::optional<std::string> text_;
   Ref<NSAttributedString> attributedText_;
   UIFont font_;
   UIColor textColor_;
   std::optional<UIColor> highlightedTextColor_;
-  NSTextAlignment alignment_;
-  NSLineBreakMode lineBreakMode_;
+  NSTextAlignment alignment_ = NSTextAlignment::natural;
+  NSLineBreakMode lineBreakMode_ = NSLineBreakMode::byTruncatingTail;
   std::int64_t numberOfLines_ = 1;
   double preferredMaxLayoutWidth_ = 0;
   double automaticWidth_ = 0;
@@ -85,7 +80,6 @@ class UILabel : public Object<UILabel, UIView> {
   bool adjustsFontSize_ = false;
   bool enabled_ = true;
   bool highlighted_ = false;
-  mutable std::unique_ptr<LabelText> layout_;
 };
 
 }  // namespace platform

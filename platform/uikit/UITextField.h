@@ -5,9 +5,8 @@
 #include <string>
 
 #include "platform/foundation/NSRange.h"
-#include "platform/graphics/UIFont.h"
+#include "platform/graphics/TextLayout.h"
 #include "platform/uikit/NSAttributedString.h"
-#include "platform/uikit/NSTextAlignment.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UITextInputTraits.h"
 
@@ -122,6 +121,7 @@ class UITextField : public Object<UITextField, UIControl> {
   bool becomeFirstResponder() override;
   bool resignFirstResponder() override;
   bool keyPressed(const UIKey& key) override;
+  UITextInputTraits textInputTraits() override;
   bool wantsKeyboard() override { return true; }
   bool beginTracking(const Ref<UITouch>& touch, const Ref<UIEvent>& event) override;
   bool continueTracking(const Ref<UITouch>& touch, const Ref<UIEvent>& event) override;

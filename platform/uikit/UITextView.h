@@ -5,9 +5,8 @@
 #include <string>
 
 #include "platform/foundation/NSRange.h"
-#include "platform/graphics/UIFont.h"
+#include "platform/graphics/TextLayout.h"
 #include "platform/uikit/NSAttributedString.h"
-#include "platform/uikit/NSTextAlignment.h"
 #include "platform/uikit/UIScrollView.h"
 #include "platform/uikit/UITextInputTraits.h"
 
@@ -87,6 +86,7 @@ class UITextView : public Object<UITextView, UIScrollView> {
   bool becomeFirstResponder() override;
   bool resignFirstResponder() override;
   bool keyPressed(const UIKey& key) override;
+  UITextInputTraits textInputTraits() override;
   bool wantsKeyboard() override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;

@@ -1,0 +1,264 @@
+#include <algorithm>
+#include <cmath>
+
+#include "platform/uikit/ScrollState.h"
+#include "platform/uikit/UIControl.h"
+#include "platform/uikit/UIKeyboard.h"
+#include "platform/uikit/UIScreen.h"
+#include "platform/uikit/UIWindow.h"
+
+namespace platform {
+
+// ---- Where the content may stand
+
+ScrollState::Range ScrollState::rangeX() const {
+  const UIEdgeInsets insets = view.adjustedContentInset();
+  const double least = -insets.left;
+  return {least, std::max(least, contentSize.width + insets.right - view.bounds().size.width)};
+}
+
+ScrollState::Range ScrollState::rangeY() const {
+  const UIEdgeInsets insets = view.adjustedContentInset();
+  const double least = -insets.top;
+  return {least, std::max(least, contentSize.height + insets.bottom - view.bounds().size.height)};
+}
+
+bool ScrollState::scrollsX() const {
+  const Range range = rangeX();
+  return range.most > range.least || (bounces && alwaysBounceHorizontal);
+}
+
+bool ScrollState::scrollsY() const {
+  const Range range = rangeY();
+  return range.most > range.least || (bounces && alwaysBounceVertical);
+}
+
+CGPoint ScrollState::clamped(CGPoint offset) const {
+  const Range x = rangeX();
+  const Range y = rangeY();
+  return {std::clamp(offset.x, x.least, x.most), std::clamp(offset.y, y.least, y.most)};
+}
+
+bool ScrollState::isOutside() const {
+  const CGPoint offset = view.contentOffset();
+  return clamped(offset) != offset;
+}
+
+void ScrollState::settleIntoRange() {
+  if (dragging || held || moving == Moving::gliding) return;
+  // Only what lies beyond the end is brought back: content pulled down by program stays where it was put.
+  const CGPoint offset = view.contentOffset();
+  const CGPoint inside = clamped(offset);
+  const CGPoint settled{std::min(offset.x, inside.x), std::min(offset.y, inside.y)};
+  if (settled != offset) view.setContentOffset(settled, false);
+}
+
+void ScrollState::tell(SEL selector) const {
+  const Ref<NSObject> receiver = delegate.lock();
+  if (receiver && receiver->respondsToSelector(selector)) {
+    receiver->perform(selector, view.shared_from_this());
+  }
+}
+
+// ---- Moving by itself
+
+void ScrollState::startMoving(Moving kind) {
+  moving = kind;
+  indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+  const Weak<NSObject> alive = view.shared_from_this();
+  ticker.start([this, alive](double seconds) {
+    if (const Ref<NSObject> keeper = alive.lock()) tick(seconds);
+  });
+}
+
+void ScrollState::tick(double seconds) {
+  const bool over = motionX.isOver(seconds) && motionY.isOver(seconds);
+  const double scale = UIScreen::main().scale();
+  const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };
+  const CGPoint offset = over ? CGPoint{motionX.target(), motionY.target()}
+                              : CGPoint{onPixel(motionX.position(seconds)), onPixel(motionY.position(seconds))};
+  const Moving kind = moving;
+  view.setBounds(CGRect{offset, view.bounds().size});
+  if (!over || moving != kind) return;  // the delegate may have sent it elsewhere
+  stopMoving();
+}
+
+void ScrollState::stopMoving() {
+  if (moving == Moving::no) return;
+  static const SEL didEndDecelerating = sel("scrollViewDidEndDecelerating:");
+  static const SEL didEndAnimation = sel("scrollViewDidEndScrollingAnimation:");
+  ticker.stop();
+  const bool glided = moving == Moving::gliding;
+  moving = Moving::no;
+  tell(glided ? didEndDecelerating : didEndAnimation);
+}
+
+// ---- Following the finger
+
+void UIScrollView::onPan(const Ref<NSObject>&) {
+  switch (scroll_->pan->state()) {
+    case UIGestureRecognizerState::began:
+      scroll_->dragBegan();
+      scroll_->dragMoved();
+      break;
+    case UIGestureRecognizerState::changed:
+      scroll_->dragMoved();
+      break;
+    case UIGestureRecognizerState::ended:
+      scroll_->dragMoved();
+      scroll_->dragEnded(false);
+      break;
+    case UIGestureRecognizerState::cancelled:
+    case UIGestureRecognizerState::failed:
+      scroll_->dragEnded(true);
+      break;
+    case UIGestureRecognizerState::possible:
+      break;
+  }
+}
+
+void ScrollState::dragBegan() {
+  static const SEL willBeginDragging = sel("scrollViewWillBeginDragging:");
+  stopMoving();
+  held = false;
+  dragging = true;
+  const auto unbanded = [](double at, Range range, double dimension) {
+    if (at < range.least) return range.least + ScrollMotion::rubberBandInverse(at - range.least, dimension);
+    if (at > range.most) return range.most + ScrollMotion::rubberBandInverse(at - range.most, dimension);
+    return at;
+  };
+  const CGPoint offset = view.contentOffset();
+  const CGSize size = view.bounds().size;
+  dragStart = {unbanded(offset.x, rangeX(), size.width), unbanded(offset.y, rangeY(), size.height)};
+  indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+  if (keyboardDismissMode == UIScrollViewKeyboardDismissMode::onDrag) {
+    if (const Ref<UIWindow> window = view.window()) window->endEditing(true);
+  }
+  tell(willBeginDragging);
+}
+
+void ScrollState::dragMoved() {
+  if (!dragging) return;
+  const auto place = [this](double raw, double now, Range range, bool scrolls, double dimension) {
+    if (!scrolls) return now;
+    if (raw >= range.least && raw <= range.most) return raw;
+    const double edge = raw < range.least ? range.least : range.most;
+    return bounces ? edge + ScrollMotion::rubberBand(raw - edge, dimension) : edge;
+  };
+  // The view's own coordinates move with the content; the window's do not.
+  const CGPoint moved = pan->translationInView(nullptr);
+  const CGPoint now = view.contentOffset();
+  const CGSize size = view.bounds().size;
+  const CGPoint offset{place(dragStart.x - moved.x, now.x, rangeX(), scrollsX(), size.width),
+                       place(dragStart.y - moved.y, now.y, rangeY(), scrollsY(), size.height)};
+  if (keyboardDismissMode == UIScrollViewKeyboardDismissMode::interactive && UIKeyboard::shared().isVisible()) {
+    const Ref<UIWindow> window = view.window();
+    if (window && pan->locationInView(nullptr).y > UIKeyboard::shared().frame().origin.y) window->endEditing(true);
+  }
+  view.setBounds(CGRect{offset, size});
+  indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+}
+
+void ScrollState::dragEnded(bool cancelled) {
+  if (!dragging) return;
+  static const SEL didEndDragging = sel("scrollViewDidEndDragging:willDecelerate:");
+  static const SEL willBeginDecelerating = sel("scrollViewWillBeginDecelerating:");
+  dragging = false;
+  const CGPoint offset = view.contentOffset();
+  const CGSize size = view.bounds().size;
+  CGPoint speed = cancelled ? CGPoint{} : pan->velocityInView(nullptr);
+  speed = {scrollsX() ? -speed.x : 0, scrollsY() ? -speed.y : 0};
+  const auto motion = [this](double at, double velocity, Range range, double page) {
+    if (!paging || page <= 0) {
+      return ScrollMotion::glide(at, velocity, {range.least, range.most, bounces}, decelerationRate);
+    }
+    constexpr double enoughToTurn = 100;  // points a second
+    const double pages = (at - range.least) / page;
+    const double turned = velocity > enoughToTurn    ? std::floor(pages) + 1
+                          : velocity < -enoughToTurn ? std::ceil(pages) - 1
+                                                     : std::round(pages);
+    return ScrollMotion::spring(at, velocity, std::clamp(range.least + turned * page, range.least, range.most));
+  };
+  motionX = motion(offset.x, speed.x, rangeX(), size.width);
+  motionY = motion(offset.y, speed.y, rangeY(), size.height);
+  const bool glides = !motionX.isOver(0) || !motionY.isOver(0);
+  const Ref<NSObject> receiver = delegate.lock();
+  if (receiver && receiver->respondsToSelector(didEndDragging)) {
+    receiver->perform(didEndDragging, view.shared_from_this(), glides);
+  }
+  if (!glides || dragging || moving != Moving::no) {
+    if (!glides) indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+    return;
+  }
+  startMoving(Moving::gliding);
+  tell(willBeginDecelerating);
+}
+
+// ---- Touches that are no drag: a finger on moving content stops it
+
+Ref<UIView> UIScrollView::hitTest(CGPoint point, const Ref<UIEvent>& event) {
+  Ref<UIView> hit = Super::hitTest(point, event);
+  if (hit && scroll_->moving == ScrollState::Moving::gliding) return self();
+  return hit;
+}
+
+void UIScrollView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {
+  if (scroll_->moving == ScrollState::Moving::gliding) {
+    scroll_->stopMoving();
+    scroll_->held = true;
+    return;
+  }
+  Super::touchesBegan(touches, event);
+}
+
+void UIScrollView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
+  if (!scroll_->held) {
+    Super::touchesEnded(touches, event);
+    return;
+  }
+  scroll_->held = false;
+  if (scroll_->isOutside() && !scroll_->dragging) {
+    scroll_->dragging = true;
+    scroll_->dragEnded(true);
+  }
+}
+
+void UIScrollView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
+  if (!scroll_->held) {
+    Super::touchesCancelled(touches, event);
+    return;
+  }
+  scroll_->held = false;  // the pan took over, or nobody did
+  if (!scroll_->dragging && scroll_->isOutside()) {
+    scroll_->dragging = true;
+    scroll_->dragEnded(true);
+  }
+}
+
+bool UIScrollView::touchesShouldCancelInContentView(const Ref<UIView>& view) {
+  const Ref<UIControl> control = as<UIControl>(view);
+  return !control || !control->followsDragging();
+}
+
+bool UIScrollView::gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) {
+  if (recognizer != scroll_->pan) return true;
+  if (!scroll_->scrollEnabled) return false;
+  if (!scroll_->held) {
+    const CGPoint at = scroll_->pan->locationInView(this);
+    const Ref<UIView> touched = hitTest(at, nullptr);
+    if (touched && touched.get() != this) {
+      const Ref<UIControl> control = as<UIControl>(touched);
+      if (control && control->isTracking() && !scroll_->canCancelContentTouches) return false;
+      if (!touchesShouldCancelInContentView(touched)) return false;
+    }
+  }
+  const bool x = scroll_->scrollsX();
+  const bool y = scroll_->scrollsY();
+  if (x && y) return true;
+  if (!x && !y) return false;
+  const CGPoint speed = scroll_->pan->velocityInView(nullptr);
+  const bool upOrDown = std::abs(speed.y) >= std::abs(speed.x);
+  return upOrDown == y;
+}
+
+}  // namespace platform
