@@ -5,6 +5,7 @@
 #include "examples/teashop/screens/ShopScreen.h"
 #include "examples/teashop/views/Theme.h"
 #include "lumicor/core/Lumicor.h"
+#include "platform/graphics/UIImage.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIScreen.h"
 #include "platform/uikit/UISystemSymbol.h"
@@ -20,7 +21,7 @@ namespace {
 Ref<UIViewController> tab(const Ref<UIViewController>& screen, const std::string& title, const std::string& symbol,
                           const std::string& identifier) {
   auto navigation = make<UINavigationController>(screen);
-  auto item = make<UITabBarItem>(title, UIImage::systemImageNamed(symbol), 0);
+  auto item = make<UITabBarItem>(title, UISystemSymbol::image(symbol), 0);
   item->setAccessibilityIdentifier(identifier);
   navigation->setTabBarItem(item);
   return navigation;
@@ -31,7 +32,7 @@ Ref<UIViewController> tab(const Ref<UIViewController>& screen, const std::string
 TeashopApplication::TeashopApplication() {
   tabs_ = make<UITabBarController>();
   tabs_->setViewControllers({
-      tab(make<ShopScreen>(shop_), "Shop", "leaf", "tabShop"),
+      tab(make<ShopScreen>(shop_), "Shop", "cup.and.saucer", "tabShop"),
       tab(make<CartScreen>(shop_), "Cart", "cart", "tabCart"),
       tab(make<AccountScreen>(shop_), "Account", "person", "tabAccount"),
   });

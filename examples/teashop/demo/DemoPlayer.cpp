@@ -48,13 +48,14 @@ Data fetch(const std::string& address) {
   };
   const auto reply = std::make_shared<Reply>();
   URLSession::shared()
-      ->dataTask(*url,
-                 [reply](std::optional<Data> data, const std::optional<HTTPURLResponse>&, const std::optional<URLError>&) {
-                   DispatchQueue::main().async([reply, body = std::move(data).value_or("")] {
-                     reply->body = body;
-                     reply->isThere = true;
-                   });
-                 })
+      ->dataTask(
+          *url,
+          [reply](std::optional<Data> data, const std::optional<HTTPURLResponse>&, const std::optional<URLError>&) {
+            DispatchQueue::main().async([reply, body = std::move(data).value_or("")] {
+              reply->body = body;
+              reply->isThere = true;
+            });
+          })
       ->resume();
   RunLoop::advanceUntil([&] { return reply->isThere; }, 5);
   return reply->body;
@@ -86,8 +87,8 @@ DemoPlayer::DemoPlayer(TeashopApplication& application, std::string serviceAddre
       lastStageAt_(startedAt_) {}
 
 bool DemoPlayer::play() {
-  for (void (DemoPlayer::*part)() : {&DemoPlayer::openChat, &DemoPlayer::ask, &DemoPlayer::watch, &DemoPlayer::readOutcome,
-                                     &DemoPlayer::check}) {
+  for (void (DemoPlayer::*part)() :
+       {&DemoPlayer::openChat, &DemoPlayer::ask, &DemoPlayer::watch, &DemoPlayer::readOutcome, &DemoPlayer::check}) {
     if (!isBroken_) (this->*part)();
   }
   if (isBroken_) stage("Where it stopped", "", "The story did not go on from here");
@@ -96,7 +97,8 @@ bool DemoPlayer::play() {
 
 bool DemoPlayer::until(const std::string& what, const Condition& condition, double seconds) {
   if (RunLoop::advanceUntil(condition, seconds)) return true;
-  report_.add(DemoReport::Check{what, false, "it did not happen within " + std::to_string(static_cast<int>(seconds)) + " s"});
+  report_.add(
+      DemoReport::Check{what, false, "it did not happen within " + std::to_string(static_cast<int>(seconds)) + " s"});
   std::printf("   never happened: %s\n", what.c_str());
   isBroken_ = true;
   return false;
@@ -112,7 +114,7 @@ void DemoPlayer::stage(const std::string& title, const std::string& asked, const
   char name[64];
   std::snprintf(name, sizeof name, "%02zu.png", report_.stages().size() + 1);
   const Ref<UIImage> picture = UIApplication::shared().screenshot();
-  std::ofstream(report_.folder() / name, std::ios::binary) << picture->pngData();
+  std::ofstream(report_.folder() / name, std::ios::binary) << picture->pngRepresentation();
   const double now = Clock::mediaTime();
   report_.add(DemoReport::Stage{title, asked, done, name, now - lastStageAt_});
   std::printf("   [%5.1f s] %s\n", now - startedAt_, title.c_str());
@@ -138,7 +140,9 @@ void DemoPlayer::ask() {
   RunLoop::advanceUntil([&] { return isTyped; }, 60);
   stage("A request", "Say what is wanted", "Typed on the software keyboard");
   tap(screenReader::buttonTitled("Send"));
-  if (!until("the request is shown as a bubble", [] { return screenReader::reads(request); }, 3)) return;
+  if (!until(
+          "the request is shown as a bubble", [] { return screenReader::reads(request); }, 3))
+    return;
   stage("Sent", "Tap Send", "The bubble stands, the assistant is at work");
 }
 
@@ -158,10 +162,12 @@ void DemoPlayer::watch() {
   rest();
   stage("The cart", "Switch to the Cart tab", "Total " + labelText("cartTotal"));
   if (!until(inTheShop("pays"), [] { return isOnScreen("deliveryName"); })) return;
-  if (!until(inTheShop("fills the form"), [] { return !fieldText("deliveryCity").empty(); }, 40)) return;
+  if (!until(
+          inTheShop("fills the form"), [] { return !fieldText("deliveryCity").empty(); }, 40))
+    return;
   rest();
-  stage("The form", "Fill in the delivery", fieldText("deliveryName") + ", " + fieldText("deliveryStreet") + ", " +
-                                                fieldText("deliveryCity"));
+  stage("The form", "Fill in the delivery",
+        fieldText("deliveryName") + ", " + fieldText("deliveryStreet") + ", " + fieldText("deliveryCity"));
   if (!until(inTheShop("places the order"), [] { return isOnScreen("orderNumber"); })) return;
   rest();
   stage("The order", "Confirm", labelText("orderNumber"));
@@ -181,12 +187,12 @@ void DemoPlayer::check() {
 
 void DemoPlayer::checkOrder() {
   const auto& orders = application_.shop()->orders.orders();
-  const bool isRight = orders.size() == 1 && orders.front().lines.size() == 1 &&
-                       orders.front().lines.front().product->id == "sencha" && orders.front().lines.front().quantity == 2 &&
-                       orders.front().delivery.name == "Ada Lovelace" &&
-                       orders.front().delivery.street == "12 Harbour Street" && orders.front().delivery.city == "Bristol";
-  report_.add(DemoReport::Check{"the shop has one order: 2 sencha for Ada Lovelace, 12 Harbour Street, Bristol", isRight,
-                                std::to_string(orders.size()) + " orders"});
+  const bool isRight =
+      orders.size() == 1 && orders.front().lines.size() == 1 && orders.front().lines.front().product->id == "sencha" &&
+      orders.front().lines.front().quantity == 2 && orders.front().delivery.name == "Ada Lovelace" &&
+      orders.front().delivery.street == "12 Harbour Street" && orders.front().delivery.city == "Bristol";
+  report_.add(DemoReport::Check{"the shop has one order: 2 sencha for Ada Lovelace, 12 Harbour Street, Bristol",
+                                isRight, std::to_string(orders.size()) + " orders"});
 }
 
 void DemoPlayer::checkEvents() {

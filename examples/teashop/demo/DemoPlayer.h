@@ -11,8 +11,8 @@
 namespace teashop {
 
 /// Plays the story of one request on the running shop, as a person would: it finds what it touches on the screen, taps,
-/// types and looks. It knows neither the assistant's insides nor the shop's, except for the order that must exist at last.
-/// Works in real and in virtual time. Main thread.
+/// types and looks. It knows neither the assistant's insides nor the shop's, except for the order that must exist at
+/// last. Works in real and in virtual time. Main thread.
 class DemoPlayer {
  public:
   DemoPlayer(TeashopApplication& application, std::string serviceAddress, std::filesystem::path folder);

@@ -17,11 +17,20 @@ std::string escaped(std::string_view text) {
   std::string out;
   for (const char c : text) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: out += c;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -59,9 +68,9 @@ void writeStages(std::ostream& page, const std::vector<DemoReport::Stage>& stage
   int number = 0;
   for (const DemoReport::Stage& stage : stages) {
     page << "<figure><img src=\"" << escaped(stage.picture) << "\" alt=\"" << escaped(stage.title) << "\"><figcaption>"
-         << "<span class=\"time\">" << secondsText(stage.seconds) << "</span><b>" << ++number << ". " << escaped(stage.title)
-         << "</b><span class=\"asked\">" << escaped(stage.asked) << "</span>" << escaped(stage.done)
-         << "</figcaption></figure>\n";
+         << "<span class=\"time\">" << secondsText(stage.seconds) << "</span><b>" << ++number << ". "
+         << escaped(stage.title) << "</b><span class=\"asked\">" << escaped(stage.asked) << "</span>"
+         << escaped(stage.done) << "</figcaption></figure>\n";
   }
   page << "</div>\n";
 }
@@ -112,7 +121,8 @@ bool DemoReport::write(const std::string& request, double seconds, bool inVirtua
   page << "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>A request is carried out</title>"
        << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><style>" << style
        << "</style></head><body><main>\n<h1>" << (holds() ? "The order was placed" : "The order was not placed")
-       << "</h1>\n<p class=\"lead\">A customer opened the chat, typed one sentence, and watched the shop being operated. "
+       << "</h1>\n<p class=\"lead\">A customer opened the chat, typed one sentence, and watched the shop being "
+          "operated. "
        << (inVirtualTime ? "Played in virtual time: " : "Played in real time: ") << secondsText(seconds)
        << " from the first tap to the last word.</p>\n<div class=\"request\">\u201c" << escaped(request)
        << "\u201d</div>\n<h2>Stage by stage</h2>\n";

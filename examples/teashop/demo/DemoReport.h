@@ -30,7 +30,8 @@ class DemoReport {
   bool holds() const;
   const std::filesystem::path& folder() const { return folder_; }
 
-  /// Writes report.html; the exchange is read from http.jsonl beside it when there is one. False when it cannot be written.
+  /// Writes report.html; the exchange is read from http.jsonl beside it when there is one. False when it cannot be
+  /// written.
   bool write(const std::string& request, double seconds, bool inVirtualTime) const;
 
  private:

@@ -6,13 +6,15 @@
 namespace teashop {
 
 void Cart::add(const Product& product, std::int64_t quantity) {
-  const auto line = std::find_if(lines_.begin(), lines_.end(), [&](const Line& each) { return each.product == &product; });
+  const auto line =
+      std::find_if(lines_.begin(), lines_.end(), [&](const Line& each) { return each.product == &product; });
   setQuantity(product, (line == lines_.end() ? 0 : line->quantity) + quantity);
 }
 
 void Cart::setQuantity(const Product& product, std::int64_t quantity) {
   quantity = std::min(quantity, maximumOfOne);
-  const auto line = std::find_if(lines_.begin(), lines_.end(), [&](const Line& each) { return each.product == &product; });
+  const auto line =
+      std::find_if(lines_.begin(), lines_.end(), [&](const Line& each) { return each.product == &product; });
   if (line == lines_.end()) {
     if (quantity <= 0) return;
     lines_.push_back({&product, quantity});

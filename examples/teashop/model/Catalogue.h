@@ -25,8 +25,8 @@ struct Product {
   std::string taste;
   std::string description;
   TeaKind kind;
-  Pence price;  ///< for a packet
-  int grams;    ///< in a packet
+  Pence price;      ///< for a packet
+  int grams;        ///< in a packet
   unsigned liquor;  ///< colour of the brewed cup, 0xRRGGBB
 };
 

@@ -30,8 +30,8 @@ void ConfirmationScreen::viewDidLoad() {
   for (const Cart::Line& line : order_.lines) {
     lines += std::to_string(line.quantity) + " \u00d7 " + line.product->name + "\n";
   }
-  auto summary = makeLabel(lines + priceText(order_.total) + " to " + order_.delivery.name + ",\n" + order_.delivery.street +
-                               ", " + order_.delivery.city,
+  auto summary = makeLabel(lines + priceText(order_.total) + " to " + order_.delivery.name + ",\n" +
+                               order_.delivery.street + ", " + order_.delivery.city,
                            theme::body(), theme::inkSoft);
   summary->setAccessibilityIdentifier("orderSummary");
   summary->setTextAlignment(NSTextAlignment::center);
@@ -63,6 +63,6 @@ void ConfirmationScreen::viewDidLoad() {
   });
 }
 
-void ConfirmationScreen::done() { navigationController()->popToRootViewController(true); }
+void ConfirmationScreen::done() { navigationController()->popToRootViewControllerAnimated(true); }
 
 }  // namespace teashop

@@ -27,9 +27,10 @@ void DeliveryScreen::viewDidLoad() {
   name_ = makeField("Name", "Who is it for?", "deliveryName", safe->topAnchor());
   street_ = makeField("Street", "House number and street", "deliveryStreet", name_->bottomAnchor());
   city_ = makeField("Town", "Town or city", "deliveryCity", street_->bottomAnchor());
-  auto summary = makeLabel(std::to_string(shop_->cart.count()) + (shop_->cart.count() == 1 ? " packet, " : " packets, ") +
-                               priceText(shop_->cart.total()) + ", paid on delivery",
-                           theme::caption(), theme::inkSoft);
+  auto summary =
+      makeLabel(std::to_string(shop_->cart.count()) + (shop_->cart.count() == 1 ? " packet, " : " packets, ") +
+                    priceText(shop_->cart.total()) + ", paid on delivery",
+                theme::caption(), theme::inkSoft);
   summary->setAccessibilityIdentifier("deliverySummary");
   place_ = make<PrimaryButton>();
   place_->setTitle("Place order", UIControlState::normal);

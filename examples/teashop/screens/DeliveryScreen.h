@@ -17,7 +17,8 @@ class DeliveryScreen final : public platform::Object<DeliveryScreen, platform::U
 
  private:
   platform::Ref<platform::UITextField> makeField(const std::string& caption, const std::string& placeholder,
-                                                 const std::string& identifier, const platform::NSLayoutYAxisAnchor& below);
+                                                 const std::string& identifier,
+                                                 const platform::NSLayoutYAxisAnchor& below);
   void fieldChanged();
   bool shouldReturn(const platform::Ref<platform::UITextField>& field);
   void placeOrder();

@@ -24,7 +24,8 @@ void ProductScreen::viewDidLoad() {
   cup->setAccessibilityIdentifier("productImage");
   auto name = makeLabel(product_.name, theme::title(), theme::ink);
   name->setAccessibilityIdentifier("productName");
-  auto origin = makeLabel(std::string(kindName(product_.kind)) + " tea \u00b7 " + product_.origin, theme::body(), theme::inkSoft);
+  auto origin =
+      makeLabel(std::string(kindName(product_.kind)) + " tea \u00b7 " + product_.origin, theme::body(), theme::inkSoft);
   auto description = makeLabel(product_.description, theme::body(), theme::ink);
   description->setAccessibilityIdentifier("productDescription");
   auto price = makeLabel(priceText(product_.price), UIFont::systemFont(22, UIFontWeightSemibold), theme::leaf);

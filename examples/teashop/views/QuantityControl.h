@@ -8,7 +8,8 @@
 
 namespace teashop {
 
-/// Minus, a number, plus. It reports valueChanged. Its parts are named after `prefix`: "<prefix>Minus", "<prefix>Value",
+/// Minus, a number, plus. It reports valueChanged. Its parts are named after `prefix`: "<prefix>Minus",
+/// "<prefix>Value",
 /// "<prefix>Plus".
 class QuantityControl final : public platform::Object<QuantityControl, platform::UIControl> {
  public:

@@ -11,9 +11,7 @@ using namespace platform;
 
 namespace {
 
-CGRect circle(CGPoint center, double radius) {
-  return {center.x - radius, center.y - radius, 2 * radius, 2 * radius};
-}
+CGRect circle(CGPoint center, double radius) { return {center.x - radius, center.y - radius, 2 * radius, 2 * radius}; }
 
 }  // namespace
 

@@ -4,7 +4,8 @@
 
 namespace teashop {
 
-/// A cup of tea seen from above: saucer, cup, the liquor in its own colour with a soft highlight. Scales with its bounds.
+/// A cup of tea seen from above: saucer, cup, the liquor in its own colour with a soft highlight. Scales with its
+/// bounds.
 class TeaCupView final : public platform::Object<TeaCupView, platform::UIView> {
  public:
   void initWithFrame(platform::CGRect frame) override;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/uikit/UITextField.h"
+
+namespace lumicor {
+
+using namespace platform;
+
+/// A text field whose text, placeholder and editing text keep a distance from its edges. Main thread.
+class PaddedTextField final : public Object<PaddedTextField, UITextField> {
+ public:
+  UIEdgeInsets textPadding{0, 12, 0, 12};
+
+  CGRect textRect(CGRect bounds) const override { return bounds.inset(textPadding); }
+  CGRect placeholderRect(CGRect bounds) const override { return bounds.inset(textPadding); }
+  CGRect editingRect(CGRect bounds) const override { return bounds.inset(textPadding); }
+};
+
+}  // namespace lumicor

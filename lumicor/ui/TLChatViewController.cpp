@@ -1,0 +1,214 @@
+#include "lumicor/ui/TLChatViewController.h"
+
+#include <algorithm>
+
+#include "lumicor/actions/TLChatMessagesTask.h"
+#include "lumicor/core/Lumicor.h"
+#include "lumicor/core/LumicorUtils.h"
+#include "lumicor/network/LumicorNetworkTask.h"
+#include "lumicor/ui/TLChatMessageCell.h"
+#include "lumicor/ui/TLFloaterManager.h"
+#include "lumicor/ui/TLKeyboardOffset.h"
+#include "lumicor/ui/UIColorHex.h"
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/uikit/UIKeyboard.h"
+#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UITabBar.h"
+#include "platform/uikit/UITabBarController.h"
+
+namespace lumicor {
+
+namespace {
+
+constexpr const char* white = "#FFFFFFFF";
+constexpr double defaultKeyboardDuration = 0.3;
+
+std::int64_t lastRow(const std::vector<TLChatMessage>& messages) {
+  return static_cast<std::int64_t>(messages.size()) - 1;
+}
+
+}  // namespace
+
+TLChatViewController::TLChatViewController() = default;
+TLChatViewController::~TLChatViewController() = default;
+
+void TLChatViewController::exportMethods(MethodTable<TLChatViewController>& table) {
+  table.add<&TLChatViewController::numberOfRows>("tableView:numberOfRowsInSection:")
+      .add<&TLChatViewController::cellForRow>("tableView:cellForRowAtIndexPath:")
+      .add<&TLChatViewController::sendMessage>("sendMessage")
+      .add<&TLChatViewController::dismissChatView>("dismissChatView")
+      .add<&TLChatViewController::dismissKeyboard>("dismissKeyboard")
+      .add<&TLChatViewController::handleKeyboardWillShow>("handleKeyboardWillShow:")
+      .add<&TLChatViewController::handleKeyboardWillHide>("handleKeyboardWillHide:");
+}
+
+UIColor TLChatViewController::styleColor(std::string TLStyles::*field, const char* plain) const {
+  return UIColorHex(layoutData ? layoutData->styles.*field : plain);
+}
+
+// ---- The list
+
+std::int64_t TLChatViewController::numberOfRows(const Ref<UITableView>&, std::int64_t) {
+  return static_cast<std::int64_t>(messages_.size());
+}
+
+Ref<UITableViewCell> TLChatViewController::cellForRow(const Ref<UITableView>& table, const IndexPath& path) {
+  auto cell = as<TLChatMessageCell>(table->dequeueReusableCell(TLChatMessageCell::reuseIdentifier, path));
+  const TLChatMessage& message = messages_[static_cast<std::size_t>(path.row())];
+  cell->layoutData = layoutData;
+  cell->isRemote = message.isRemote;
+  cell->messageLabel()->setText(message.message);
+  cell->configure();
+  cell->setBackgroundColor(styleColor(&TLStyles::backgroundColor, white));
+  return cell;
+}
+
+void TLChatViewController::append(TLChatMessage message) {
+  messages_.push_back(std::move(message));
+  if (tableView_) tableView_->insertRows({IndexPath(lastRow(messages_), 0)}, UITableViewRowAnimation::automatic);
+}
+
+void TLChatViewController::removeTypingRow() {
+  if (messages_.empty() || messages_.back().message != TLChatMessage::typingMarker) return;
+  const IndexPath path(lastRow(messages_), 0);
+  messages_.pop_back();
+  if (tableView_) tableView_->deleteRows({path}, UITableViewRowAnimation::automatic);
+}
+
+void TLChatViewController::scrollToBottom(bool animated) {
+  const std::int64_t rows = tableView_->numberOfRowsInSection(0);
+  if (rows > 0) tableView_->scrollToRow(IndexPath(rows - 1, 0), UITableViewScrollPosition::bottom, animated);
+}
+
+// ---- Talking
+
+void TLChatViewController::sendMessage() {
+  const std::string text = inputTextField_->text().value_or("");
+  if (text.empty() || !sendButton_->isEnabled()) return;
+  const TLChatMessage message{text, false, LumicorUtils::millisecondsSinceEpoch()};
+  append(message);
+  inputTextField_->setText("");
+  TLChatMessagesTask::saveMessage(message);
+  setInputEnabled(false);
+  const TLChatMessage typing{TLChatMessage::typingMarker, true, LumicorUtils::millisecondsSinceEpoch()};
+  append(typing);
+  TLChatMessagesTask::saveMessage(typing);
+  LumicorNetworkTask::logEvent(LumicorLogEvent::MESSAGE_SENT, "");
+  TLChatMessagesTask::sendRequest(text);
+  scrollToBottom(true);
+}
+
+void TLChatViewController::addMessage(const std::string& text) {
+  DispatchQueue::main().async([chat = self(), text] {
+    chat->loadViewIfNeeded();
+    chat->removeTypingRow();
+    const TLChatMessage message{text, true, LumicorUtils::millisecondsSinceEpoch()};
+    chat->append(message);
+    TLChatMessagesTask::saveMessage(message);
+    chat->scrollToBottom(true);
+    chat->setInputEnabled(true);
+  });
+}
+
+void TLChatViewController::setInputEnabled(bool enabled) {
+  sendButton_->setEnabled(enabled);
+  if (enabled) {
+    sendButton_->setTitleColor(styleColor(&TLStyles::sendButtonTextColor, white), UIControlState::normal);
+    inputTextField_->becomeFirstResponder();
+  } else {
+    sendButton_->setTitleColor(UIColor::gray(), UIControlState::disabled);
+    view()->endEditing(true);
+  }
+}
+
+void TLChatViewController::dismissKeyboard() { view()->endEditing(true); }
+
+// ---- The keyboard
+
+void TLChatViewController::handleKeyboardWillShow(const Notification& notification) {
+  keyboardChanged(notification, true);
+}
+
+void TLChatViewController::handleKeyboardWillHide(const Notification& notification) {
+  keyboardChanged(notification, false);
+}
+
+void TLChatViewController::keyboardChanged(const Notification& notification, bool isShowing) {
+  const CGRect* const endFrame = notification.value<CGRect>(UIKeyboardFrameEndUserInfoKey);
+  if (!endFrame) return;
+  const double* const told = notification.value<double>(UIKeyboardAnimationDurationUserInfoKey);
+  const double duration = told ? *told : defaultKeyboardDuration;
+  if (!isShowing) {
+    inputContainerBottomConstraint_->setConstant(0);
+  } else if (const auto offset = keyboardOffset({.viewHeight = view()->bounds().size.height,
+                                                 .bottomInset = view()->safeAreaInsets().bottom,
+                                                 .barFrame = inputContainerView_->frame(),
+                                                 .keyboardHeight = endFrame->size.height})) {
+    inputContainerBottomConstraint_->setConstant(*offset);
+  }
+  UIView::animateWithDuration(duration, [this, isShowing] {
+    view()->layoutIfNeeded();
+    if (isShowing) scrollToBottom(true);
+  });
+}
+
+// ---- Coming and going
+
+void TLChatViewController::viewWillAppear(bool animated) {
+  Super::viewWillAppear(animated);
+  const auto navigation = navigationController();
+  const auto tabs = tabBarController();
+  wasNavigationBarHidden_ = navigation ? navigation->isNavigationBarHidden() : true;
+  wasBottomNavBarHidden_ = tabs ? tabs->tabBar()->isHidden() : true;
+  UIView::performWithoutAnimation([this] { setBottomBarHidden(true); });
+  if (navigation) navigation->setNavigationBarHidden(true, false);
+  scrollToBottom(false);
+}
+
+void TLChatViewController::viewWillDisappear(bool animated) {
+  Super::viewWillDisappear(animated);
+  UIView::performWithoutAnimation([this] { setBottomBarHidden(wasBottomNavBarHidden_); });
+  if (const auto navigation = navigationController()) {
+    navigation->setNavigationBarHidden(wasNavigationBarHidden_, false);
+  }
+}
+
+void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
+  Super::willMoveToParent(parent);
+  if (parent) return;
+  if (const auto navigation = navigationController()) navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);
+  UIView::performWithoutAnimation([this] { setBottomBarHidden(wasBottomNavBarHidden_); });
+}
+
+void TLChatViewController::dismissChatView() {
+  const auto navigation = navigationController();
+  if (!navigation) return;
+  navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);
+  UIView::performWithoutAnimation([this] { setBottomBarHidden(false); });
+  navigation->popViewControllerAnimated(true);
+}
+
+void TLChatViewController::closeWithoutAnimation() {
+  const auto navigation = navigationController();
+  if (!navigation) return;
+  UIView::performWithoutAnimation([this, &navigation] {
+    navigation->setNavigationBarHidden(wasNavigationBarHidden_, false);
+    if (navigation->topViewController().get() == this) navigation->popViewControllerAnimated(false);
+  });
+  // No transition runs that would bring the button back.
+  if (const auto& button = TLFloaterManager::shared().floaterView()) button->setShow(true);
+}
+
+/// The real tab bar, and with it the host's own bars that stand in for one: named views of the tab bar controller that
+/// are of the host's classes. What holds this screen is none of them.
+void TLChatViewController::setBottomBarHidden(bool hidden) {
+  const auto tabs = tabBarController();
+  if (!tabs) return;
+  tabs->tabBar()->setHidden(hidden);
+  for (const Ref<UIView>& bar : tabs->view()->subviews()) {
+    const bool isHostsBar = bar->accessibilityIdentifier() && LumicorUtils::shouldTrack(bar->isa().name());
+    if (isHostsBar && !view()->isDescendantOfView(bar.get())) bar->setHidden(hidden);
+  }
+}
+
+}  // namespace lumicor

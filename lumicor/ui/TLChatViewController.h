@@ -1,0 +1,87 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lumicor/core/TLChatMessage.h"
+#include "lumicor/ui/PaddedTextField.h"
+#include "lumicor/ui/TLLayout.h"
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UILabel.h"
+#include "platform/uikit/UITableView.h"
+#include "platform/uikit/UIViewController.h"
+
+namespace lumicor {
+
+using namespace platform;
+
+/// The full-screen chat: the conversation, a field to type into, and while the assistant works a typing row. Made once
+/// per floating button, pushed onto the host's navigation controller on every visit; while it is there the host's bars
+/// hide. Thread: main; addMessage: any.
+class TLChatViewController : public Object<TLChatViewController, UIViewController> {
+ public:
+  TLChatViewController();
+  ~TLChatViewController() override;
+  static void exportMethods(MethodTable<TLChatViewController>& table);
+
+  /// Adds a bubble of the assistant, in place of a trailing typing row, and lets the person type again.
+  virtual void addMessage(const std::string& text);
+  /// Leaves the screen at once: popped without animation, the host's navigation bar as it was.
+  virtual void closeWithoutAnimation();
+
+  void sendMessage();
+  void dismissChatView();
+  void dismissKeyboard();
+  void scrollToBottom(bool animated);
+  void setInputEnabled(bool enabled);
+
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+  void willMoveToParent(Ref<UIViewController> parent) override;
+
+  std::optional<TLLayout> layoutData;
+
+  const std::vector<TLChatMessage>& messages() const { return messages_; }
+  const Ref<UITableView>& tableView() const { return tableView_; }
+  const Ref<UIView>& inputContainerView() const { return inputContainerView_; }
+  const Ref<PaddedTextField>& inputTextField() const { return inputTextField_; }
+  const Ref<UIButton>& sendButton() const { return sendButton_; }
+  const Ref<UIButton>& crossButton() const { return crossButton_; }
+  const Ref<UILabel>& titleLabel() const { return titleLabel_; }
+
+ private:
+  void buildHeader();
+  void buildInputBar();
+  void buildList();
+  void makeConstraints();
+  void observeKeyboard();
+
+  std::int64_t numberOfRows(const Ref<UITableView>& table, std::int64_t section);
+  Ref<UITableViewCell> cellForRow(const Ref<UITableView>& table, const IndexPath& path);
+  void handleKeyboardWillShow(const Notification& notification);
+  void handleKeyboardWillHide(const Notification& notification);
+  void keyboardChanged(const Notification& notification, bool isShowing);
+
+  /// Appends a row and tells the list.
+  void append(TLChatMessage message);
+  void removeTypingRow();
+  void setBottomBarHidden(bool hidden);
+  UIColor styleColor(std::string TLStyles::*field, const char* plain) const;
+
+  Ref<UITableView> tableView_;
+  Ref<UIView> inputContainerView_;
+  Ref<PaddedTextField> inputTextField_;
+  Ref<UIButton> sendButton_;
+  Ref<UIButton> crossButton_;
+  Ref<UILabel> titleLabel_;
+  bool wasNavigationBarHidden_ = false;
+  bool wasBottomNavBarHidden_ = false;
+  std::vector<TLChatMessage> messages_;
+  Ref<NSLayoutConstraint> tableViewBottomConstraint_;
+  Ref<NSLayoutConstraint> inputContainerBottomConstraint_;
+};
+
+}  // namespace lumicor

@@ -1,0 +1,146 @@
+// How the chat screen is put together; what it does stands in TLChatViewController.cpp.
+
+#include <algorithm>
+
+#include "lumicor/core/Lumicor.h"
+#include "lumicor/ui/LumicorImageCache.h"
+#include "lumicor/ui/TLChatFont.h"
+#include "lumicor/ui/TLChatMessageCell.h"
+#include "lumicor/ui/TLChatViewController.h"
+#include "lumicor/ui/UIColorHex.h"
+#include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutConstraint.h"
+#include "platform/layout/UILayoutGuide.h"
+#include "platform/uikit/NSAttributedString.h"
+#include "platform/uikit/UIKeyboard.h"
+#include "platform/uikit/UITapGestureRecognizer.h"
+
+namespace lumicor {
+
+namespace {
+
+// What stands in for a style when no layout has come.
+constexpr const char* white = "#FFFFFFFF";
+constexpr const char* opaqueBlack = "#FF000000";
+constexpr std::int64_t plainSendButtonSize = 16;
+constexpr std::int64_t plainFontWeight = 400;
+
+constexpr double cornerRadius = 10;
+
+}  // namespace
+
+void TLChatViewController::viewDidLoad() {
+  Super::viewDidLoad();
+  view()->setBackgroundColor(UIColor::white());
+  messages_ = Lumicor::shared().getChatHistory();
+  std::ranges::stable_sort(messages_, {}, &TLChatMessage::timestamp);
+  buildHeader();
+  buildInputBar();
+  buildList();
+  for (const Ref<UIView>& part :
+       std::initializer_list<Ref<UIView>>{tableView_, inputContainerView_, crossButton_, titleLabel_}) {
+    part->setTranslatesAutoresizingMaskIntoConstraints(false);
+    view()->addSubview(part);
+  }
+  makeConstraints();
+  observeKeyboard();
+  view()->addGestureRecognizer(make<UITapGestureRecognizer>(self(), sel("dismissKeyboard")));
+}
+
+void TLChatViewController::buildHeader() {
+  crossButton_ = make<UIButton>(UIButtonType::system);
+  crossButton_->addTarget(self(), sel("dismissChatView"), UIControlEvents::touchUpInside);
+  crossButton_->setAccessibilityLabel("Close");
+  if (layoutData) {
+    LumicorImageCache::shared().fetch(layoutData->closeButton,
+                                      [weak = Weak<UIButton>(crossButton_)](const Ref<UIImage>& image) {
+                                        if (const auto button = weak.lock()) {
+                                          button->setImage(image, UIControlState::normal);
+                                        }
+                                      });
+  }
+  titleLabel_ = make<UILabel>();
+  titleLabel_->setText("Tessel Lumicor");
+  titleLabel_->setFont(UIFont::systemFont(18, UIFontWeightBold));
+  titleLabel_->setTextColor(UIColor::black());
+}
+
+void TLChatViewController::buildInputBar() {
+  inputContainerView_ = make<UIView>();
+  inputContainerView_->setBackgroundColor(styleColor(&TLStyles::inputBackgroundColor, opaqueBlack));
+  inputContainerView_->layer()->setBorderWidth(0.5);
+  inputContainerView_->layer()->setBorderColor(UIColor::lightGray());
+
+  inputTextField_ = make<PaddedTextField>();
+  inputTextField_->setTranslatesAutoresizingMaskIntoConstraints(false);
+  inputTextField_->setAttributedPlaceholder(
+      NSAttributedString::make("Enter message...", {.foregroundColor = UIColor::lightGray()}));
+  inputTextField_->setTextColor(UIColor::black());
+  inputTextField_->setBackgroundColor(UIColor::white());
+  inputTextField_->layer()->setCornerRadius(cornerRadius);
+
+  sendButton_ = make<UIButton>(UIButtonType::system);
+  sendButton_->setTranslatesAutoresizingMaskIntoConstraints(false);
+  sendButton_->setTitle("Send", UIControlState::normal);
+  sendButton_->setTitleColor(styleColor(&TLStyles::sendButtonTextColor, white), UIControlState::normal);
+  sendButton_->setBackgroundColor(styleColor(&TLStyles::sendButtonBackgroundColor, white));
+  sendButton_->layer()->setCornerRadius(cornerRadius);
+  sendButton_->addTarget(self(), sel("sendMessage"), UIControlEvents::touchUpInside);
+  const std::int64_t size = layoutData ? layoutData->styles.sendButtonSize : plainSendButtonSize;
+  const std::int64_t weight = layoutData ? layoutData->styles.fontWeight : plainFontWeight;
+  sendButton_->titleLabel()->setFont(chatFont(static_cast<double>(size), weight));
+
+  inputContainerView_->addSubview(inputTextField_);
+  inputContainerView_->addSubview(sendButton_);
+}
+
+void TLChatViewController::buildList() {
+  tableView_ = make<UITableView>();
+  tableView_->setBackgroundColor(styleColor(&TLStyles::backgroundColor, white));
+  tableView_->setSeparatorStyle(UITableViewCellSeparatorStyle::none);
+  tableView_->setDelegate(self());
+  tableView_->setDataSource(self());
+  tableView_->registerClass<TLChatMessageCell>(TLChatMessageCell::reuseIdentifier);
+  tableView_->setEstimatedRowHeight(44);
+  tableView_->setRowHeight(UITableViewAutomaticDimension);
+}
+
+void TLChatViewController::makeConstraints() {
+  const auto& root = view();
+  const auto safe = root->safeAreaLayoutGuide();
+  const auto& bar = inputContainerView_;
+  inputContainerBottomConstraint_ = bar->bottomAnchor().constraintEqualToAnchor(safe->bottomAnchor());
+  tableViewBottomConstraint_ = tableView_->bottomAnchor().constraintEqualToAnchor(bar->topAnchor());
+  NSLayoutConstraint::activateConstraints({
+      inputContainerBottomConstraint_,
+      tableViewBottomConstraint_,
+      crossButton_->topAnchor().constraintEqualToAnchor(safe->topAnchor()),
+      crossButton_->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -20),
+      crossButton_->widthAnchor().constraintEqualToConstant(30),
+      crossButton_->heightAnchor().constraintEqualToConstant(30),
+      titleLabel_->centerYAnchor().constraintEqualToAnchor(crossButton_->centerYAnchor()),
+      titleLabel_->centerXAnchor().constraintEqualToAnchor(root->centerXAnchor()),
+      bar->leftAnchor().constraintEqualToAnchor(root->leftAnchor()),
+      bar->widthAnchor().constraintEqualToAnchor(root->widthAnchor()),
+      bar->heightAnchor().constraintEqualToConstant(70),
+      inputTextField_->leftAnchor().constraintEqualToAnchor(bar->leftAnchor(), 12),
+      inputTextField_->centerYAnchor().constraintEqualToAnchor(bar->centerYAnchor()),
+      inputTextField_->rightAnchor().constraintEqualToAnchor(sendButton_->leftAnchor(), -12),
+      inputTextField_->heightAnchor().constraintEqualToConstant(50),
+      sendButton_->rightAnchor().constraintEqualToAnchor(bar->rightAnchor(), -12),
+      sendButton_->centerYAnchor().constraintEqualToAnchor(bar->centerYAnchor()),
+      sendButton_->widthAnchor().constraintEqualToConstant(80),
+      sendButton_->heightAnchor().constraintEqualToConstant(50),
+      tableView_->topAnchor().constraintEqualToAnchor(crossButton_->bottomAnchor(), 10),
+      tableView_->leftAnchor().constraintEqualToAnchor(root->leftAnchor()),
+      tableView_->rightAnchor().constraintEqualToAnchor(root->rightAnchor()),
+  });
+}
+
+void TLChatViewController::observeKeyboard() {
+  NotificationCenter& center = NotificationCenter::defaultCenter();
+  center.addObserver(self(), sel("handleKeyboardWillShow:"), UIKeyboardWillShowNotification);
+  center.addObserver(self(), sel("handleKeyboardWillHide:"), UIKeyboardWillHideNotification);
+}
+
+}  // namespace lumicor

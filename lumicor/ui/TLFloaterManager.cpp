@@ -1,0 +1,151 @@
+#include "lumicor/ui/TLFloaterManager.h"
+
+#include "lumicor/core/LumicorUtils.h"
+#include "lumicor/network/LumicorNetworkTask.h"
+#include "lumicor/ui/TLBottomCloseView.h"
+#include "lumicor/ui/TLChatViewController.h"
+#include "lumicor/ui/TLFloaterPlacement.h"
+#include "lumicor/ui/TLTransition.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIScreen.h"
+
+namespace lumicor {
+
+namespace {
+
+constexpr const char* animationControllerSelector =
+    "navigationController:animationControllerForOperation:fromViewController:toViewController:";
+
+constexpr double closeTargetSlideIn = 0.2;
+constexpr double closeTargetSlideOut = 0.35;
+
+CGSize screenSize() {
+  static const CGSize size = UIScreen::main().bounds().size;
+  return size;
+}
+
+/// The key window of the first use; another one only once that is gone.
+Ref<UIWindow> keyWindow() {
+  static Weak<UIWindow> first;
+  if (first.expired()) first = UIApplication::shared().keyWindow();
+  return first.lock();
+}
+
+CGRect closeTargetFrame(bool isShown) {
+  constexpr double side = floaterPlacement::closeTargetSize;
+  const CGSize screen = screenSize();
+  const double shift = isShown ? side : 0;
+  return {screen.width - shift, screen.height - shift, side, side};
+}
+
+}  // namespace
+
+UIEdgeInsets TLFloaterManager::screenInsets() {
+  const auto window = keyWindow();
+  return window ? window->safeAreaInsets() : UIEdgeInsets{};
+}
+
+TLFloaterManager& TLFloaterManager::shared() {
+  static const Ref<TLFloaterManager> manager = make<TLFloaterManager>();
+  return *manager;
+}
+
+TLFloaterManager::TLFloaterManager() = default;
+TLFloaterManager::~TLFloaterManager() = default;
+
+void TLFloaterManager::exportMethods(MethodTable<TLFloaterManager>& table) {
+  table.add<&TLFloaterManager::animationControllerFor>(animationControllerSelector);
+}
+
+void TLFloaterManager::init() {
+  bottomCloseView_ = make<TLBottomCloseView>(closeTargetFrame(false));
+  overrideNavigationDelegate();
+}
+
+void TLFloaterManager::show() {
+  if (floaterView_) floaterView_->removeFromSuperview();
+  floaterView_ =
+      make<TLFloaterView>(floaterPlacement::initialFrame(screenSize(), static_cast<double>(layoutData_.size)));
+  floaterView_->delegate = std::static_pointer_cast<TLFloaterManager>(shared_from_this());
+  bottomCloseView_->setFrame(closeTargetFrame(false));
+  if (const auto window = keyWindow()) window->addSubview(bottomCloseView_);
+  floaterMoveEvents();
+  chatViewController_ = make<TLChatViewController>();
+  chatViewController_->layoutData = layoutData_;
+  overrideNavigationDelegate();
+}
+
+void TLFloaterManager::floaterMoveEvents() {
+  if (!floaterView_) return;
+  floaterView_->floaterDidSelect = [weak = weakSelf()] {
+    if (const auto manager = weak.lock()) manager->openChat();
+  };
+}
+
+void TLFloaterManager::openChat() {
+  if (!chatViewController_) return;
+  UIApplication::shared().beginIgnoringInteractionEvents();
+  overrideNavigationDelegate();
+  const auto navigation = LumicorUtils::getNavigationControllerFromRoot();
+  if (navigation && !chatViewController_->parentViewController()) {
+    navigation->pushViewController(chatViewController_, true);
+  }
+  LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_VIEW_OPEN, "");
+  UIApplication::shared().endIgnoringInteractionEvents();
+}
+
+void TLFloaterManager::overrideNavigationDelegate() {
+  const auto navigation = LumicorUtils::getNavigationControllerFromRoot();
+  if (!navigation || navigation->delegate() == self()) return;
+  const auto before = overridden_.lock();
+  if (before && before->delegate() == self()) before->setDelegate(hostDelegate_.lock());
+  overridden_ = navigation;
+  hostDelegate_ = navigation->delegate();
+  navigation->setDelegate(self());
+}
+
+bool TLFloaterManager::respondsToSelector(SEL selector) const {
+  const auto host = hostDelegate_.lock();
+  return Super::respondsToSelector(selector) || (host && host->respondsToSelector(selector));
+}
+
+Ref<NSObject> TLFloaterManager::forwardingTargetForSelector(SEL selector) const {
+  const auto host = hostDelegate_.lock();
+  return host && host->respondsToSelector(selector) ? host : Super::forwardingTargetForSelector(selector);
+}
+
+Ref<NSObject> TLFloaterManager::animationControllerFor(const Ref<UINavigationController>& navigation,
+                                                       UINavigationControllerOperation operation,
+                                                       const Ref<UIViewController>& from,
+                                                       const Ref<UIViewController>& to) {
+  using Operation = UINavigationControllerOperation;
+  if (chatViewController_ && operation == Operation::push && to == chatViewController_) return make<TLTransitionPush>();
+  if (chatViewController_ && operation == Operation::pop && from == chatViewController_) return make<TLTransitionPop>();
+  static const SEL selector = sel(animationControllerSelector);
+  const auto host = hostDelegate_.lock();
+  if (!host || !host->respondsToSelector(selector)) return nullptr;
+  return host->perform<Ref<NSObject>>(selector, navigation, operation, from, to);
+}
+
+void TLFloaterManager::floatViewBeginMove(TLFloaterView&, CGPoint) {
+  UIView::animateWithDuration(closeTargetSlideIn, [this] { bottomCloseView_->setFrame(closeTargetFrame(true)); });
+}
+
+void TLFloaterManager::floatViewMoved(TLFloaterView& floatView, CGPoint) {
+  const auto window = keyWindow();
+  const CGPoint center = bottomCloseView_->convertPointFrom(floatView.center(), window.get());
+  const bool isInside = floaterPlacement::isInsideCloseTarget(center);
+  if (isInside == bottomCloseView_->insideBottomSelected) return;
+  bottomCloseView_->insideBottomSelected = isInside;
+  bottomCloseView_->setNeedsDisplay();
+}
+
+void TLFloaterManager::floatViewCancelMove(TLFloaterView&) {
+  if (floaterView_ && bottomCloseView_->insideBottomSelected) {
+    floaterView_->setShow(false);
+    LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_FLOATER_DISMISSED, "");
+  }
+  UIView::animateWithDuration(closeTargetSlideOut, [this] { bottomCloseView_->setFrame(closeTargetFrame(false)); });
+}
+
+}  // namespace lumicor

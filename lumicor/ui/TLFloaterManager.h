@@ -1,0 +1,63 @@
+#pragma once
+
+#include "lumicor/ui/TLFloaterView.h"
+#include "lumicor/ui/TLLayout.h"
+#include "platform/uikit/UINavigationController.h"
+
+namespace lumicor {
+
+using namespace platform;
+
+class TLBottomCloseView;
+class TLChatViewController;
+
+/// Owns the floating button, its close target and the chat screen; the delegate of the host's navigation controller, so
+/// that the chat opens and closes with transitions of its own. One, made on first use. Main thread.
+class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFloaterViewDelegate {
+ public:
+  static TLFloaterManager& shared();
+  TLFloaterManager();
+  ~TLFloaterManager() override;
+  static void exportMethods(MethodTable<TLFloaterManager>& table);
+  void init();
+
+  const Ref<TLFloaterView>& floaterView() const { return floaterView_; }
+  const Ref<TLBottomCloseView>& bottomCloseView() const { return bottomCloseView_; }
+  const TLLayout& layoutData() const { return layoutData_; }
+  void setLayoutData(TLLayout layoutData) { layoutData_ = std::move(layoutData); }
+  const Ref<TLChatViewController>& chatViewController() const { return chatViewController_; }
+  void setChatViewController(Ref<TLChatViewController> chat) { chatViewController_ = std::move(chat); }
+
+  /// Makes a new button, still invisible (see TLFloaterView::setShow), and a new chat screen.
+  void show();
+  void floaterMoveEvents();
+  /// Becomes the delegate of the navigation controller that the chat is pushed on, and passes on to the host's own
+  /// delegate whatever it asks or is told; the one it stood in for before gets its delegate back. Nothing happens
+  /// without a key window, a root controller or a navigation controller.
+  void overrideNavigationDelegate();
+  /// The transition between two screens: the chat's own ones, or what the host's delegate says.
+  Ref<NSObject> animationControllerFor(const Ref<UINavigationController>& navigation,
+                                       UINavigationControllerOperation operation, const Ref<UIViewController>& from,
+                                       const Ref<UIViewController>& to);
+  /// Safe distances of the key window; none without one.
+  static UIEdgeInsets screenInsets();
+
+  bool respondsToSelector(SEL selector) const override;
+  Ref<NSObject> forwardingTargetForSelector(SEL selector) const override;
+
+  void floatViewBeginMove(TLFloaterView& floatView, CGPoint point) override;
+  void floatViewMoved(TLFloaterView& floatView, CGPoint point) override;
+  void floatViewCancelMove(TLFloaterView& floatView) override;
+
+ private:
+  void openChat();
+
+  Ref<TLFloaterView> floaterView_;
+  Ref<TLBottomCloseView> bottomCloseView_;
+  TLLayout layoutData_;
+  Ref<TLChatViewController> chatViewController_;
+  Weak<UINavigationController> overridden_;
+  Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
+};
+
+}  // namespace lumicor

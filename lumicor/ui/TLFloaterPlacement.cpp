@@ -1,0 +1,48 @@
+#include "lumicor/ui/TLFloaterPlacement.h"
+
+namespace lumicor::floaterPlacement {
+
+namespace {
+
+constexpr double gapToEdge = 10;
+constexpr double edgeZone = 60;
+constexpr double initialDistanceFromRight = 70;
+constexpr double initialHeightShare = 0.3;
+
+}  // namespace
+
+CGRect initialFrame(CGSize screen, double side) {
+  const auto x = static_cast<double>(static_cast<std::int64_t>(screen.width)) - initialDistanceFromRight;
+  const auto y = static_cast<double>(static_cast<std::int64_t>(screen.height * initialHeightShare));
+  return {x, y, side, side};
+}
+
+CGRect restingFrame(CGRect frame, CGSize container, UIEdgeInsets insets, double side) {
+  const double x = frame.origin.x;
+  const double y = frame.origin.y;
+  const double width = frame.size.width;
+  const double height = frame.size.height;
+  const double rightGap = container.width - x - width;
+  const double bottomGap = container.height - y - height;
+  const double atRight = container.width - width - gapToEdge;
+
+  double keptX = x;
+  if (x < rightGap) {
+    if (x < gapToEdge) keptX = gapToEdge;
+  } else if (rightGap < gapToEdge) {
+    keptX = atRight;
+  }
+
+  if (y < edgeZone) return {keptX, insets.top + gapToEdge, side, side};
+  if (bottomGap < edgeZone) return {keptX, container.height - height - gapToEdge - insets.bottom, side, side};
+  return {x < rightGap ? gapToEdge : atRight, y, side, side};
+}
+
+bool isInsideCloseTarget(CGPoint center) {
+  if (center.x <= 0 || center.y <= 0) return false;
+  const double dx = center.x - closeTargetSize;
+  const double dy = center.y - closeTargetSize;
+  return dx * dx + dy * dy <= closeTargetSize * closeTargetSize;
+}
+
+}  // namespace lumicor::floaterPlacement

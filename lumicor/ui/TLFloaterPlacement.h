@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/graphics/CGGeometry.h"
+
+namespace lumicor {
+
+using namespace platform;
+
+/// The rules of where the floating button rests, free of views. Points.
+namespace floaterPlacement {
+
+inline constexpr double closeTargetSize = 160;
+
+/// Where a new button stands on a screen of that size: near the right edge, a third down.
+CGRect initialFrame(CGSize screen, double side);
+
+/// Where a button released at `frame` in a container of that size comes to rest: at the nearer side, or, close to the
+/// top or the bottom, where it is. `side` is the length of the button's sides.
+CGRect restingFrame(CGRect frame, CGSize container, UIEdgeInsets insets, double side);
+
+/// Whether a centre, in the close target's own coordinates, lies inside its quarter disc.
+bool isInsideCloseTarget(CGPoint center);
+
+}  // namespace floaterPlacement
+
+}  // namespace lumicor

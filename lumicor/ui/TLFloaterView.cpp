@@ -1,0 +1,104 @@
+#include "lumicor/ui/TLFloaterView.h"
+
+#include "lumicor/ui/LumicorImageCache.h"
+#include "lumicor/ui/TLFloaterManager.h"
+#include "lumicor/ui/TLFloaterPlacement.h"
+#include "lumicor/ui/UIColorHex.h"
+#include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutConstraint.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/UITapGestureRecognizer.h"
+
+namespace lumicor {
+
+namespace {
+
+constexpr double fadeDuration = 0.3;
+constexpr double snapDuration = 0.3;
+
+}  // namespace
+
+void TLFloaterView::exportMethods(MethodTable<TLFloaterView>& table) {
+  table.add<&TLFloaterView::tapGesture>("tapGesture");
+}
+
+void TLFloaterView::initWithFrame(CGRect frame) {
+  Super::initWithFrame(frame);
+  layoutData = TLFloaterManager::shared().layoutData();
+  auto tap = make<UITapGestureRecognizer>(self(), sel("tapGesture"));
+  tap->setDelaysTouchesBegan(true);
+  addGestureRecognizer(tap);
+
+  auto picture = make<UIImageView>();
+  picture->setTranslatesAutoresizingMaskIntoConstraints(false);
+  picture->setContentMode(UIViewContentMode::scaleAspectFit);
+  addSubview(picture);
+  const auto imageSize = static_cast<double>(layoutData->imageSize);
+  NSLayoutConstraint::activateConstraints({
+      picture->centerXAnchor().constraintEqualToAnchor(centerXAnchor()),
+      picture->centerYAnchor().constraintEqualToAnchor(centerYAnchor()),
+      picture->widthAnchor().constraintEqualToConstant(imageSize),
+      picture->heightAnchor().constraintEqualToConstant(imageSize),
+  });
+  LumicorImageCache::shared().fetch(layoutData->image, [weak = Weak<UIImageView>(picture)](const Ref<UIImage>& image) {
+    if (const auto view = weak.lock()) view->setImage(image);
+  });
+  setBackgroundColor(UIColorHex(layoutData->styles.backgroundColor));
+  layer()->setMasksToBounds(true);
+  setAlpha(0);
+}
+
+void TLFloaterView::layoutSubviews() {
+  Super::layoutSubviews();
+  layer()->setCornerRadius(bounds().size.width / 2);
+}
+
+void TLFloaterView::setShow(bool show) {
+  if (show == show_) return;
+  show_ = show;
+  if (show) {
+    if (const auto window = UIApplication::shared().keyWindow()) window->addSubview(self());
+    setAlpha(0);
+    UIView::animateWithDuration(fadeDuration, [this] { setAlpha(1); });
+  } else {
+    setAlpha(1);
+    UIView::animateWithDuration(
+        fadeDuration, [this] { setAlpha(0); },
+        [keep = self()](bool) {
+          if (!keep->show_) keep->removeFromSuperview();
+        });
+  }
+}
+
+void TLFloaterView::tapGesture() {
+  if (floaterDidSelect) floaterDidSelect();
+}
+
+void TLFloaterView::touchesBegan(const UITouches& touches, const Ref<UIEvent>&) {
+  beginPoint.reset();
+  if (touches.empty()) return;
+  beginPoint = touches.front()->locationInView(this);
+  if (const auto receiver = delegate.lock()) receiver->floatViewBeginMove(*this, *beginPoint);
+}
+
+void TLFloaterView::touchesMoved(const UITouches& touches, const Ref<UIEvent>&) {
+  if (touches.empty() || !beginPoint) return;
+  const CGPoint location = touches.front()->locationInView(this);
+  if (const auto receiver = delegate.lock()) receiver->floatViewMoved(*this, location);
+  setCenter({center().x + location.x - beginPoint->x, center().y + location.y - beginPoint->y});
+}
+
+void TLFloaterView::touchesEnded(const UITouches&, const Ref<UIEvent>&) {
+  const Ref<UIView> container = superview();
+  if (!container) return;
+  const Ref<TLFloaterView> keep = self();
+  if (const auto receiver = delegate.lock()) receiver->floatViewCancelMove(*this);
+  beginPoint.reset();
+  const double side = layoutData ? static_cast<double>(layoutData->size) : bounds().size.width;
+  const CGRect resting =
+      floaterPlacement::restingFrame(frame(), container->bounds().size, TLFloaterManager::screenInsets(), side);
+  UIView::animateWithDuration(snapDuration, [keep, resting] { keep->setFrame(resting); });
+}
+
+}  // namespace lumicor

@@ -1,0 +1,109 @@
+#include "lumicor/ui/TLTransition.h"
+
+#include "lumicor/ui/TLFloaterManager.h"
+#include "platform/animation/CABasicAnimation.h"
+#include "platform/animation/CAShapeLayer.h"
+#include "platform/graphics/UIBezierPath.h"
+#include "platform/uikit/UIViewControllerTransitioning.h"
+
+namespace lumicor {
+
+namespace {
+
+constexpr double duration = 0.3;
+constexpr double fullScreenCornerRadius = 0.1;  // as good as none, but of the same kind of path as the circle
+
+Ref<UIBezierPath> buttonPath(const TLFloaterView& button) {
+  const CGRect frame = button.frame();
+  return UIBezierPath::bezierPathWithRoundedRect(frame, frame.size.height / 2);
+}
+
+Ref<UIBezierPath> screenPath(const UIView& view) {
+  return UIBezierPath::bezierPathWithRoundedRect(view.bounds(), fullScreenCornerRadius);
+}
+
+/// The two views that take part, or none when one is missing.
+struct Views {
+  Ref<UIView> from;
+  Ref<UIView> to;
+};
+
+Views viewsOf(const UIViewControllerContextTransitioning& context) {
+  const auto from = context.viewControllerForKey(UITransitionContextFromViewControllerKey);
+  const auto to = context.viewControllerForKey(UITransitionContextToViewControllerKey);
+  if (!from || !to) return {};
+  return {from->view(), to->view()};
+}
+
+}  // namespace
+
+void TLTransition::exportMethods(MethodTable<TLTransition>& table) {
+  table.add<&TLTransition::transitionDuration>("transitionDuration:")
+      .add<&TLTransition::animateTransition>("animateTransition:")
+      .add<&TLTransition::animationDidStop>("animationDidStop:finished:");
+}
+
+double TLTransition::transitionDuration(const Ref<UIViewControllerContextTransitioning>&) const { return duration; }
+
+void TLTransition::animateMask(const Ref<UIView>& view, const Ref<UIBezierPath>& start, const Ref<UIBezierPath>& end) {
+  auto mask = make<CAShapeLayer>();
+  mask->setFrame(view->bounds());
+  mask->setPath(end->cgPath());
+  view->layer()->setMask(mask);
+  auto animation = make<CABasicAnimation>("path");
+  animation->setFromValue(start->cgPath());
+  animation->setToValue(end->cgPath());
+  animation->setDuration(duration);
+  animation->setTimingFunction(CAMediaTimingFunction());  // linear
+  animation->setDelegate(self());
+  mask->addAnimation(animation, "pathAnimation");
+}
+
+void TLTransition::animationDidStop(const Ref<NSObject>&, bool) {
+  const auto context = std::exchange(transitionCtx, nullptr);
+  if (!context) return;
+  const Views views{context->viewForKey(UITransitionContextFromViewKey),
+                    context->viewForKey(UITransitionContextToViewKey)};
+  context->completeTransition(true);
+  if (views.from) views.from->layer()->setMask(nullptr);
+  if (views.to) views.to->layer()->setMask(nullptr);
+}
+
+void TLTransitionPush::animateTransition(const Ref<UIViewControllerContextTransitioning>& context) {
+  transitionCtx = context;
+  const Views views = viewsOf(*context);
+  if (!views.from || !views.to) return;
+  context->containerView()->addSubview(views.from);
+  context->containerView()->addSubview(views.to);
+  const auto& button = TLFloaterManager::shared().floaterView();
+  if (!button) return;
+  animateMask(views.to, buttonPath(*button), screenPath(*views.to));
+  if (button->changeStatusInNextTransaction) {
+    button->setShow(false);
+  } else {
+    button->changeStatusInNextTransaction = true;
+  }
+}
+
+void TLTransitionPop::animateTransition(const Ref<UIViewControllerContextTransitioning>& context) {
+  transitionCtx = context;
+  const Views views = viewsOf(*context);
+  if (!views.from || !views.to) return;
+  context->containerView()->addSubview(views.to);
+  context->containerView()->addSubview(views.from);
+  const auto& button = TLFloaterManager::shared().floaterView();
+  if (button) animateMask(views.from, screenPath(*views.to), buttonPath(*button));
+}
+
+void TLTransitionPop::animationDidStop(const Ref<NSObject>& animation, bool finished) {
+  Super::animationDidStop(animation, finished);
+  const auto& button = TLFloaterManager::shared().floaterView();
+  if (!button) return;
+  if (button->changeStatusInNextTransaction) {
+    button->setShow(true);
+  } else {
+    button->changeStatusInNextTransaction = true;
+  }
+}
+
+}  // namespace lumicor

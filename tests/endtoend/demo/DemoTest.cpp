@@ -1,0 +1,89 @@
+// The whole way: the shop, the assistant in it, real HTTP on loopback, the real service.
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "ChildProcess.h"
+#include "platform/foundation/JSONValue.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentOf(const fs::path& file) {
+  std::ostringstream content;
+  content << std::ifstream(file).rdbuf();
+  return content.str();
+}
+
+class Demo : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder_ = fs::temp_directory_path() / ("demo_test_" + std::to_string(getpid()));
+    fs::create_directories(folder_ / "out");
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  std::unique_ptr<ChildProcess> startService() {
+    const fs::path assistant = ASSISTANT_FOLDER;
+    auto service = std::make_unique<ChildProcess>(std::vector<std::string>{
+        SERVICE_PROGRAM, "--port", "0", "--data", folder_ / "data", "--config", assistant / "config.json", "--tasks",
+        assistant / "tasks.json", "--assets", assistant / "assets", "--exchange", folder_ / "out" / "http.jsonl"});
+    const std::string greeting = service->readLine();
+    const std::size_t at = greeting.find("http://");
+    EXPECT_NE(at, std::string::npos) << greeting;
+    address_ = at == std::string::npos ? "" : greeting.substr(at);
+    return service;
+  }
+
+  int play(std::string* said) {
+    ChildProcess shop({TEASHOP_PROGRAM, "--service", address_, "--play", folder_ / "out", "--fast"},
+                      {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}});
+    *said = shop.readAll();
+    return shop.wait();
+  }
+
+  fs::path folder_;
+  std::string address_;
+};
+
+TEST_F(Demo, PlacesTheOrderAndWritesAReportThatShowsIt) {
+  const auto service = startService();
+  std::string said;
+  ASSERT_EQ(play(&said), 0) << said;
+
+  std::vector<std::string> paths;
+  std::istringstream exchanges(contentOf(folder_ / "out" / "http.jsonl"));
+  for (std::string line; std::getline(exchanges, line);) {
+    const auto exchange = platform::JSONValue::parse(line);
+    ASSERT_TRUE(exchange) << line;
+    EXPECT_EQ(line.find("teashop-demo-key"), std::string::npos) << "a secret is in the log";
+    paths.push_back(*exchange->find("path")->asString());
+  }
+  EXPECT_EQ(std::count(paths.begin(), paths.end(), "/sdk/init"), 1);
+  EXPECT_EQ(std::count(paths.begin(), paths.end(), "/sdk/steps/get"), 1);
+  EXPECT_GE(std::count(paths.begin(), paths.end(), "/sdk/event/log"), 5);
+
+  const std::string report = contentOf(folder_ / "out" / "report.html");
+  EXPECT_NE(report.find("The order was placed"), std::string::npos);
+  int pictures = 0;
+  for (const auto& file : fs::directory_iterator(folder_ / "out")) {
+    if (file.path().extension() != ".png") continue;
+    ++pictures;
+    EXPECT_GT(file.file_size(), 5000u) << file.path() << " is an empty picture";
+    EXPECT_NE(report.find(file.path().filename().string()), std::string::npos);
+  }
+  EXPECT_GE(pictures, 8);
+}
+
+TEST_F(Demo, EndsWithAnErrorWhenThereIsNoService) {
+  address_ = "http://127.0.0.1:9";
+  std::string said;
+  EXPECT_EQ(play(&said), 1);
+  EXPECT_NE(said.find("never happened"), std::string::npos) << said;
+  EXPECT_NE(contentOf(folder_ / "out" / "report.html").find("The order was not placed"), std::string::npos);
+}
+
+}  // namespace
