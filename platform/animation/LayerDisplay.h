@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/graphics/Bitmap.h"
+#include "platform/graphics/CGGeometry.h"
+#include "platform/runtime/Ref.h"
+
+namespace platform {
+
+class CALayer;
+
+/// Keeps the picture of one layer tree up to date: what changed since the last time is drawn again, the rest stays. A
+/// tree with a display asks FrameClock for a frame whenever it changes and as long as something in it moves; calling
+/// `update` at each frame is up to the display's owner. Main thread.
+class LayerDisplay {
+ public:
+  /// Shows the root's bounds from the bitmap's top left corner; `size` in points, `scale` in pixels a point. Shares the
+  /// root, which can have one display at a time (a second is a fatal programming error).
+  LayerDisplay(Ref<CALayer> root, CGSize size, double scale);
+  ~LayerDisplay();
+  LayerDisplay(const LayerDisplay&) = delete;
+  LayerDisplay& operator=(const LayerDisplay&) = delete;
+
+  /// True when `update` would draw.
+  bool needsUpdate() const;
+  /// Has owners draw what they were asked to, draws, and tells what changed, in pixels; CGRectZero when nothing did.
+  CGRect update();
+  const Bitmap& bitmap() const { return bitmap_; }
+  double scale() const { return scale_; }
+  /// Everything is drawn anew next time.
+  void invalidate();
+
+ private:
+  friend class CALayer;
+  void rootChanged();
+  CGRect collect(CALayer& layer, const CGAffineTransform& parentToPixels, const CGRect& clip, bool parentChanged,
+                 CGRect& dirty);
+  Ref<CALayer> root_;
+  double scale_;
+  Bitmap bitmap_;
+  double mediaTime_ = 0;
+  bool everything_ = true;
+  std::vector<Weak<CALayer>> moving_;
+};
+
+}  // namespace platform

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/graphics/CGGeometry.h"
+#include "platform/graphics/UIImage.h"
+
+namespace platform {
+
+class CALayer;
+
+/// The picture of a layer with everything in it as it shows at this moment, its bounds' origin at the top left, on a
+/// clear ground. Windows, screenshots and videos come from the same drawing. `size` in points, `scale` in pixels a
+/// point. Main thread.
+Ref<UIImage> renderLayer(CALayer& layer, CGSize size, double scale);
+
+}  // namespace platform
