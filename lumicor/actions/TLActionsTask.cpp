@@ -48,12 +48,6 @@ TLTaskResult failure(std::string clipboardContent) {
 
 }  // namespace
 
-/// The scroll entries of one step, joined: none may be missing when the step goes on.
-struct TLActionsTask::ScrollRestoration {
-  DispatchGroup group;
-  bool failed = false;
-};
-
 bool runEndsAfterStep(std::size_t i, std::size_t count, bool success) { return !success || i + 2 == count; }
 
 TLActionsTask::TLActionsTask(std::vector<TLAction> steps, Callback callback)
@@ -73,17 +67,18 @@ void TLActionsTask::runStep(std::size_t i) {
 }
 
 void TLActionsTask::restoreScrollPositions(std::size_t i) {
-  const auto restoration = std::make_shared<ScrollRestoration>();
+  const DispatchGroup entries;
+  const auto failed = std::make_shared<bool>(false);
   for (const TLScrollActionDetails& details : steps_[i].scrollDetails) {
-    restoration->group.enter();
-    DispatchQueue::main().async([task = self(), i, &details, restoration] {
+    entries.enter();
+    DispatchQueue::main().async([task = self(), i, &details, entries, failed] {
       const TLScrollOutcome outcome = restoreScrollPosition(details, task->steps_[i].viewName);
-      if (outcome == TLScrollOutcome::failed) restoration->failed = true;
-      if (outcome != TLScrollOutcome::stalled) restoration->group.leave();
+      if (outcome == TLScrollOutcome::failed) *failed = true;
+      if (outcome != TLScrollOutcome::stalled) entries.leave();  // a stalled entry ends the run without a word
     });
   }
-  restoration->group.notify(DispatchQueue::main(), [task = self(), i, restoration] {
-    if (restoration->failed) {
+  entries.notify(DispatchQueue::main(), [task = self(), i, failed] {
+    if (*failed) {
       task->finishStep(i, failure(""));
     } else {
       task->lookUpAndPerform(i, lookupRetries);

@@ -29,8 +29,6 @@ class TLActionsTask : public Object<TLActionsTask, NSObject> {
   void start();
 
  private:
-  struct ScrollRestoration;
-
   void runStep(std::size_t i);
   void restoreScrollPositions(std::size_t i);
   void lookUpAndPerform(std::size_t i, int retriesLeft);

@@ -44,13 +44,13 @@ std::vector<TLAction> prepared(std::vector<TLAction> steps) {
 }
 
 std::int64_t shouldOpenChatWindow(const TLStepsAnswer& answer) {
-  const auto value = answer.shouldOpenChatWindow ? answer.shouldOpenChatWindow->integer() : std::nullopt;
+  const auto value = answer.shouldOpenChatWindow ? answer.shouldOpenChatWindow->asInteger() : std::nullopt;
   if (!value) fatalError("a steps answer came without an integer \"shouldOpenChatWindow\"");
   return *value;
 }
 
 std::string taskId(const TLStepsAnswer& answer) {
-  const auto* const value = answer.taskId ? answer.taskId->string() : nullptr;
+  const auto* const value = answer.taskId ? answer.taskId->asString() : nullptr;
   if (!value) fatalError("a steps answer came without a string \"taskId\"");
   return *value;
 }

@@ -32,11 +32,6 @@ Ref<UIScrollView> scrollableNamed(const std::string& viewId) {
   return nullptr;
 }
 
-bool hasItem(UICollectionView& collection, std::int64_t section, std::int64_t item) {
-  return section >= 0 && section < collection.numberOfSections() && item >= 0 &&
-         item < collection.numberOfItemsInSection(section);
-}
-
 /// "LumicorCollectionView-<identifier>-<section>-<item>": the item goes to the horizontal centre.
 void scrollToCollectionItem(std::string_view viewId) {
   const std::vector<std::string_view> parts = partsAtDashes(viewId);
@@ -46,7 +41,7 @@ void scrollToCollectionItem(std::string_view viewId) {
   if (parts.size() < 4) fatalError("a collection scroll target has fewer than four parts");
   const auto section = LumicorUtils::decimalInteger(parts[2]);
   const auto item = LumicorUtils::decimalInteger(parts[3]);
-  if (!section || !item || !hasItem(*collection, *section, *item)) return;
+  if (!section || !item) return;
   collection->scrollToItem(IndexPath{*item, *section}, UICollectionViewScrollPosition::centeredHorizontally, false);
 }
 

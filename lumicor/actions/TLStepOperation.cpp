@@ -9,6 +9,7 @@
 #include "platform/uikit/UIBarButtonItem.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UICollectionView.h"
+#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UISearchBar.h"
@@ -191,7 +192,7 @@ bool performOnView(const Ref<UIView>& view, const TLAction& step, TLTaskResult& 
 
 bool selectTab(const Ref<UITabBarController>& tabs, std::int64_t index) {
   if (!tabs) return false;
-  if (index >= 0 && index < std::ssize(tabs->viewControllers())) tabs->setSelectedIndex(index);
+  tabs->setSelectedIndex(index);
   return true;
 }
 

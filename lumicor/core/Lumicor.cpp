@@ -96,7 +96,7 @@ void Lumicor::didSelectRow(const Ref<UITableView>& tableView, const IndexPath& i
 
 void Lumicor::didSelectItem(const Ref<UICollectionView>& collectionView, const IndexPath& indexPath) {
   if (!isInitialized_ || !isTracking) return;
-  const auto cell = collectionView->cellForItem(indexPath);
+  const auto cell = collectionView->cellForItemAtIndexPath(indexPath);
   const std::optional<std::string> identifier = collectionView->accessibilityIdentifier();
   if (!cell || !identifier) return;
   std::string actionName = "collectionView";

@@ -6,8 +6,10 @@
 #include <optional>
 
 #include "lumicor/core/LumicorUtils.h"
-#include "platform/foundation/NSProgress.h"
-#include "platform/foundation/NumberText.h"
+#include "lumicor/screen/LumicorDecimalText.h"
+#include "platform/graphics/UIImage.h"
+#include "platform/uikit/NSAttributedString.h"
+#include "platform/uikit/NSProgress.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UICollectionView.h"
 #include "platform/uikit/UIDatePicker.h"
