@@ -47,8 +47,10 @@ class UIApplication : public Object<UIApplication, UIResponder> {
  private:
   friend class UIWindow;
   friend class UIResponder;
+  friend class UIView;
   std::vector<Ref<UIWindow>> windowsFrontToBack() const;
   void addWindow(const Ref<UIWindow>& window);
+  void dropFirstResponder();
   void removeWindow(UIWindow& window);
   std::vector<Weak<UIWindow>> windows_;
   Weak<UIWindow> keyWindow_;

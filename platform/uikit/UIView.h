@@ -132,7 +132,11 @@ class UIView : public Object<UIView, UIResponder> {
   void layoutIfNeeded();
   /// Places the subviews; the base does what autoresizing and constraints say.
   virtual void layoutSubviews();
+  /// The size of the content by itself (of text on one line), UIViewNoIntrinsicMetric where there is none.
   virtual CGSize intrinsicContentSize() const;
+  /// The height of content that wraps, at a width; none when the intrinsic height holds for every width. A view that
+  /// tells one is laid out by constraints in two steps: first its width, then this height.
+  virtual std::optional<double> intrinsicHeightForWidth(double width) const;
   void invalidateIntrinsicContentSize();
   bool translatesAutoresizingMaskIntoConstraints() const;
   void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
@@ -195,7 +199,9 @@ class UIView : public Object<UIView, UIResponder> {
   /// The controller whose root view this is, or none.
   Ref<UIViewController> viewController() const;
 
-  // ---- Animation. Completion is told whether the animation ran to its end.
+  // ---- Animation of frame, bounds, center, transform, alpha, colours and what else layers animate. What is set inside
+  // the block is so at once and shows on its way. The completion comes through the main queue, also when nothing moved,
+  // and is told whether everything ran to its end. A block inside a block takes the outer one's time and pace.
   using Completion = std::function<void(bool finished)>;
   static void animateWithDuration(double seconds, std::function<void()> animations, Completion completion = nullptr);
   static void animateWithDuration(double seconds, double delay, UIViewAnimationCurve curve,
@@ -211,11 +217,17 @@ class UIView : public Object<UIView, UIResponder> {
   friend class UIViewController;
   friend class UIWindow;
   friend class ViewLayout;
-  friend class ViewAnimation;
   void moveInto(UIView& superview, std::size_t index);
   void detach();
   void enterWindow(UIWindow* window);
   void announceWindow(const Ref<UIWindow>& window);
+  void leaveWindow();
+  void inheritTintColor();
+  void spreadTintColor();
+  void forgetTintColor();
+  void changeGeometry(CGRect bounds, CGPoint center);
+  CGAffineTransform transformToRoot() const;
+  bool takeSafeArea();
   struct Storage;
   std::unique_ptr<Storage> storage_;  // platform/uikit/UIViewStorage.h, shared by the sources of this class
 };

@@ -12,7 +12,9 @@
 
 namespace platform {
 
-/// The state of a view's layout half. Written by UIViewLayout.cpp and ViewLayout.
+class ViewLayout;
+
+/// The state of a view's layout half. Written by UIViewLayout.cpp and ViewLayout alone.
 struct UIViewLayoutStorage {
   unsigned autoresizingMask = UIViewAutoresizing::none;
   UIEdgeInsets layoutMargins{8, 8, 8, 8};
@@ -23,13 +25,13 @@ struct UIViewLayoutStorage {
   bool needsLayout = true;
   /// Some view below wants it: the layout pass descends only where this or needsLayout is set.
   bool descendantNeedsLayout = false;
-  bool needsUpdateConstraints = false;
-  std::vector<Ref<NSLayoutConstraint>> constraints;
-  std::vector<Ref<UILayoutGuide>> guides;
-  Ref<UILayoutGuide> safeAreaGuide;
-  Ref<UILayoutGuide> marginsGuide;
-  /// Whatever ViewLayout keeps for the view (its solver, on the view that hosts one).
-  std::shared_ptr<void> engine;
+  /// The same for updateConstraints().
+  bool needsUpdateConstraints = true;
+  bool descendantNeedsUpdateConstraints = false;
+  /// This view or one below holds constraints, or once did.
+  bool subtreeHasConstraints = false;
+  /// Constraints, guides and, on the root of a tree, the solver. Made when first needed.
+  std::shared_ptr<ViewLayout> state;
 };
 
 struct UIView::Storage {
@@ -37,10 +39,12 @@ struct UIView::Storage {
   UIView* superview = nullptr;
   UIWindow* window = nullptr;
   std::vector<Ref<UIView>> subviews;
-  UIViewController* viewController = nullptr;  ///< whose root view this is; the controller clears it when it dies
+  Weak<UIViewController> viewController;  ///< whose root view this is; set by the controller
 
-  // ---- Geometry and look live in the layer (bounds, position, transform, opacity, hidden, background, clipping).
+  // ---- Geometry and look live in the layer (bounds, position, transform, opacity, hidden, background, clipping),
+  // which has `drawing` for its delegate.
   Ref<CALayer> layer;
+  std::unique_ptr<CALayerDelegate> drawing;
   std::optional<UIColor> tintColor;
   UIViewContentMode contentMode = UIViewContentMode::scaleToFill;
 

@@ -1,0 +1,222 @@
+#include <algorithm>
+
+#include "platform/layout/ViewLayout.h"
+#include "platform/uikit/GestureEnvironment.h"
+#include "platform/uikit/TouchDispatcher.h"
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIViewStorage.h"
+#include "platform/uikit/UIWindow.h"
+
+// The tree: who is in whom, who is in which window. Trees may be of any depth, so nothing here recurses.
+
+namespace platform {
+
+namespace {
+
+Ref<UIView> shared(UIView* view) {
+  return view ? std::static_pointer_cast<UIView>(view->weak_from_this().lock()) : nullptr;
+}
+
+/// Subviews of views that are going away, waiting to be let go one after the other.
+std::vector<Ref<UIView>>* orphans = nullptr;
+
+}  // namespace
+
+UIView::~UIView() {
+  for (const Ref<UIGestureRecognizer>& recognizer : storage_->gestureRecognizers) recognizer->view_ = nullptr;
+  storage_->layer->setDelegate(nullptr);
+  forgetTintColor();
+
+  std::vector<Ref<UIView>> own;
+  const bool isFirst = orphans == nullptr;
+  if (isFirst) orphans = &own;
+  for (Ref<UIView>& child : storage_->subviews) {
+    if (child.use_count() > 1) ViewLayout::willLeaveSuperview(*child);
+    child->storage_->superview = nullptr;
+    orphans->push_back(std::move(child));
+  }
+  storage_->subviews.clear();
+  if (!isFirst) return;
+  while (!own.empty()) {
+    const Ref<UIView> orphan = std::move(own.back());
+    own.pop_back();
+    if (orphan.use_count() > 1) {  // somebody keeps it: it lives on outside any window
+      orphan->storage_->layer->removeFromSuperlayer();
+      orphan->enterWindow(nullptr);
+    }
+  }
+  orphans = nullptr;
+}
+
+Ref<UIView> UIView::superview() const { return shared(storage_->superview); }
+const std::vector<Ref<UIView>>& UIView::subviews() const { return storage_->subviews; }
+
+Ref<UIWindow> UIView::window() const {
+  UIWindow* const window = storage_->window;
+  return window ? std::static_pointer_cast<UIWindow>(window->weak_from_this().lock()) : nullptr;
+}
+
+bool UIView::isDescendantOfView(const UIView* view) const {
+  const UIView* at = this;
+  while (at && at != view) at = at->storage_->superview;
+  return at != nullptr && view != nullptr;
+}
+
+Ref<UIView> UIView::viewWithTag(std::int64_t tag) {
+  std::vector<UIView*> open{this};
+  while (!open.empty()) {
+    UIView* const view = open.back();
+    open.pop_back();
+    if (view->storage_->tag == tag) return shared(view);
+    const auto& children = view->subviews();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) open.push_back(child->get());
+  }
+  return nullptr;
+}
+
+// ---- Adding, moving, removing
+
+void UIView::addSubview(const Ref<UIView>& view) { insertSubview(view, storage_->subviews.size()); }
+
+void UIView::insertSubview(const Ref<UIView>& view, std::size_t index) {
+  if (!view) return;
+  if (view.get() == this || (!view->storage_->subviews.empty() && isDescendantOfView(view.get()))) {
+    fatalError("a view cannot become a subview of itself");
+  }
+  const Ref<UIView> keeper = view;  // the caller's reference may be the old superview's own
+  const Ref<UIView> newSuperview = self();
+  if (keeper->storage_->superview == this) {
+    keeper->moveInto(*this, index);
+    return;
+  }
+
+  const Ref<UIWindow> newWindow = window();
+  const bool changesWindow = keeper->storage_->window != newWindow.get();
+  if (const Ref<UIView> old = keeper->superview()) old->willRemoveSubview(keeper);
+  keeper->willMoveToSuperview(newSuperview);
+  if (changesWindow) keeper->announceWindow(newWindow);
+  keeper->detach();
+  keeper->moveInto(*this, index);
+  ViewLayout::didEnterSuperview(*keeper);
+  keeper->enterWindow(storage_->window);
+  keeper->updateSafeAreaInsets();
+  keeper->didMoveToSuperview();
+  didAddSubview(keeper);
+  keeper->inheritTintColor();
+}
+
+void UIView::insertSubviewBelow(const Ref<UIView>& view, const Ref<UIView>& sibling) {
+  const auto& all = storage_->subviews;
+  const auto place = std::find(all.begin(), all.end(), sibling);
+  if (place == all.end() || view == sibling) return;
+  insertSubview(view, static_cast<std::size_t>(place - all.begin()));
+}
+
+void UIView::insertSubviewAbove(const Ref<UIView>& view, const Ref<UIView>& sibling) {
+  const auto& all = storage_->subviews;
+  const auto place = std::find(all.begin(), all.end(), sibling);
+  if (place == all.end() || view == sibling) return;
+  insertSubview(view, static_cast<std::size_t>(place - all.begin()) + 1);
+}
+
+void UIView::bringSubviewToFront(const Ref<UIView>& view) {
+  if (view && view->storage_->superview == this) insertSubview(view, storage_->subviews.size());
+}
+
+void UIView::sendSubviewToBack(const Ref<UIView>& view) {
+  if (view && view->storage_->superview == this) insertSubview(view, 0);
+}
+
+void UIView::removeFromSuperview() {
+  const Ref<UIView> old = superview();
+  if (!old) return;
+  const Ref<UIView> keeper = self();
+  old->willRemoveSubview(keeper);
+  willMoveToSuperview(nullptr);
+  if (storage_->window) announceWindow(nullptr);
+  detach();
+  enterWindow(nullptr);
+  didMoveToSuperview();
+  inheritTintColor();
+}
+
+/// Takes the view out of its superview's lists, and nothing more.
+void UIView::detach() {
+  UIView* const old = storage_->superview;
+  if (!old) return;
+  const Ref<UIView> keeper = self();
+  ViewLayout::willLeaveSuperview(*this);
+  storage_->superview = nullptr;
+  std::erase(old->storage_->subviews, keeper);
+  storage_->layer->removeFromSuperlayer();
+}
+
+/// Puts the view in front of `index` of the subviews that are there, its layer at the fitting place among theirs.
+void UIView::moveInto(UIView& superview, std::size_t index) {
+  const Ref<UIView> keeper = self();
+  auto& all = superview.storage_->subviews;
+  index = std::min(index, all.size());
+  if (const auto old = std::find(all.begin(), all.end(), keeper); old != all.end()) {
+    if (static_cast<std::size_t>(old - all.begin()) < index) --index;
+    all.erase(old);
+  }
+  all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), keeper);
+  storage_->superview = &superview;
+
+  const Ref<CALayer>& layer = storage_->layer;
+  if (index + 1 < all.size()) {
+    superview.storage_->layer->insertSublayerBelow(layer, all[index + 1]->storage_->layer.get());
+  } else if (index > 0) {
+    superview.storage_->layer->insertSublayerAbove(layer, all[index - 1]->storage_->layer.get());
+  } else {
+    superview.storage_->layer->addSublayer(layer);
+  }
+}
+
+// ---- Windows
+
+namespace {
+
+/// The view and everything below it, superviews before their subviews, kept alive.
+std::vector<Ref<UIView>> wholeTree(const Ref<UIView>& root) {
+  std::vector<Ref<UIView>> views{root};
+  for (std::size_t i = 0; i < views.size(); ++i) {
+    const auto children = views[i]->subviews();
+    views.insert(views.end(), children.begin(), children.end());
+  }
+  return views;
+}
+
+}  // namespace
+
+/// Tells the whole tree below that it is about to go to a window, or to none.
+void UIView::announceWindow(const Ref<UIWindow>& window) {
+  for (const Ref<UIView>& view : wholeTree(self())) view->willMoveToWindow(window);
+}
+
+/// Makes the window that of the whole tree below, and lets touches, gestures and editing go that belonged to the old.
+void UIView::enterWindow(UIWindow* window) {
+  if (storage_->window == window) return;
+  const bool leaves = storage_->window != nullptr;
+  const std::vector<Ref<UIView>> views = wholeTree(self());
+  for (const Ref<UIView>& view : views) view->storage_->window = window;
+  for (const Ref<UIView>& view : views) {
+    if (view->storage_->window != window) continue;  // moved on by a hook below
+    if (leaves) view->leaveWindow();
+    view->didMoveToWindow();
+  }
+}
+
+void UIView::leaveWindow() {
+  TouchDispatcher::shared().viewLeftWindow(*this);
+  const auto recognizers = storage_->gestureRecognizers;
+  for (const Ref<UIGestureRecognizer>& recognizer : recognizers) GestureEnvironment::shared().stop(recognizer);
+  if (isFirstResponder()) UIApplication::shared().dropFirstResponder();
+}
+
+void UIView::willMoveToSuperview(const Ref<UIView>&) {}
+void UIView::didAddSubview(const Ref<UIView>&) {}
+void UIView::willRemoveSubview(const Ref<UIView>&) {}
+void UIView::willMoveToWindow(const Ref<UIWindow>&) {}
+
+}  // namespace platform
