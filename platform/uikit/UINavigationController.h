@@ -67,7 +67,6 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void setToolbarHidden(bool hidden, bool animated = false);
 
   void loadView() override;
-  void viewSafeAreaInsetsDidChange() override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
@@ -77,7 +76,6 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   friend class NavigationTransition;
   friend class UIViewController;
   friend class UITabBarController;
-  friend class NavigationContainerView;
   using Stack = std::vector<Ref<UIViewController>>;
 
   // UINavigationController.cpp

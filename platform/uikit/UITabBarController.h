@@ -35,7 +35,6 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   virtual void setDelegate(const Ref<NSObject>& delegate) { delegate_ = delegate; }
 
   void loadView() override;
-  void viewSafeAreaInsetsDidChange() override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
@@ -46,7 +45,6 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   friend class UINavigationController;
   friend class NavigationTransition;
   friend class UIViewController;
-  friend class TabContainerView;
   void itemTapped(const Ref<UITabBarItem>& item);
   void itemDidChange(const UIViewController& controller);
   void select(const Ref<UIViewController>& controller);

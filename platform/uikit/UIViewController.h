@@ -97,7 +97,7 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   bool hidesBottomBarWhenPushed() const { return hidesBottomBarWhenPushed_; }
   void setHidesBottomBarWhenPushed(bool hides) { hidesBottomBarWhenPushed_ = hides; }
   std::vector<Ref<UIBarButtonItem>> toolbarItems() const { return toolbarItems_; }
-  void setToolbarItems(std::vector<Ref<UIBarButtonItem>> items);
+  void setToolbarItems(std::vector<Ref<UIBarButtonItem>> items, bool animated = false);
   /// Extra room that bars of containers take from the safe area.
   UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeAreaInsets_; }
   void setAdditionalSafeAreaInsets(UIEdgeInsets insets);
@@ -109,6 +109,7 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   using SegueKind = UIStoryboardSegue::Kind;
   void registerSegue(const std::string& identifier, SegueKind kind, std::function<Ref<UIViewController>()> destination);
   bool hasSegue(const std::string& identifier) const { return segues_.contains(identifier); }
+  /// For a view that a segue hangs on: whether to go. Not asked by performSegue.
   virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
   /// An unknown identifier is a fatal programming error.
   virtual void performSegue(const std::string& identifier, const Ref<NSObject>& sender);

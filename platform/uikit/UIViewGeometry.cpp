@@ -176,7 +176,7 @@ bool UIView::takeSafeArea() {
   }
   const Ref<UIViewController> controller = storage.viewController.lock();
   if (controller) {
-    const UIEdgeInsets extra = controller->additionalSafeAreaInsets();
+    const UIEdgeInsets extra = controller->safeAreaContribution();
     insets = {insets.top + extra.top, insets.left + extra.left, insets.bottom + extra.bottom,
               insets.right + extra.right};
   }

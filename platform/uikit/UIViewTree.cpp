@@ -4,6 +4,7 @@
 #include "platform/uikit/GestureEnvironment.h"
 #include "platform/uikit/TouchDispatcher.h"
 #include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIViewStorage.h"
 #include "platform/uikit/UIWindow.h"
 
@@ -191,7 +192,10 @@ std::vector<Ref<UIView>> wholeTree(const Ref<UIView>& root) {
 
 /// Tells the whole tree below that it is about to go to a window, or to none.
 void UIView::announceWindow(const Ref<UIWindow>& window) {
-  for (const Ref<UIView>& view : wholeTree(self())) view->willMoveToWindow(window);
+  for (const Ref<UIView>& view : wholeTree(self())) {
+    view->willMoveToWindow(window);
+    if (const Ref<UIViewController> controller = view->viewController()) controller->viewWillMoveToWindow(window);
+  }
 }
 
 /// Makes the window that of the whole tree below, and lets touches, gestures and editing go that belonged to the old.
@@ -204,6 +208,9 @@ void UIView::enterWindow(UIWindow* window) {
     if (view->storage_->window != window) continue;  // moved on by a hook below
     if (leaves) view->leaveWindow();
     view->didMoveToWindow();
+    if (const Ref<UIViewController> controller = view->viewController()) {
+      controller->viewDidMoveToWindow(view->window());
+    }
   }
 }
 
