@@ -17,7 +17,7 @@ class DispatchWorkItem {
   /// The work will not start any more, and what it holds is let go. Work that has started runs to its end.
   void cancel();
   bool isCancelled() const { return cancelled_.load(std::memory_order_acquire); }
-  /// Runs the work now, on this thread, unless it was cancelled.
+  /// Runs the work now, on this thread, unless it was cancelled or has run before. What it holds is let go afterwards.
   void perform();
 
  private:

@@ -48,6 +48,7 @@ struct Field {
 /// Keys are written as they stand, so they are made of characters that need no escaping.
 template <class Owner, class Value>
 consteval Field<Owner, Value> field(std::string_view name, Value Owner::*member) {
+  if (name.size() > 200) throw "a key has at most 200 characters";
   for (const char c : name) {
     if (c < ' ' || c > '~' || c == '"' || c == '\\') throw "a key may hold printable ASCII without quotes only";
   }

@@ -1,0 +1,33 @@
+#pragma once
+
+// What the two readers of JSON (values and records) have in common. Included by their sources alone.
+
+#include <memory>
+#include <simdjson.h>
+#include <string>
+#include <string_view>
+
+namespace platform::detail {
+
+/// The parsers of one thread with their buffers, which are kept between documents of usual size.
+struct JSONParser {
+  simdjson::dom::parser values;
+  simdjson::ondemand::parser records;
+
+  static JSONParser& ofThisThread();
+  /// A copy of the document with the room behind it that the parser reads into. Valid until the next call.
+  simdjson::padded_string_view padded(std::string_view bytes);
+  /// Lets go of what an unusually large document left behind.
+  void shrink();
+
+ private:
+  std::unique_ptr<char[]> buffer_;
+  std::size_t capacity_ = 0;
+};
+
+/// Empty when the document is worth parsing, else the sentence why not: too long, or (looked at for long documents
+/// only, before anything is allocated for them) nested too deeply.
+std::string reasonNotToParse(std::string_view bytes);
+std::string sentenceFor(simdjson::error_code error);
+
+}  // namespace platform::detail

@@ -1,0 +1,216 @@
+#include "platform/foundation/RecordReader.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "platform/foundation/JSONParser.h"
+
+namespace platform::detail {
+
+namespace ondemand = simdjson::ondemand;
+
+class JSONSource {
+ public:
+  explicit JSONSource(ondemand::value value) : value_(value) {}
+  ondemand::value& value() { return value_; }
+
+ private:
+  ondemand::value value_;
+};
+
+namespace {
+
+constexpr std::size_t notFound = static_cast<std::size_t>(-1);
+
+/// A single-precision number, or false when it does not fit.
+bool narrow(double wide, void* slot) {
+  const float value = static_cast<float>(wide);
+  if (!std::isfinite(value)) return false;
+  *static_cast<float*>(slot) = value;
+  return true;
+}
+
+std::size_t indexOf(std::span<const FieldPlan> fields, std::string_view name, std::size_t expected) {
+  if (expected < fields.size() && fields[expected].name == name) return expected;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].name == name) return i;
+  }
+  return notFound;
+}
+
+/// Whether the raw text (up to its closing quote, room behind it) is that key, unescaped as keys nearly always are.
+bool isKey(const char* raw, std::string_view name) {
+  return raw[name.size()] == '"' && std::memcmp(raw, name.data(), name.size()) == 0;
+}
+
+/// A value that nobody wants has to be JSON all the same; the parser would pass over it unseen.
+bool isValid(ondemand::value& value) {
+  std::string_view raw;
+  if (simdjson::to_json_string(value).get(raw)) return false;
+  simdjson::dom::parser& parser = JSONParser::ofThisThread().values;
+  if (parser.capacity() < raw.size() && parser.allocate(raw.size() + 1024, JSONValue::maximumDepth + 1)) return false;
+  return parser.parse(raw.data(), raw.size(), false).error() == simdjson::SUCCESS;
+}
+
+bool parseDocument(std::string_view bytes, const ValuePlan& plan, void* slot) {
+  JSONParser& parser = JSONParser::ofThisThread();
+  ondemand::document document;
+  if (parser.records.iterate(parser.padded(bytes)).get(document)) return false;
+  ondemand::value root;
+  if (document.get_value().get(root)) return false;
+  JSONSource source(root);
+  // Nothing may follow: past its last token the parser has no location any more.
+  return parseValue(source, plan, slot) && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+}
+
+}  // namespace
+
+bool DecodingError::fail(std::string reason) {
+  reason_ = std::move(reason);
+  return false;
+}
+
+std::string DecodingError::description() const {
+  if (path_.empty()) return reason_;
+  return (path_.front() == '.' ? path_.substr(1) : path_) + ": " + reason_;
+}
+
+bool parseValue(JSONSource& source, const ValuePlan& plan, void* slot) {
+  switch (plan.kind) {
+    case SlotKind::string: {
+      std::string_view text;
+      if (source.value().get_string().get(text)) return false;
+      static_cast<std::string*>(slot)->assign(text);
+      return true;
+    }
+    case SlotKind::integer:
+      return !source.value().get_int64().get(*static_cast<std::int64_t*>(slot));
+    case SlotKind::boolean:
+      return !source.value().get_bool().get(*static_cast<bool*>(slot));
+    case SlotKind::number:
+      return !source.value().get_double().get(*static_cast<double*>(slot));
+    case SlotKind::singleNumber: {
+      double wide = 0;
+      return !source.value().get_double().get(wide) && narrow(wide, slot);
+    }
+    case SlotKind::compound:
+      break;
+  }
+  return plan.parse(source, slot);
+}
+
+bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* const* slots) {
+  ondemand::object object;
+  if (source.value().get_object().get(object)) return false;
+  std::uint64_t seen = 0;
+  std::size_t expected = 0;
+  for (auto entry : object) {
+    ondemand::field field;
+    if (std::move(entry).get(field)) return false;
+    std::size_t index = expected;
+    if (expected >= fields.size() || !isKey(field.key().raw(), fields[expected].name)) {
+      std::string_view name;
+      if (field.unescaped_key().get(name)) return false;
+      index = indexOf(fields, name, expected);
+    }
+    if (index == notFound) {
+      if (!isValid(field.value())) return false;
+      continue;
+    }
+    if (seen >> index & 1) return false;  // which of two counts is settled by the careful way
+    JSONSource value(field.value());
+    if (!parseValue(value, fields[index].value, slots[index])) return false;
+    seen |= std::uint64_t{1} << index;
+    expected = index + 1;
+  }
+  return static_cast<std::size_t>(__builtin_popcountll(seen)) == fields.size();
+}
+
+bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void*)) {
+  ondemand::array array;
+  if (source.value().get_array().get(array)) return false;
+  for (auto entry : array) {
+    ondemand::value value;
+    if (std::move(entry).get(value)) return false;
+    JSONSource inner(value);
+    if (!element(inner, context)) return false;
+  }
+  return true;
+}
+
+bool parseMembers(JSONSource& source, void* context, bool (*member)(std::string_view, JSONSource&, void*)) {
+  ondemand::object object;
+  if (source.value().get_object().get(object)) return false;
+  for (auto entry : object) {
+    ondemand::field field;
+    if (std::move(entry).get(field)) return false;
+    std::string_view name;
+    if (field.unescaped_key().get(name)) return false;
+    JSONSource inner(field.value());
+    if (!member(name, inner, context)) return false;
+  }
+  return true;
+}
+
+bool parseText(JSONSource& source, std::string_view& text) { return !source.value().get_string().get(text); }
+
+bool convertValue(const JSONValue& value, const ValuePlan& plan, void* slot, DecodingError& error) {
+  switch (plan.kind) {
+    case SlotKind::string:
+      if (!value.asString()) return error.fail("wants a string");
+      *static_cast<std::string*>(slot) = *value.asString();
+      return true;
+    case SlotKind::integer:
+      if (!value.asInteger()) return error.fail("wants an integer");
+      *static_cast<std::int64_t*>(slot) = *value.asInteger();
+      return true;
+    case SlotKind::boolean:
+      if (!value.asBool()) return error.fail("wants true or false");
+      *static_cast<bool*>(slot) = *value.asBool();
+      return true;
+    case SlotKind::number:
+      if (!value.asDouble()) return error.fail("wants a number");
+      *static_cast<double*>(slot) = *value.asDouble();
+      return true;
+    case SlotKind::singleNumber:
+      if (!value.asDouble()) return error.fail("wants a number");
+      return narrow(*value.asDouble(), slot) || error.fail("wants a number of single precision");
+    case SlotKind::compound:
+      break;
+  }
+  return plan.convert(value, slot, error);
+}
+
+bool convertObject(const JSONValue& value, std::span<const FieldPlan> fields, void* const* slots,
+                   DecodingError& error) {
+  if (!value.asObject()) return error.fail("wants an object");
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const JSONValue* const member = value.find(fields[i].name);
+    const bool read = member ? convertValue(*member, fields[i].value, slots[i], error) : error.fail("missing");
+    if (!read) {
+      error.insideMember(fields[i].name);
+      return false;
+    }
+  }
+  return true;
+}
+
+bool decodeDocument(std::string_view bytes, const ValuePlan& plan, void* slot, std::string& error) {
+  error = reasonNotToParse(bytes);
+  if (!error.empty()) return false;
+  const bool parsed = parseDocument(bytes, plan, slot);
+  JSONParser::ofThisThread().shrink();
+  if (parsed) return true;
+  // The fast way says only that something deviates. The careful way finds out what and where, and has the last word.
+  const Result<JSONValue> value = JSONValue::parse(bytes);
+  if (!value) {
+    error = value.error();
+    return false;
+  }
+  DecodingError failure;
+  if (convertValue(*value, plan, slot, failure)) return true;
+  error = failure.description();
+  return false;
+}
+
+}  // namespace platform::detail
