@@ -11,9 +11,9 @@ class PaddedTextField final : public Object<PaddedTextField, UITextField> {
  public:
   UIEdgeInsets textPadding{0, 12, 0, 12};
 
-  CGRect textRect(CGRect bounds) const override { return bounds.inset(textPadding); }
-  CGRect placeholderRect(CGRect bounds) const override { return bounds.inset(textPadding); }
-  CGRect editingRect(CGRect bounds) const override { return bounds.inset(textPadding); }
+  CGRect textRect(CGRect bounds) const override { return bounds.insetBy(textPadding); }
+  CGRect placeholderRect(CGRect bounds) const override { return bounds.insetBy(textPadding); }
+  CGRect editingRect(CGRect bounds) const override { return bounds.insetBy(textPadding); }
 };
 
 }  // namespace lumicor

@@ -3,6 +3,7 @@
 #include "lumicor/ui/TLChatFont.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 
 namespace lumicor {

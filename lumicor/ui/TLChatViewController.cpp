@@ -11,6 +11,7 @@
 #include "lumicor/ui/TLKeyboardOffset.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/layout/NSLayoutConstraint.h"
 #include "platform/uikit/UIKeyboard.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UITabBar.h"

@@ -74,7 +74,7 @@ void TLChatViewController::buildInputBar() {
   inputTextField_ = make<PaddedTextField>();
   inputTextField_->setTranslatesAutoresizingMaskIntoConstraints(false);
   inputTextField_->setAttributedPlaceholder(
-      NSAttributedString::make("Enter message...", {.foregroundColor = UIColor::lightGray()}));
+      make<NSAttributedString>("Enter message...", NSTextAttributes{.foregroundColor = UIColor::lightGray()}));
   inputTextField_->setTextColor(UIColor::black());
   inputTextField_->setBackgroundColor(UIColor::white());
   inputTextField_->layer()->setCornerRadius(cornerRadius);

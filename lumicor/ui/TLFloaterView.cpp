@@ -5,6 +5,7 @@
 #include "lumicor/ui/TLFloaterPlacement.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIImageView.h"

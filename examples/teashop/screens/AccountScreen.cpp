@@ -1,6 +1,7 @@
 #include "examples/teashop/screens/AccountScreen.h"
 
 #include "examples/teashop/views/Theme.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 
 namespace teashop {

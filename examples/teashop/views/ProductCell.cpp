@@ -1,6 +1,7 @@
 #include "examples/teashop/views/ProductCell.h"
 
 #include "examples/teashop/views/Theme.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 
 namespace teashop {

@@ -4,6 +4,7 @@
 
 #include "examples/teashop/views/Theme.h"
 #include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 
 namespace teashop {
