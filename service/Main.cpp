@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <string>
 
 #include "service/Service.h"
 #include "service/base/LoadError.h"
@@ -19,6 +20,16 @@ void stopOnSignals(service::Service& service) {
   sigaction(SIGTERM, &action, nullptr);
   // A closed standard output or error must not end the service.
   std::signal(SIGPIPE, SIG_IGN);
+}
+
+/// A file's name may hold anything; what is printed stays one line.
+int complain(const char* what, int code) {
+  std::string line = what;
+  for (char& c : line) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+  }
+  std::fprintf(stderr, "lumicor-service: %s\n", line.c_str());
+  return code;
 }
 
 int serve(const service::Arguments& arguments) {
@@ -41,10 +52,8 @@ int main(int count, char** words) {
     std::fputs(service::Arguments::usage(), stdout);
     return 0;
   } catch (const service::LoadError& error) {
-    std::fprintf(stderr, "lumicor-service: %s\n", error.what());
-    return 2;
+    return complain(error.what(), 2);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "lumicor-service: cannot go on: %s\n", error.what());
-    return 1;
+    return complain(error.what(), 1);
   }
 }

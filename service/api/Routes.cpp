@@ -11,8 +11,6 @@
 namespace service {
 namespace {
 
-constexpr std::uint64_t kMaximumBody = 8u << 20;
-
 bool isLoopback(std::string_view peer) {
   return peer.starts_with("127.") || peer == "::1" || peer.starts_with("::ffff:127.");
 }
@@ -25,7 +23,7 @@ bool isLoopbackName(std::string_view hostAndPort) {
   return host == "localhost" || host == "[::1]" || host.starts_with("127.");
 }
 
-void checkLength(const HeaderFields& headers) {
+void checkLength(const HeaderFields& headers, std::uint64_t maximum) {
   const bool isChunked = headers.count("Transfer-Encoding") > 0;
   const std::size_t lengths = headers.count("Content-Length");
   if (lengths + (isChunked ? 1 : 0) > 1) throw RequestError(400, "the length of the body is given twice");
@@ -38,10 +36,10 @@ void checkLength(const HeaderFields& headers) {
   const std::string text = *headers.value("Content-Length");
   std::uint64_t length = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
-  if (error == std::errc::result_out_of_range) throw RequestError(413, "the body is larger than 8 MiB");
+  if (error == std::errc::result_out_of_range) throw RequestError(413, "the body is larger than is accepted");
   if (error != std::errc() || end != text.data() + text.size())
     throw RequestError(400, "the length of the body is not a number");
-  if (length > kMaximumBody) throw RequestError(413, "the body is larger than 8 MiB");
+  if (length > maximum) throw RequestError(413, "the body is larger than is accepted");
 }
 
 void checkContent(const HeaderFields& headers) {
@@ -55,8 +53,8 @@ void checkContent(const HeaderFields& headers) {
 
 }  // namespace
 
-Routes::Routes(const Configuration& configuration, ExchangeLog* exchanges)
-    : configuration_(configuration), exchanges_(exchanges) {}
+Routes::Routes(const Configuration& configuration, std::size_t maximumBody, ExchangeLog* exchanges)
+    : configuration_(configuration), maximumBody_(maximumBody), exchanges_(exchanges) {}
 
 void Routes::addSdk(std::string path, SdkHandler handler, StatusKey statusKey) {
   auto handle = [handler = std::move(handler), statusKey](const HttpRequest& request) {
@@ -116,7 +114,7 @@ void Routes::check(const Route& route, const HttpRequest& request) const {
 void Routes::checkApplication(const HttpRequest& request) const {
   const Identity identity = Identity::read(request.headers);
   if (!configuration_.accepts(identity.secretKey)) throw RequestError(401, "the secret key is not accepted");
-  checkLength(request.headers);
+  checkLength(request.headers, maximumBody_);
   checkContent(request.headers);
 }
 

@@ -25,8 +25,8 @@ class Routes final : public Server::Delegate {
   using SdkHandler = std::function<Json(const Identity& who, const JsonObject& body)>;
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
 
-  /// Both are borrowed; `exchanges` may be absent.
-  Routes(const Configuration& configuration, ExchangeLog* exchanges);
+  /// `maximumBody` in bytes. The others are borrowed; `exchanges` may be absent.
+  Routes(const Configuration& configuration, std::size_t maximumBody, ExchangeLog* exchanges);
 
   /// POST of a JSON object by an application. The handler's value goes under "data" unless it is null.
   void addSdk(std::string path, SdkHandler handler, StatusKey statusKey = StatusKey::CamelCase);
@@ -54,6 +54,7 @@ class Routes final : public Server::Delegate {
   void checkApplication(const HttpRequest& request) const;
 
   const Configuration& configuration_;
+  const std::size_t maximumBody_;
   ExchangeLog* const exchanges_;
   std::vector<Route> routes_;
 };

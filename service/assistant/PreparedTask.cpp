@@ -1,5 +1,7 @@
 #include "service/assistant/PreparedTask.h"
 
+#include "service/assistant/WordForms.h"
+
 namespace service {
 namespace {
 
@@ -43,7 +45,18 @@ bool matches(const Phrase& phrase, const std::vector<Token>& tokens, std::size_t
 
 PreparedTask::PreparedTask(const Task& theTask) : task(&theTask) {
   for (const std::string& text : theTask.samples) samples.push_back(prepareSample(theTask, TextTemplate(text)));
+  for (const Sample& sample : samples) {
+    for (std::size_t i = 1; i < sample.size(); ++i) {
+      const bool isText = sample[i].slot != nullptr && sample[i].slot->type == SlotType::Text;
+      if (isText && sample[i - 1].slot == nullptr) leadIns[sample[i].slot].insert(sample[i - 1].key);
+    }
+  }
   samples.push_back(prepareTitle(theTask.title));
+  for (const Sample& sample : samples) {
+    for (const SampleElement& element : sample) {
+      if (element.slot == nullptr && element.weight >= kTellingWeight) tellingWords.insert(element.key);
+    }
+  }
   for (const Slot& slot : theTask.slots) {
     for (const Choice& choice : slot.choices) {
       phrases[&slot].push_back(preparePhrase(choice.value, choice));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct PreparedTask {
   const Task* task;
   std::vector<Sample> samples;  ///< the title counts as one
   std::map<const Slot*, std::vector<Phrase>> phrases;
+  std::set<std::string> tellingWords;  ///< of all samples
+  /// For a text slot: the words that stand right before it in some sample, as the "to" in "to {address}".
+  std::map<const Slot*, std::set<std::string>> leadIns;
 };
 
 }  // namespace service

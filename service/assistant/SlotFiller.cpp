@@ -6,14 +6,13 @@
 namespace service {
 namespace {
 
-/// The words from `first` on as they were written, without a "please" or "thank you" at the end of the query.
+/// The words from `first` on as they were written, without a "please" or "thank you" at the end.
 std::string textOf(const std::vector<Token>& tokens, std::string_view query, std::size_t first, std::size_t end) {
   const auto isPolite = [&](std::size_t i) {
     const std::string& word = tokens[i].word;
     return word == "please" || word == "thanks" || word == "thank" || (word == "you" && tokens[i - 1].word == "thank");
   };
-  const bool isAtEnd = end == tokens.size();
-  while (isAtEnd && end - first > 1 && isPolite(end - 1)) --end;
+  while (end - first > 1 && isPolite(end - 1)) --end;
   return std::string(query.substr(tokens[first].begin, tokens[end - 1].end - tokens[first].begin));
 }
 
@@ -29,17 +28,35 @@ SlotValue valueOf(const Capture& capture, const std::vector<Token>& tokens, std:
   return {textOf(tokens, query, capture.first, capture.first + capture.count)};
 }
 
-/// The first place where the slot can be read among tokens that nothing has claimed.
+bool isFree(const std::vector<bool>& claimed, std::size_t first, std::size_t count) {
+  const auto begin = claimed.begin() + static_cast<std::ptrdiff_t>(first);
+  return std::find(begin, begin + static_cast<std::ptrdiff_t>(count), true) ==
+         begin + static_cast<std::ptrdiff_t>(count);
+}
+
+/// The slot as it can be read at one of the tokens that nothing has claimed.
+std::optional<Capture> readAt(const PreparedTask& task, const Slot& slot, const std::vector<Token>& tokens,
+                              const std::vector<bool>& claimed, std::size_t i) {
+  if (slot.type == SlotType::Number && tokens[i].number) return Capture{&slot, i, 1, nullptr};
+  if (slot.type == SlotType::Choice) {
+    const Phrase* const phrase = task.phraseAt(slot, tokens, i);
+    if (phrase != nullptr && isFree(claimed, i, phrase->keys.size()))
+      return Capture{&slot, i, phrase->keys.size(), phrase->choice};
+  }
+  const auto leadIns = task.leadIns.find(&slot);
+  if (leadIns == task.leadIns.end() || !leadIns->second.contains(tokens[i].key)) return std::nullopt;
+  std::size_t end = i + 1;
+  while (end < tokens.size() && !claimed[end]) ++end;
+  // "I want to order": here the "to" leads in no text of the user's.
+  if (end == i + 1 || task.tellingWords.contains(tokens[i + 1].key)) return std::nullopt;
+  return Capture{&slot, i + 1, end - i - 1, nullptr};
+}
+
 std::optional<Capture> findUnclaimed(const PreparedTask& task, const Slot& slot, const std::vector<Token>& tokens,
                                      const std::vector<bool>& claimed) {
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     if (claimed[i]) continue;
-    if (slot.type == SlotType::Number && tokens[i].number) return Capture{&slot, i, 1, nullptr};
-    const Phrase* const phrase = slot.type == SlotType::Choice ? task.phraseAt(slot, tokens, i) : nullptr;
-    if (phrase == nullptr) continue;
-    const auto begin = claimed.begin() + static_cast<std::ptrdiff_t>(i);
-    const auto end = begin + static_cast<std::ptrdiff_t>(phrase->keys.size());
-    if (std::find(begin, end, true) == end) return Capture{&slot, i, phrase->keys.size(), phrase->choice};
+    if (const auto capture = readAt(task, slot, tokens, claimed, i)) return capture;
   }
   return std::nullopt;
 }
@@ -52,10 +69,10 @@ class Filler {
   Filling fill(const Alignment& alignment) {
     result_.claimed = alignment.claimed;
     for (const Capture& capture : alignment.captures) take(capture);
-    for (const Slot& slot : task_.task->slots) {
-      if (result_.values.contains(slot.name)) continue;
-      if (const auto capture = findUnclaimed(task_, slot, tokens_, result_.claimed)) take(*capture);
-    }
+    takeUnclaimed(SlotType::Choice);
+    // Before the numbers: the one in "to 1 Mill Lane" is not how many are wanted.
+    takeUnclaimed(SlotType::Text);
+    takeUnclaimed(SlotType::Number);
     for (const Slot& slot : task_.task->slots) {
       const auto value = result_.values.find(slot.name);
       if (slot.type != SlotType::Choice || value == result_.values.end()) continue;
@@ -66,6 +83,13 @@ class Filler {
   }
 
  private:
+  void takeUnclaimed(SlotType type) {
+    for (const Slot& slot : task_.task->slots) {
+      if (slot.type != type || result_.values.contains(slot.name)) continue;
+      if (const auto capture = findUnclaimed(task_, slot, tokens_, result_.claimed)) take(*capture);
+    }
+  }
+
   void take(const Capture& capture) {
     const auto first = result_.claimed.begin() + static_cast<std::ptrdiff_t>(capture.first);
     std::fill_n(first, capture.count, true);

@@ -16,8 +16,8 @@ struct Filling {
   const Slot* contradicted = nullptr;  ///< a slot for which the query names several choices
 };
 
-/// Takes the values out of an alignment, then looks for the number and choice slots that are still empty among the
-/// words that nothing has claimed: "order green tea, two of them" fills the quantity though no sample has that order.
+/// Takes the values out of an alignment, then looks for the slots that are still empty among the words that nothing has
+/// claimed: "to 1 Mill Lane please order tea, two of them" fills address and quantity though no sample has that order.
 Filling fillSlots(const PreparedTask& task, const Alignment& alignment, const std::vector<Token>& tokens,
                   std::string_view query);
 

@@ -1,5 +1,6 @@
 #include "service/http/Server.h"
 
+#include <array>
 #include <chrono>
 #include <httplib.h>
 
@@ -55,7 +56,11 @@ class Server::Protocol : public httplib::Server {
     Visit current(socket, limits_);
     visit = &current;
     bool isClosed = false;
-    process_request(current.stream, true, isClosed, [this](httplib::Request& request) { begin(request); });
+    try {
+      process_request(current.stream, true, isClosed, [this](httplib::Request& request) { begin(request); });
+    } catch (const std::exception&) {
+      // Out of memory while a head was read: this client gets no answer, the others do.
+    }
     if (!current.stream.hasSent() && current.stream.hasReceived()) answerWithoutHead();
     if (!current.isInputConsumed) current.stream.finishWithUnreadInput();
     visit = nullptr;
@@ -65,6 +70,10 @@ class Server::Protocol : public httplib::Server {
   void turnAway(int socket) {
     const std::string text = textOf(delegate_.failure("", 503, "the service is busy"), "Service Unavailable");
     [[maybe_unused]] const auto sent = ::send(socket, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    ::shutdown(socket, SHUT_WR);
+    // What lies unread when a socket is closed would take the response with it.
+    std::array<char, 4096> unread;
+    for (int i = 0; i < 16 && ::recv(socket, unread.data(), unread.size(), MSG_DONTWAIT) > 0; ++i) continue;
   }
 
  private:
@@ -171,7 +180,9 @@ Server::~Server() = default;
 void Server::run() {
   ConnectionPool pool(limits_.workers, limits_.waitingConnections,
                       [this](const FileDescriptor& connection) { protocol_->serve(connection.get()); });
-  for (FileDescriptor client = listener_.accept(); client.isOpen(); client = listener_.accept()) {
+  for (;;) {
+    FileDescriptor client = listener_.accept();
+    if (!client.isOpen()) return;
     if (!pool.offer(client)) protocol_->turnAway(client.get());
   }
 }
