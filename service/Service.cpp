@@ -19,7 +19,7 @@ Service::Service(const Arguments& arguments, ServerLimits limits)
     : configuration_(Configuration::load(arguments.configurationFile)),
       assistant_(TaskFile::load(arguments.taskFile)),
       store_(arguments.dataFolder),
-      routes_(configuration_,
+      routes_(configuration_, limits.bodyBytes,
               arguments.exchangeFile ? &exchanges_.emplace(*arguments.exchangeFile, &millisecondsSince1970) : nullptr),
       sdk_(configuration_, assistant_, store_, &millisecondsSince1970),
       server_(arguments.host, arguments.port, limits, routes_) {
