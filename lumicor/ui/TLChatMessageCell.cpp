@@ -1,5 +1,6 @@
 #include "lumicor/ui/TLChatMessageCell.h"
 
+#include "lumicor/core/TLChatMessage.h"
 #include "lumicor/ui/TLChatFont.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"

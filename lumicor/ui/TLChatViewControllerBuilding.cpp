@@ -73,8 +73,9 @@ void TLChatViewController::buildInputBar() {
 
   inputTextField_ = make<PaddedTextField>();
   inputTextField_->setTranslatesAutoresizingMaskIntoConstraints(false);
-  inputTextField_->setAttributedPlaceholder(
-      make<NSAttributedString>("Enter message...", NSTextAttributes{.foregroundColor = UIColor::lightGray()}));
+  NSTextAttributes pale;
+  pale.foregroundColor = UIColor::lightGray();
+  inputTextField_->setAttributedPlaceholder(make<NSAttributedString>("Enter message...", pale));
   inputTextField_->setTextColor(UIColor::black());
   inputTextField_->setBackgroundColor(UIColor::white());
   inputTextField_->layer()->setCornerRadius(cornerRadius);
