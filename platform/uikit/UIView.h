@@ -138,6 +138,10 @@ class UIView : public Object<UIView, UIResponder> {
   /// tells one is laid out by constraints in two steps: first its width, then this height.
   virtual std::optional<double> intrinsicHeightForWidth(double width) const;
   void invalidateIntrinsicContentSize();
+  /// True for a view that scrolls: constraints from inside to its edges mean those of its content, whose size they
+  /// then decide.
+  virtual bool sizesContentByConstraints() const { return false; }
+  virtual void setContentSizeFromConstraints(CGSize) {}
   bool translatesAutoresizingMaskIntoConstraints() const;
   void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
   UILayoutPriority contentHuggingPriority(UILayoutAxis axis) const;
