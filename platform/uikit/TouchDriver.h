@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/graphics/CGGeometry.h"
+#include "platform/runtime/Ref.h"
 #include "platform/uikit/Forward.h"
 
 namespace platform {
