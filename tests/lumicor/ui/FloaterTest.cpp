@@ -1,0 +1,155 @@
+#include "lumicor/ui/LumicorImageCache.h"
+#include "lumicor/ui/TLBottomCloseView.h"
+#include "platform/animation/CALayer.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/UIGraphicsImageRenderer.h"
+#include "platform/uikit/UIImageView.h"
+#include "tests/lumicor/ui/ChatFixture.h"
+
+namespace lumicor {
+namespace {
+
+using testing::ElementsAre;
+
+class Floater : public test::ChatFixture {
+ protected:
+  bool chatIsOpen() const { return navigation_->topViewController() == chat(); }
+  CGPoint centerOfButton() const { return button()->center(); }
+  void drag(CGPoint to) {
+    driver_.drag({centerOfButton(), to}, 0.5);
+    pass(2);
+  }
+};
+
+TEST_F(Floater, StandsOverTheWindowAsARoundButton) {
+  EXPECT_EQ(button()->superview(), window());
+  EXPECT_EQ(button()->frame(), (CGRect{320, 253, 60, 60}));
+  EXPECT_EQ(button()->layer()->cornerRadius(), 30);
+  EXPECT_EQ(button()->alpha(), 1);
+  ASSERT_EQ(button()->subviews().size(), 1u);
+  EXPECT_EQ(button()->subviews()[0]->frame(), (CGRect{15, 15, 30, 30}));
+}
+
+TEST_F(Floater, FadesInAndOutAndIgnoresTheValueItHas) {
+  button()->setShow(true);
+  EXPECT_EQ(button()->layer()->presentationLayer()->opacity(), 1) << "nothing fades";
+  button()->setShow(false);
+  pass(0.15);
+  EXPECT_LT(button()->layer()->presentationLayer()->opacity(), 0.9);
+  EXPECT_NE(button()->superview(), nullptr);
+  pass(0.2);
+  EXPECT_EQ(button()->superview(), nullptr);
+  button()->setShow(true);
+  pass(0.4);
+  EXPECT_EQ(button()->superview(), window());
+}
+
+TEST_F(Floater, OpensTheChatOnATapAndComesBackWhenItCloses) {
+  tap(button());
+  pass(1);
+  EXPECT_TRUE(chatIsOpen());
+  EXPECT_THAT(service_.events(), ElementsAre("CHAT_VIEW_OPEN"));
+  EXPECT_FALSE(button()->show());
+  EXPECT_EQ(button()->superview(), nullptr);
+  EXPECT_EQ(chat()->view()->layer()->mask(), nullptr) << "the transition took its mask away";
+
+  tap(chat()->crossButton());
+  pass(1);
+  EXPECT_FALSE(chatIsOpen());
+  EXPECT_EQ(button()->superview(), window());
+}
+
+TEST_F(Floater, LeavesTheButtonAloneForOneTransitionWhenAsked) {
+  button()->changeStatusInNextTransaction = false;
+  tap(button());
+  pass(1);
+  EXPECT_TRUE(chatIsOpen());
+  EXPECT_TRUE(button()->show());
+  EXPECT_TRUE(button()->changeStatusInNextTransaction);
+}
+
+TEST_F(Floater, LogsTheTapWhenThereIsNoNavigationController) {
+  tabs_->setSelectedIndex(1);
+  pass(0.5);
+  tap(button());
+  EXPECT_FALSE(chatIsOpen());
+  EXPECT_THAT(service_.events(), ElementsAre("CHAT_VIEW_OPEN"));
+}
+
+TEST_F(Floater, GlidesToTheNearerSideWhenItIsReleasedInTheOpen) {
+  drag({100, 400});
+  EXPECT_EQ(button()->frame().minX(), 10);
+  drag({300, 500});
+  EXPECT_EQ(button()->frame().minX(), 320);
+  EXPECT_TRUE(service_.events().empty()) << "a drag is no tap";
+}
+
+TEST_F(Floater, IsDismissedOverTheCloseTargetInTheCorner) {
+  const auto& target = TLFloaterManager::shared().bottomCloseView();
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844})) << "parked outside the screen";
+  driver_.drag({centerOfButton(), {350, 800}}, 0.5);
+  pass(0.45);
+  EXPECT_EQ(target->frame().origin, (CGPoint{230, 684}));
+  pass(2);
+  EXPECT_TRUE(target->insideBottomSelected);
+  EXPECT_FALSE(button()->show());
+  EXPECT_EQ(button()->superview(), nullptr);
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844}));
+  EXPECT_THAT(service_.events(), ElementsAre("CHAT_FLOATER_DISMISSED"));
+}
+
+TEST_F(Floater, IsThereOnceAfterASecondStart) {
+  const auto first = button();
+  TLFloaterManager::shared().show();
+  button()->setShow(true);
+  pass(1);
+  EXPECT_NE(button(), first);
+  EXPECT_EQ(first->superview(), nullptr);
+}
+
+/// A host that watches its own navigation.
+class NavigationWatcher final : public Object<NavigationWatcher, NSObject> {
+ public:
+  static void exportMethods(MethodTable<NavigationWatcher>& table) {
+    table.add<&NavigationWatcher::didShow>("navigationController:didShowViewController:animated:");
+  }
+  int shown = 0;
+
+ private:
+  void didShow(const Ref<UINavigationController>&, const Ref<UIViewController>&, bool) { ++shown; }
+};
+
+TEST_F(Floater, LeavesTheHostsNavigationDelegateInTheKnow) {
+  const auto watcher = make<NavigationWatcher>();
+  navigation_->setDelegate(watcher);
+  tap(button());
+  pass(1);
+  EXPECT_TRUE(chatIsOpen());
+  EXPECT_EQ(watcher->shown, 1);
+  navigation_->popViewControllerAnimated(false);
+  pass(1);
+  EXPECT_EQ(watcher->shown, 2);
+}
+
+TEST(ImageCache, AsksForAnAddressOnce) {
+  const VirtualTime time;
+  test::StubService service;
+  UIGraphicsImageRenderer renderer({4, 4}, 1);
+  const std::string png = renderer.imageWithActions([](CGContext&) {})->pngRepresentation();
+  service.answer("/logo.png", URLProtocol::Reply::data(200, png));
+  service.answer("/broken.png", URLProtocol::Reply::data(200, "no picture"));
+  int received = 0;
+  const auto count = [&](const Ref<UIImage>& image) { received += image ? 1 : 0; };
+  LumicorImageCache::shared().fetch("https://assets.test/logo.png", count);
+  RunLoop::settle();
+  LumicorImageCache::shared().fetch("https://assets.test/logo.png", count);
+  EXPECT_EQ(received, 2) << "the second time before fetch returns";
+  LumicorImageCache::shared().fetch("https://assets.test/broken.png", count);
+  LumicorImageCache::shared().fetch("no address", count);
+  RunLoop::settle();
+  EXPECT_EQ(received, 2);
+  EXPECT_EQ(service.requests().size(), 2u);
+}
+
+}  // namespace
+}  // namespace lumicor
