@@ -101,6 +101,21 @@ TEST(WordForms, TakesOneSlipForAMistypedWord) {
   for (const auto* other : {"order", "ord", "redro", "orders2"}) EXPECT_FALSE(differByOneSlip(other, "order")) << other;
 }
 
+TEST(TaskDocument, ShowsAnExampleThatDoesWhatItSays) {
+  const std::string text = readFile(std::string(SERVICE_DOCUMENTS) + "/tasks.md");
+  const std::size_t begin = text.find("```json\n") + 8;
+  const Assistant assistant(TaskFile::parse(text.substr(begin, text.find("```", begin) - begin)));
+  const Reply order = assistant.answer("Could you order two cups of green tea to 12 Baker Street, please?", {});
+  ASSERT_EQ(order.kind, Reply::Kind::Steps);
+  const Json steps = Json::parse(order.answer);
+  ASSERT_EQ(steps.size(), 7u);
+  EXPECT_EQ(steps[1]["elementId"], "productSencha");
+  EXPECT_EQ(steps[2]["elementId"], "plusButton");
+  EXPECT_EQ(steps[3]["elementId"], "addButton");
+  EXPECT_EQ(steps[4]["value"], "12 Baker Street");
+  EXPECT_EQ(assistant.answer("order sencha", {}).answer, "Where shall we send it?");
+}
+
 class DialogueTest : public testing::Test {
  protected:
   /// Says something and hears the answer; both go into the chat.
