@@ -23,7 +23,7 @@ class HttpTransport {
     Data body;
     /// When set, the body is read from this file while it is sent.
     std::string bodyFile;
-    /// When set, the body of a reply of status 2xx is written to this file while it arrives.
+    /// When set, the body of the reply is written to this file while it arrives.
     std::string replyFile;
     /// Seconds without any byte sent or received after which the exchange fails.
     double idleTimeout = 60;
@@ -36,7 +36,7 @@ class HttpTransport {
     HTTPHeaders headers;
     Data body;
   };
-  /// Called once, on a thread of the transport: hand over and return. Not called any more once `cancel` was called.
+  /// Called once, on a thread of the transport: hand over and return. Let go, uncalled, when the exchange is cancelled.
   using Completion = std::function<void(Reply)>;
 
   /// A request under way. Dropping it does not end it.

@@ -19,7 +19,6 @@ class NSTimer : public Object<NSTimer, NSObject> {
   /// Sends the selector, with the timer when it ends with a colon. The target is kept alive while the timer is valid.
   static Ref<NSTimer> scheduledTimer(double interval, const Ref<NSObject>& target, SEL selector, bool repeats);
 
-  ~NSTimer() override;
   /// It will not fire any more and lets go of what it holds.
   void invalidate();
   bool isValid() const { return block_ != nullptr; }
@@ -30,11 +29,12 @@ class NSTimer : public Object<NSTimer, NSObject> {
  private:
   void start(double interval, bool repeats, Block block);
   void schedule();
+  void fireWhenDue();
 
   Block block_;
   double interval_ = 0;
   bool repeats_ = false;
-  std::int64_t due_ = 0;
+  std::int64_t due_ = 0;  // nanoseconds of the clock
   Ref<DispatchWorkItem> pending_;
 };
 

@@ -65,9 +65,9 @@ class NotificationCenter {
 
  private:
   struct Entry;
-  struct Entries;
   void add(Ref<Entry> entry);
-  const std::shared_ptr<Entries> entries_;
+
+  std::vector<Ref<Entry>> entries_;
 };
 
 /// Who observes with a block. Dropping it ends the observation.

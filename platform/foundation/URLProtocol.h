@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -37,11 +38,10 @@ class URLProtocol {
     /// Nothing ever comes: the task times out, or waits to be cancelled.
     bool neverAnswers = false;
 
-    static Reply data(int statusCode, Data body) {
-      return {.statusCode = statusCode, .headers = {}, .body = std::move(body), .error = {}};
-    }
+    static Reply data(int statusCode, Data body);
     static Reply json(int statusCode, const JSONValue& body);
-    static Reply failure(URLError::Code code) { return {.headers = {}, .body = {}, .error = URLError(code)}; }
+    static Reply failure(URLError::Code code);
+    static Reply never();
     Reply after(double seconds) &&;
   };
 

@@ -29,26 +29,31 @@ class URLSessionTask : public std::enable_shared_from_this<URLSessionTask> {
                  URLSession::DataCompletion dataCompletion, URLSession::DownloadCompletion downloadCompletion);
 
  private:
-  /// Everything below runs on the session's queue.
+  // Everything below runs on the session's queue.
   void start();
-  void load(const URLRequest& request);
-  void loadFromStub(const URLRequest& request, URLProtocol::Reply reply);
-  void loadFromNetwork(const URLRequest& request);
+  std::optional<URLError> reasonNotToSend() const;
+  void load(URLRequest request);
+  void loadFromStub(URLProtocol::Reply reply);
+  void loadFromNetwork();
   void handle(HttpTransport::Reply reply);
-  void finish(std::optional<URLError> error, HttpTransport::Reply reply = {});
+  void finish(HttpTransport::Reply reply);
+  void fail(URLError::Code code);
+  bool isOver() const { return state() == State::completed; }
+  std::size_t maximumReplyBytes() const;
 
   const Ref<URLSession> session_;
   const Kind kind_;
   const URLRequest request_;
   const std::string uploadPath_;
-  URLSession::DataCompletion dataCompletion_;
-  URLSession::DownloadCompletion downloadCompletion_;
 
   mutable std::mutex mutex_;
   State state_ = State::suspended;
   // On the session's queue only.
-  std::optional<URLRequest> current_;
-  int redirects_ = 0;
+  URLSession::DataCompletion dataCompletion_;
+  URLSession::DownloadCompletion downloadCompletion_;
+  URLRequest current_;
+  bool sendsFile_;
+  int redirections_ = 0;
   Ref<HttpTransport::Exchange> exchange_;
   Ref<DispatchWorkItem> pending_;
   std::string downloadPath_;

@@ -50,7 +50,7 @@ class UserDefaults {
 
  private:
   struct Store;
-  const std::shared_ptr<Store> store_;
+  std::shared_ptr<Store> store_;
 };
 
 }  // namespace platform
