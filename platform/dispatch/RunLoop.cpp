@@ -15,7 +15,7 @@ namespace platform {
 namespace {
 
 constexpr std::size_t mostWorkInOneInstant = 100'000;
-constexpr std::size_t mostActivitiesInOneInstant = 1'000'000;
+constexpr std::size_t mostActivitiesInOneInstant = 200'000;
 constexpr double longestWaitForActivity = 60;
 
 std::atomic<bool> stopped{false};
@@ -43,6 +43,20 @@ void runTurnObservers() {
   }
 }
 
+/// Until main work is due or nothing is under way elsewhere, but not for ever.
+void waitForMainOrIdle(std::int64_t now, std::uint64_t mostBegun) {
+  constexpr double slice = 0.25;
+  Scheduler& scheduler = Scheduler::shared();
+  for (double waited = 0; scheduler.waitForMainOrIdle(now, slice) == Scheduler::Wait::timedOut; waited += slice) {
+    if (scheduler.activitiesBegun() > mostBegun) {
+      fatalError("a background queue does not come to rest: work keeps posting itself without letting time pass");
+    }
+    if (waited > longestWaitForActivity) {
+      fatalError("virtual time waited too long for background activity: " + scheduler.activityNames());
+    }
+  }
+}
+
 using Predicate = std::function<bool()>;
 
 /// Runs everything of the present instant of virtual time, on every queue, until nothing is left of it. True as soon as
@@ -63,12 +77,7 @@ bool runInstant(const Predicate& predicate) {
       if (predicate && predicate()) return true;
       continue;
     }
-    if (scheduler.waitForMainOrIdle(now, longestWaitForActivity) == Scheduler::Wait::timedOut) {
-      fatalError("virtual time waited too long for background activity: " + scheduler.activityNames());
-    }
-    if (scheduler.activitiesBegun() - begunBefore > mostActivitiesInOneInstant) {
-      fatalError("a background queue does not come to rest: work keeps posting itself without letting time pass");
-    }
+    waitForMainOrIdle(now, begunBefore + mostActivitiesInOneInstant);
     if (const auto next = scheduler.earliest(); next && *next <= now) continue;
     if (scheduler.activities() > 0) continue;
     runTurnObservers();
