@@ -52,7 +52,7 @@ class EngineWindow {
   /// Shows the bitmap, of the window's points times the scale in pixels; only `changed` (pixels) differs from what was
   /// shown before. Copied.
   virtual void present(const Bitmap& bitmap, const CGRect& changed) = 0;
-  virtual CGSize size() const = 0;
+  virtual CGSize sizeInPoints() const = 0;
   virtual double scale() const = 0;
 };
 

@@ -50,8 +50,8 @@ class Canvas : public Painter {
     over,  ///< the usual way
     mask   ///< what is there stays only where the new one is opaque
   };
-  /// Pixel to pixel at (x, y) of the bitmap, whatever the transform; the clip holds. With `mask` everything outside the
-  /// other bitmap is cleared too.
+  /// Pixel to pixel at (x, y) of the canvas, whatever the transform; the clip holds. What the other bitmap does not
+  /// reach stays as it is.
   virtual void composite(const Bitmap& bitmap, int x, int y, double alpha, Composite mode) = 0;
 };
 

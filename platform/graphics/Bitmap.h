@@ -20,8 +20,8 @@ class Bitmap {
   Bitmap() = default;
   /// All clear. A size that is not positive, or beyond `maximumPixels`, gives an empty bitmap.
   Bitmap(int width, int height);
-  Bitmap(Bitmap&&) noexcept = default;
-  Bitmap& operator=(Bitmap&&) noexcept = default;
+  Bitmap(Bitmap&& other) noexcept;
+  Bitmap& operator=(Bitmap&& other) noexcept;
   Bitmap copy() const;
 
   int width() const { return width_; }

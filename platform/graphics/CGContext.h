@@ -51,7 +51,7 @@ class CGContext {
   void setLineDash(double phase, std::vector<double> lengths);
   /// For everything drawn, text and pictures included.
   void setAlpha(double alpha) { state_.alpha = alpha; }
-  /// A shadow under what is filled and stroked; a blur of 0 and an offset of 0 remove it.
+  /// A shadow under what is filled; a blur of 0 and an offset of 0 remove it.
   void setShadow(CGSize offset, double blur, const UIColor& color = UIColor::white(0, 1.0 / 3));
 
   // ---- The current path: built, then used up by one of the drawing calls.

@@ -32,6 +32,7 @@ class CGImageSource {
   std::unique_ptr<ImageSequence> sequence_;
   /// Negative for a picture that is not a GIF.
   std::vector<double> delays_;
+  std::size_t next_ = 0;  // the frame that the sequence gives next
 };
 
 using CGImageSourceRef = std::shared_ptr<CGImageSource>;

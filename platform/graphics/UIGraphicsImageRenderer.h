@@ -10,7 +10,8 @@ namespace platform {
 /// Makes pictures by drawing. Main thread.
 class UIGraphicsImageRenderer {
  public:
-  /// Points, and pixels a point. Sizes are rounded up to whole pixels and held to at least one.
+  /// Points, and pixels a point. Sizes are rounded up to whole pixels and held to at least one. No picture comes of one
+  /// beyond Bitmap::maximumPixels.
   explicit UIGraphicsImageRenderer(CGSize size, double scale = 2);
 
   Ref<UIImage> imageWithActions(const std::function<void(CGContext& context)>& actions) const;

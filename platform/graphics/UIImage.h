@@ -43,7 +43,7 @@ class UIImage : public Object<UIImage, NSObject> {
 
   UIImageRenderingMode renderingMode() const { return renderingMode_; }
   Ref<UIImage> imageWithRenderingMode(UIImageRenderingMode mode) const;
-  /// Its shape filled with the colour. The last one made is remembered.
+  /// Its shape filled with the colour; a still picture.
   Ref<UIImage> imageWithTintColor(const UIColor& color) const;
 
   /// The bytes of a PNG file.

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace platform {
+
+/// The one QGuiApplication, made when something first needs it and kept for the process. Without a display it draws to
+/// nowhere. The platform owns Qt's arguments and messages.
+class QtApplication {
+ public:
+  /// Makes it if it is not there yet. Main thread; elsewhere it is a fatal programming error unless it exists.
+  static void ensure();
+  /// False when windows are not seen.
+  static bool isDisplayAvailable();
+};
+
+}  // namespace platform

@@ -1,0 +1,184 @@
+#include "platform/engine/qt/QtWindow.h"
+
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QPainter>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "platform/dispatch/Clock.h"
+#include "platform/engine/qt/QtConversions.h"
+
+namespace platform {
+
+namespace {
+
+/// Points a notch of a mouse wheel scrolls.
+constexpr double pointsANotch = 40;
+/// Room for the frame and bars of the desktop.
+constexpr double desktopMargin = 48;
+
+WindowKey::Name nameOf(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return WindowKey::Name::returnKey;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+      return WindowKey::Name::tab;
+    case Qt::Key_Backspace:
+      return WindowKey::Name::backspace;
+    case Qt::Key_Delete:
+      return WindowKey::Name::forwardDelete;
+    case Qt::Key_Escape:
+      return WindowKey::Name::escape;
+    case Qt::Key_Left:
+      return WindowKey::Name::left;
+    case Qt::Key_Right:
+      return WindowKey::Name::right;
+    case Qt::Key_Up:
+      return WindowKey::Name::up;
+    case Qt::Key_Down:
+      return WindowKey::Name::down;
+    case Qt::Key_Home:
+      return WindowKey::Name::home;
+    case Qt::Key_End:
+      return WindowKey::Name::end;
+    default:
+      return WindowKey::Name::none;
+  }
+}
+
+/// The text without the control characters that keys such as Escape type.
+std::string typed(const QString& text) {
+  QString result;
+  for (const QChar c : text) {
+    if (c.category() != QChar::Other_Control) result.append(c);
+  }
+  return result.toStdString();
+}
+
+}  // namespace
+
+QtWindow::QtWindow(CGSize size, double scale, const std::string& title, EngineWindowDelegate& delegate)
+    : size_(size), scale_(scale), delegate_(delegate) {
+  if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+    const QSize room = screen->availableSize();
+    zoom_ = std::min({1.0, (room.width() - desktopMargin) / size.width, (room.height() - desktopMargin) / size.height});
+    zoom_ = std::max(zoom_, 0.25);
+  }
+  const QSize fixed(static_cast<int>(std::lround(size.width * zoom_)),
+                    static_cast<int>(std::lround(size.height * zoom_)));
+  setMinimumSize(fixed);
+  setMaximumSize(fixed);
+  resize(fixed);
+  QtWindow::setTitle(title);
+  show();
+}
+
+void QtWindow::setTitle(const std::string& title) { QRasterWindow::setTitle(QString::fromStdString(title)); }
+
+void QtWindow::present(const Bitmap& bitmap, const CGRect& changed) {
+  if (bitmap.isEmpty()) return;
+  const bool isNew = shown_.width() != bitmap.width() || shown_.height() != bitmap.height();
+  if (isNew) shown_ = QImage(bitmap.width(), bitmap.height(), QImage::Format_ARGB32_Premultiplied);
+  const CGRect all(0, 0, bitmap.width(), bitmap.height());
+  const CGRect part = isNew ? all : changed.integral().intersection(all);
+  if (part.isEmpty()) return;
+  const int left = static_cast<int>(part.minX()), top = static_cast<int>(part.minY());
+  const auto bytes = static_cast<std::size_t>(part.width()) * 4;
+  for (int y = top; y < static_cast<int>(part.maxY()); ++y) {
+    std::memcpy(shown_.scanLine(y) + static_cast<std::ptrdiff_t>(left) * 4, bitmap.row(y) + left, bytes);
+  }
+  const double factor = zoom_ / scale_;
+  update(QRectF(part.minX() * factor, part.minY() * factor, part.width() * factor, part.height() * factor)
+             .toAlignedRect()
+             .adjusted(-1, -1, 1, 1));
+}
+
+void QtWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRect window(QPoint(0, 0), QWindow::size());
+  if (shown_.isNull()) return painter.fillRect(window, Qt::white);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(window, shown_);
+}
+
+bool QtWindow::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Close:
+      event->ignore();
+      delegate_.windowClosed();
+      return true;
+    case QEvent::InputMethodQuery:
+      static_cast<QInputMethodQueryEvent*>(event)->setValue(Qt::ImEnabled, true);
+      event->accept();
+      return true;
+    case QEvent::InputMethod: {
+      WindowKey key;
+      key.text = typed(static_cast<QInputMethodEvent*>(event)->commitString());
+      if (!key.text.empty()) delegate_.windowKeyPressed(key);
+      return true;
+    }
+    default:
+      return QRasterWindow::event(event);
+  }
+}
+
+void QtWindow::sendTouch(std::int64_t identifier, WindowTouchPhase phase, QPointF inWindow) {
+  delegate_.windowTouched({identifier, phase, location(inWindow), Clock::mediaTime()});
+}
+
+void QtWindow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || isMouseDown_) return;
+  isMouseDown_ = true;
+  sendTouch(0, WindowTouchPhase::began, event->position());
+}
+
+void QtWindow::mouseMoveEvent(QMouseEvent* event) {
+  if (isMouseDown_) sendTouch(0, WindowTouchPhase::moved, event->position());
+}
+
+void QtWindow::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !isMouseDown_) return;
+  isMouseDown_ = false;
+  sendTouch(0, WindowTouchPhase::ended, event->position());
+}
+
+void QtWindow::touchEvent(QTouchEvent* event) {
+  event->accept();  // else the same touch comes again as a mouse
+  const bool isCancelled = event->type() == QEvent::TouchCancel;
+  for (const QEventPoint& point : event->points()) {
+    if (point.state() == QEventPoint::Stationary && !isCancelled) continue;
+    const WindowTouchPhase phase = isCancelled                                    ? WindowTouchPhase::cancelled
+                                   : point.state() == QEventPoint::State::Pressed ? WindowTouchPhase::began
+                                   : point.state() == QEventPoint::State::Updated ? WindowTouchPhase::moved
+                                                                                  : WindowTouchPhase::ended;
+    sendTouch(1 + point.id(), phase, point.position());
+  }
+}
+
+void QtWindow::wheelEvent(QWheelEvent* event) {
+  const QPointF points = event->pixelDelta().isNull() ? QPointF(event->angleDelta()) / 120 * pointsANotch
+                                                      : QPointF(event->pixelDelta()) / zoom_;
+  delegate_.windowScrolled({location(event->position()), {points.x(), points.y()}});
+}
+
+void QtWindow::keyPressEvent(QKeyEvent* event) {
+  WindowKey key;
+  key.name = nameOf(event->key());
+  key.shift = event->modifiers().testFlag(Qt::ShiftModifier) || event->key() == Qt::Key_Backtab;
+  key.command = event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier);
+  key.option = event->modifiers().testFlag(Qt::AltModifier);
+  // With the command key a letter is named, not typed: Qt's text is a control character then.
+  if (key.command && event->key() >= Qt::Key_A && event->key() <= Qt::Key_Z) {
+    key.text = static_cast<char>('a' + event->key() - Qt::Key_A);
+  } else {
+    key.text = typed(event->text());
+  }
+  if (key.name != WindowKey::Name::none || !key.text.empty()) delegate_.windowKeyPressed(key);
+}
+
+}  // namespace platform

@@ -1,0 +1,54 @@
+#include "platform/graphics/UIFont.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/engine/Engine.h"
+
+namespace platform {
+
+namespace {
+
+double heldSize(double size) { return std::isfinite(size) && size > 0 ? std::min(size, 2000.0) : 1; }
+
+/// The nearest of the nine steps.
+int numericWeight(UIFontWeight weight) {
+  struct Step {
+    UIFontWeight weight;
+    int number;
+  };
+  static constexpr Step steps[] = {
+      {UIFontWeightUltraLight, 100}, {UIFontWeightThin, 200},   {UIFontWeightLight, 300},
+      {UIFontWeightRegular, 400},    {UIFontWeightMedium, 500}, {UIFontWeightSemibold, 600},
+      {UIFontWeightBold, 700},       {UIFontWeightHeavy, 800},  {UIFontWeightBlack, 900},
+  };
+  const Step* best = &steps[3];
+  for (const Step& step : steps) {
+    if (std::abs(step.weight - weight) < std::abs(best->weight - weight)) best = &step;
+  }
+  return best->number;
+}
+
+}  // namespace
+
+UIFont::UIFont() : UIFont(Engine::shared().systemFace(400, false), 17) {}
+
+UIFont UIFont::systemFont(double size, UIFontWeight weight) {
+  return {Engine::shared().systemFace(numericWeight(weight), false), heldSize(size)};
+}
+
+UIFont UIFont::italicSystemFont(double size) { return {Engine::shared().systemFace(400, true), heldSize(size)}; }
+
+UIFont UIFont::monospacedSystemFont(double size, UIFontWeight weight) {
+  return {Engine::shared().monospacedFace(numericWeight(weight)), heldSize(size)};
+}
+
+std::optional<UIFont> UIFont::named(const std::string& name, double size) {
+  const FontFace* const face = Engine::shared().faceNamed(name);
+  if (!face) return std::nullopt;
+  return UIFont(*face, heldSize(size));
+}
+
+UIFont UIFont::fontWithSize(double size) const { return {*face_, heldSize(size)}; }
+
+}  // namespace platform
