@@ -21,6 +21,12 @@ constexpr const char* productionEndpoint = "https://api.lumicor.example";
 
 }  // namespace
 
+std::string collectionActionName(const std::string& identifier, std::int64_t sections, const IndexPath& indexPath) {
+  if (sections == 0) return "collectionView";
+  return "LumicorCollectionView-" + identifier + "-" + std::to_string(indexPath.section()) + "-" +
+         std::to_string(indexPath.item());
+}
+
 Lumicor& Lumicor::shared() {
   // Lives as long as the process: hooks may ask for it until the very end.
   static const Ref<Lumicor>& instance = *new Ref<Lumicor>(make<Lumicor>());
@@ -99,12 +105,8 @@ void Lumicor::didSelectItem(const Ref<UICollectionView>& collectionView, const I
   const auto cell = collectionView->cellForItemAtIndexPath(indexPath);
   const std::optional<std::string> identifier = collectionView->accessibilityIdentifier();
   if (!cell || !identifier) return;
-  std::string actionName = "collectionView";
-  if (collectionView->numberOfSections() != 0) {
-    actionName = "LumicorCollectionView-" + *identifier + "-" + std::to_string(indexPath.section()) + "-" +
-                 std::to_string(indexPath.item());
-  }
-  LumicorTrackingTask::registerUserAction(actionName, cell);
+  LumicorTrackingTask::registerUserAction(
+      collectionActionName(*identifier, collectionView->numberOfSections(), indexPath), cell);
 }
 
 }  // namespace lumicor

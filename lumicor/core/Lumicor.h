@@ -135,4 +135,7 @@ class Lumicor : public Object<Lumicor, NSObject> {
   Weak<UIViewController> currentSegueController_;
 };
 
+/// The name under which the selection of a collection's item is registered.
+std::string collectionActionName(const std::string& identifier, std::int64_t sections, const IndexPath& indexPath);
+
 }  // namespace lumicor

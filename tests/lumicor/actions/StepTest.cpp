@@ -1,0 +1,23 @@
+#include "tests/lumicor/actions/StepTest.h"
+
+#include "lumicor/actions/TLStepOperation.h"
+#include "platform/uikit/UINavigationController.h"
+
+namespace lumicor::test {
+
+Ref<UINavigationController> CartScreen::navigationController() const {
+  ++lookups;
+  return UIViewController::navigationController();
+}
+
+void Host::onTap(Ref<NSObject> sender) { hear("tap by " + sender->isa().name()); }
+
+void Host::exportMethods(MethodTable<Host>& table) { table.add<&Host::onTap>("onTap:"); }
+
+TLTaskResult StepTest::perform(const TLAction& step) {
+  TLTaskResult result;
+  performStep(step, TLStepTarget::find(step), result);
+  return result;
+}
+
+}  // namespace lumicor::test

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
+
+#include "lumicor/actions/TLAction.h"
+#include "lumicor/actions/TLTaskResult.h"
+#include "platform/uikit/UIControl.h"
+#include "platform/uikit/UIViewController.h"
+#include "tests/lumicor/support/SessionTest.h"
+
+namespace lumicor::test {
+
+/// The screen that steps are for. Counts how often it was looked over.
+struct CartScreen : Object<CartScreen, UIViewController> {
+  Ref<UINavigationController> navigationController() const override;
+  mutable int lookups = 0;
+};
+
+/// A host's delegate, data source and target in one: it writes down what it hears.
+class Host : public Object<Host, NSObject> {
+ public:
+  std::vector<std::string> heard;
+  void hear(const std::string& what) { heard.push_back(what); }
+
+  void onTap(Ref<NSObject> sender);
+  static void exportMethods(MethodTable<Host>& table);
+};
+
+/// A current screen with views that steps are performed on.
+class StepTest : public SessionTest {
+ protected:
+  StepTest() { showAsCurrent(screen_); }
+
+  template <class View, class... Args>
+  Ref<View> add(const char* identifier, Args&&... args) {
+    const auto view = make<View>(std::forward<Args>(args)...);
+    view->setAccessibilityIdentifier(identifier);
+    screen_->view()->addSubview(view);
+    return view;
+  }
+  static TLAction step(std::string elementId, std::string actionType = "TYPE_BUTTON", std::string value = "") {
+    return {std::move(elementId), 0, std::move(value), {}, "CartScreen", std::move(actionType)};
+  }
+  /// What the step's action says when it is performed on the screen right now.
+  TLTaskResult perform(const TLAction& step);
+
+  Ref<CartScreen> screen_ = make<CartScreen>();
+  Ref<Host> host_ = make<Host>();
+};
+
+}  // namespace lumicor::test

@@ -1,0 +1,145 @@
+#include <gmock/gmock.h>
+
+#include "lumicor/capture/LumicorHooks.h"
+#include "lumicor/capture/LumicorTrackingTask.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UITabBarController.h"
+#include "tests/lumicor/support/SessionTest.h"
+#include "tests/lumicor/support/StubService.h"
+
+namespace lumicor::test {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A screen that hears of its own life, to see that the platform's part still happens.
+template <class Screen>
+struct HostScreen : Object<Screen, UIViewController> {
+  std::vector<std::string> heard;
+  void viewDidAppear(bool animated) override {
+    heard.push_back("will call");
+    UIViewController::viewDidAppear(animated);
+    heard.push_back("appeared");
+  }
+  void prepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) override {
+    UIViewController::prepareForSegue(segue, sender);
+    heard.push_back("segue " + segue->identifier());
+  }
+};
+struct HomeScreen : HostScreen<HomeScreen> {};
+struct DetailScreen : HostScreen<DetailScreen> {};
+/// A container by its name: such screens are passed over.
+struct MyUINavigationHelper : HostScreen<MyUINavigationHelper> {};
+
+class LumicorHooksTest : public SessionTest {
+ protected:
+  LumicorHooksTest() {
+    LumicorHooks::install();
+    LumicorHooks::install();  // a second time does nothing
+    Lumicor::shared().setCurrentViewListener([this](const std::string& name) { views_.push_back(name); });
+  }
+  void appear(const Ref<UIViewController>& root) {
+    show(root);
+    RunLoop::advance(1);
+  }
+  Ref<UIViewController> current() const { return Lumicor::shared().getCurrentViewController(); }
+
+  StubService service_;
+  std::vector<std::string> views_;
+};
+
+TEST_F(LumicorHooksTest, FollowsTheScreenThatAppearsAndCallsThroughOnce) {
+  const auto home = make<HomeScreen>();
+  appear(home);
+  EXPECT_EQ(current(), home);
+  EXPECT_THAT(views_, ElementsAre("HomeScreen"));
+  EXPECT_THAT(home->heard, ElementsAre("will call", "appeared"));
+}
+
+TEST_F(LumicorHooksTest, IsInstalledWhenASessionStarts) {
+  service_.answer("/sdk/init", json(R"({"statusCode":500})"));
+  Lumicor::shared().initialize("key", "ada");
+  RunLoop::settle();
+  appear(make<HomeScreen>());
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "HomeScreen") << "also before the session is initialised";
+}
+
+TEST_F(LumicorHooksTest, PassesContainersOver) {
+  const auto home = make<HomeScreen>();
+  const auto tabs = make<UITabBarController>();
+  tabs->setViewControllers({make<UINavigationController>(home), make<DetailScreen>()});
+  appear(tabs);
+  EXPECT_EQ(current(), home);
+  home->presentViewController(make<MyUINavigationHelper>(), false);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), home);
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "HomeScreen");
+}
+
+TEST_F(LumicorHooksTest, GoesBackToTheScreenBehindASecondAfterAPopOrADismissal) {
+  const auto home = make<HomeScreen>();
+  const auto navigation = make<UINavigationController>(home);
+  appear(navigation);
+  const auto detail = make<DetailScreen>();
+  detail->setModalPresentationStyle(UIModalPresentationStyle::overCurrentContext);
+  home->presentViewController(detail, false);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), detail);
+  views_.clear();
+  detail->dismissViewController(false);
+  RunLoop::advance(0.9);
+  EXPECT_THAT(views_, IsEmpty()) << "a screen that stayed visible behind does not appear again by itself";
+  RunLoop::advance(0.2);
+  EXPECT_EQ(current(), home);
+  EXPECT_THAT(views_, ElementsAre("HomeScreen"));
+
+  navigation->pushViewController(make<DetailScreen>(), false);
+  RunLoop::advance(1);
+  navigation->popViewControllerAnimated(false);
+  RunLoop::advance(2);
+  EXPECT_EQ(current(), home);
+}
+
+TEST_F(LumicorHooksTest, NotesASeguesDestinationWhenItsTimeHasCome) {
+  const auto home = make<HomeScreen>();
+  appear(home);
+  const auto detail = make<DetailScreen>();
+  const auto segue = make<UIStoryboardSegue>("to-detail", UIStoryboardSegue::Kind::show, home, detail);
+  home->prepareForSegue(segue, nullptr);
+  EXPECT_THAT(home->heard, ElementsAre("will call", "appeared", "segue to-detail"));
+  EXPECT_EQ(Lumicor::shared().getCurrentSegueController(), home);
+  RunLoop::advance(2.4);
+  EXPECT_EQ(current(), home);
+  RunLoop::advance(0.2);
+  EXPECT_EQ(current(), detail);
+  EXPECT_FALSE(Lumicor::shared().getCurrentSegueController());
+  EXPECT_THAT(views_, ElementsAre("HomeScreen", "DetailScreen"));
+}
+
+TEST_F(LumicorHooksTest, ChangesNothingForASegueToAContainer) {
+  const auto home = make<HomeScreen>();
+  appear(home);
+  home->prepareForSegue(make<UIStoryboardSegue>("to-more", UIStoryboardSegue::Kind::present, home,
+                                                make<UINavigationController>(make<DetailScreen>())),
+                        nullptr);
+  EXPECT_FALSE(Lumicor::shared().getCurrentSegueController());
+  RunLoop::advance(5);
+  EXPECT_EQ(current(), home);
+}
+
+TEST_F(LumicorHooksTest, TellsScreenChangesOfAnInitialisedSessionAlone) {
+  std::vector<std::string> changes;
+  const auto note = [&](const Ref<UIViewController>& screen) {
+    changes.push_back(NSStringFromClass(screen->classForCoder()));
+  };
+  LumicorTrackingTask::setListener({.onUserAction = nullptr, .onScreenChange = note, .onShowControl = nullptr});
+  appear(make<HomeScreen>());
+  EXPECT_THAT(changes, IsEmpty());
+  Lumicor::shared().setInitialized(true);
+  appear(make<MyUINavigationHelper>());
+  EXPECT_THAT(changes, ElementsAre("MyUINavigationHelper")) << "also of screens that are passed over";
+  LumicorTrackingTask::setListener({});
+}
+
+}  // namespace lumicor::test

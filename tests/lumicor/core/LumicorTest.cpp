@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+
+#include "lumicor/capture/LumicorTrackingTask.h"
+#include "lumicor/core/Lumicor.h"
+#include "lumicor/core/LumicorDebugHelper.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/IndexPath.h"
+#include "platform/uikit/UICollectionView.h"
+#include "platform/uikit/UICollectionViewFlowLayout.h"
+#include "platform/uikit/UITableView.h"
+#include "tests/lumicor/support/SessionTest.h"
+
+namespace lumicor::test {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+using LumicorTest = SessionTest;
+
+constexpr std::int64_t startMilliseconds = 1714564800000;
+
+TEST_F(LumicorTest, HoldsItsInitialValuesWhenItIsNew) {
+  const auto fresh = make<Lumicor>();
+  EXPECT_FALSE(fresh->getSecretKey());
+  EXPECT_FALSE(fresh->getInitialized());
+  EXPECT_FALSE(fresh->getShouldEnableDebug());
+  EXPECT_EQ(fresh->getCurrentView(), "");
+  EXPECT_EQ(fresh->getFramework(), "NATIVE");
+  EXPECT_FALSE(fresh->getHomeNavigationRunnable());
+  EXPECT_FALSE(fresh->getCurrentViewController());
+  EXPECT_THAT(fresh->getChatHistory(), IsEmpty());
+  EXPECT_EQ(fresh->getAttributes()->getUserId(), "");
+  EXPECT_EQ(fresh->getAttributes()->getSDKVersion(), "0.0.4");
+  EXPECT_EQ(fresh->getAttributes()->getPlatform(), "iOS");
+  EXPECT_FALSE(fresh->getEndpoint().ends_with('/'));
+}
+
+TEST_F(LumicorTest, KeepsLabelledRegionsWithTimeAndVisibility) {
+  const auto fresh = make<Lumicor>();
+  fresh->onSwiftUIViewAppear("never added");
+  EXPECT_THAT(fresh->getSwiftUICoordinates(), IsEmpty());
+
+  fresh->addSwiftUICoordinates("total", {1, 2, 30, 40});
+  RunLoop::advance(1.5);
+  fresh->onSwiftUIViewDisappear("total");
+  SwiftUICoordinates region = fresh->getSwiftUICoordinates().at("total");
+  EXPECT_EQ(region.rect, CGRect(1, 2, 30, 40));
+  EXPECT_EQ(region.time, startMilliseconds + 1500);
+  EXPECT_FALSE(region.isVisible);
+
+  RunLoop::advance(0.5);
+  fresh->addSwiftUICoordinates("total", {5, 6, 7, 8});
+  region = fresh->getSwiftUICoordinates().at("total");
+  EXPECT_EQ(region.rect, CGRect(5, 6, 7, 8));
+  EXPECT_EQ(region.time, startMilliseconds + 2000);
+  EXPECT_TRUE(region.isVisible);
+}
+
+TEST_F(LumicorTest, TellsTheListenerEveryCurrentViewAlsoTheSameOneAgain) {
+  std::vector<std::string> heard;
+  Lumicor::shared().setCurrentViewListener([&](const std::string& name) { heard.push_back(name); });
+  Lumicor::shared().setCurrentView("Cart");
+  Lumicor::shared().setCurrentView("Cart");
+  EXPECT_THAT(heard, ElementsAre("Cart", "Cart"));
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "Cart");
+}
+
+TEST_F(LumicorTest, LogsOneLineWithTheTimeOnlyWhenDebuggingIsEnabled) {
+  testing::internal::CaptureStdout();
+  LumicorDebugHelper::log("silent");
+  Lumicor::shared().setShouldEnableDebug(true);
+  LumicorDebugHelper::log("two\nlines");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "1714564800000, two lines\n");
+}
+
+/// Rows and items of a host, and what became of a selection.
+class SelectionTest : public SessionTest {
+ protected:
+  struct Source : Object<Source, NSObject> {
+    std::int64_t rows(Ref<UITableView>, std::int64_t) { return 100; }
+    Ref<UITableViewCell> row(Ref<UITableView>, IndexPath) {
+      return make<UITableViewCell>(UITableViewCellStyle::standard, "row");
+    }
+    std::int64_t sectionCount(Ref<UICollectionView>) { return 1; }
+    std::int64_t items(Ref<UICollectionView>, std::int64_t) { return 4; }
+    Ref<UICollectionViewCell> item(Ref<UICollectionView> view, IndexPath path) {
+      return view->dequeueReusableCell("item", path);
+    }
+    static void exportMethods(MethodTable<Source>& table) {
+      table.add<&Source::rows>("tableView:numberOfRowsInSection:");
+      table.add<&Source::row>("tableView:cellForRowAtIndexPath:");
+      table.add<&Source::sectionCount>("numberOfSectionsInCollectionView:");
+      table.add<&Source::items>("collectionView:numberOfItemsInSection:");
+      table.add<&Source::item>("collectionView:cellForItemAtIndexPath:");
+    }
+  };
+
+  SelectionTest() {
+    LumicorTrackingTask::setListener(
+        {.onUserAction = [this](const std::string& name,
+                                const Ref<UIView>& view) { actions_.emplace_back(name, view); },
+         .onScreenChange = nullptr,
+         .onShowControl = nullptr});
+    Lumicor::shared().setInitialized(true);
+    Lumicor::isTracking = true;
+    table_->setDataSource(source_);
+    window()->addSubview(table_);
+    collection_ = make<UICollectionView>(CGRect{0, 300, 390, 300}, make<UICollectionViewFlowLayout>());
+    collection_->registerClass<UICollectionViewCell>("item");
+    collection_->setDataSource(source_);
+    window()->addSubview(collection_);
+    table_->layoutIfNeeded();
+    collection_->layoutIfNeeded();
+  }
+  ~SelectionTest() override { LumicorTrackingTask::setListener({}); }
+
+  Ref<Source> source_ = make<Source>();
+  Ref<UITableView> table_ = make<UITableView>(CGRect{0, 0, 390, 300}, UITableViewStyle::plain);
+  Ref<UICollectionView> collection_;
+  std::vector<std::pair<std::string, Ref<UIView>>> actions_;
+};
+
+TEST_F(SelectionTest, RegistersASelectedRowOnlyWhenItsCellIsOnScreen) {
+  Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
+  Lumicor::shared().didSelectRow(table_, IndexPath(90, 0));
+  Lumicor::shared().didSelectRow(table_, IndexPath(-1, 7));
+  EXPECT_THAT(actions_, ElementsAre(Pair("tableView", table_->cellForRowAtIndexPath(IndexPath(1, 0)))));
+}
+
+TEST_F(SelectionTest, NamesASelectedItemAfterItsCollectionAndPlace) {
+  Lumicor::shared().didSelectItem(collection_, IndexPath(2, 0));
+  EXPECT_THAT(actions_, IsEmpty()) << "a collection without a name registers nothing";
+  collection_->setAccessibilityIdentifier("list");
+  Lumicor::shared().didSelectItem(collection_, IndexPath(2, 0));
+  Lumicor::shared().didSelectItem(collection_, IndexPath(40, 0));
+  EXPECT_THAT(actions_, ElementsAre(Pair("LumicorCollectionView-list-0-2",
+                                         collection_->cellForItemAtIndexPath(IndexPath(2, 0)))));
+}
+
+TEST_F(SelectionTest, FallsBackToAPlainNameForACollectionWithoutSections) {
+  EXPECT_EQ(collectionActionName("list", 0, IndexPath(2, 0)), "collectionView");
+  EXPECT_EQ(collectionActionName("my-list", 3, IndexPath(12, 1)), "LumicorCollectionView-my-list-1-12");
+}
+
+TEST_F(SelectionTest, StaysInertUntilInitialisedAndTracking) {
+  Lumicor::isTracking = false;
+  Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
+  Lumicor::isTracking = true;
+  Lumicor::shared().setInitialized(false);
+  Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
+  collection_->setAccessibilityIdentifier("list");
+  Lumicor::shared().didSelectItem(collection_, IndexPath(0, 0));
+  EXPECT_THAT(actions_, IsEmpty());
+}
+
+}  // namespace lumicor::test

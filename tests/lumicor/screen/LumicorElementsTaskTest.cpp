@@ -1,0 +1,184 @@
+#include <gmock/gmock.h>
+#include <limits>
+
+#include "lumicor/screen/LumicorElementsTask.h"
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UILabel.h"
+#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UIScrollView.h"
+#include "tests/lumicor/support/SessionTest.h"
+
+namespace lumicor::test {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+struct FeedScreen : Object<FeedScreen, UIViewController> {};
+
+/// A screen with a few named views, read under an action's name.
+class LumicorElementsTaskTest : public SessionTest {
+ protected:
+  LumicorElementsTaskTest() { showAsCurrent(screen_); }
+
+  Ref<UIView> root() { return screen_->view(); }
+  template <class View = UIView>
+  Ref<View> add(const char* identifier, CGRect frame, Ref<UIView> parent = nullptr) {
+    const auto view = make<View>(frame);
+    if (identifier) view->setAccessibilityIdentifier(identifier);
+    (parent ? parent : root())->addSubview(view);
+    return view;
+  }
+  LumicorScreenElements read(const char* actionName = "tap") {
+    return LumicorElementsTask::getAllElements(root(), actionName);
+  }
+  static std::vector<std::string> names(const LumicorScreenElements& read) {
+    std::vector<std::string> names;
+    for (const LumicroElement& element : read.elements) names.push_back(element.elementId());
+    return names;
+  }
+
+  Ref<FeedScreen> screen_ = make<FeedScreen>();
+};
+using LumicorElementsTaskDeathTest = LumicorElementsTaskTest;
+
+TEST_F(LumicorElementsTaskTest, MakesAnElementOfEveryNamedViewAndOfNoOther) {
+  EXPECT_THAT(read().elements, IsEmpty());
+  const auto box = add(nullptr, {10, 20, 200, 300});
+  const auto button = add<UIButton>("pay", {5.5, 6.9, 120.9, 44.2}, box);
+  button->setTitle("Pay", UIControlState::normal);
+  EXPECT_THAT(read().elements,
+              ElementsAre(LumicroElement("pay", "", 15, 26, 120, 44, "", false, "", "", "Pay", "Default",
+                                         LumicorType::TYPE_INPUT, LumicorInputType::TYPE_BUTTON)));
+  EXPECT_THAT(read().scrollDetails, IsEmpty());
+}
+
+TEST_F(LumicorElementsTaskTest, ListsParentsFirstAndBackToFront) {
+  const auto back = add("back", {0, 0, 100, 100});
+  add("inner 1", {0, 0, 1, 1}, back);
+  add("", {0, 0, 1, 1}, back);
+  add("front", {0, 0, 100, 100});
+  EXPECT_THAT(names(read()), ElementsAre("back", "inner 1", "", "front"));
+}
+
+TEST_F(LumicorElementsTaskTest, LeavesTheTrackerOutButNotWhatLiesInIt) {
+  const auto tracker = add("lumicorTrackerView", {0, 0, 100, 40});
+  add("start", {0, 0, 50, 40}, tracker);
+  add("lumicorTrackerView2", {0, 0, 1, 1});
+  EXPECT_THAT(names(read("LumicorCollectionView-list-0-0")), ElementsAre("start", "lumicorTrackerView2"));
+}
+
+TEST_F(LumicorElementsTaskTest, TakesTheOriginInTheWindowAndTheSizeOfTheBounds) {
+  const auto turned = add("turned", {-40, 100, 20, 60});
+  turned->setTransform(CGAffineTransform::scale(2, 0.5));
+  const auto negative = add("negative", {-3.7, -12.9, 10, 10});
+  const auto all = read().elements;
+  EXPECT_EQ(all[0].x(), -50);
+  EXPECT_EQ(all[0].y(), 115);
+  EXPECT_EQ(all[0].width(), 20);
+  EXPECT_EQ(all[0].height(), 60);
+  EXPECT_EQ(all[1].x(), -3);
+  EXPECT_EQ(all[1].y(), -12);
+}
+
+TEST_F(LumicorElementsTaskTest, GivesNothingWithoutAKeyWindow) {
+  add("pay", {0, 0, 10, 10});
+  struct ShyWindow : Object<ShyWindow, UIWindow> {
+    bool isKeyWindow() const override { return false; }
+  };
+  const auto shy = make<ShyWindow>(CGRect{0, 0, 100, 100});
+  shy->makeKeyAndVisible();
+  EXPECT_THAT(read().elements, IsEmpty());
+}
+
+TEST_F(LumicorElementsTaskTest, ReportsWhereScrollContainersOfTheCurrentScreenStand) {
+  const auto feed = add<UIScrollView>("feed", {0, 0, 100, 100});
+  feed->setContentOffset({0, 240.7});
+  const auto unnamed = add<UIScrollView>(nullptr, {0, 0, 100, 100});
+  add("inside", {0, 0, 1, 1}, unnamed);
+  add<UIScrollView>("second", {0, 0, 100, 100})->setContentOffset({3, -0.5});
+  EXPECT_THAT(read().scrollDetails,
+              ElementsAre(Pair("feed", LumicorScrollView{0, 0, 240}), Pair("second", LumicorScrollView{1, 3, 0})));
+
+  feed->setContentOffset({0, -10});
+  EXPECT_THAT(read().scrollDetails, ElementsAre(Pair("second", LumicorScrollView{0, 3, 0})));
+  EXPECT_EQ(names(read()).size(), 3U);
+
+  Lumicor::shared().setCurrentView("AnotherScreen");
+  EXPECT_THAT(read().scrollDetails, IsEmpty());
+}
+
+TEST_F(LumicorElementsTaskTest, FindsTheOwningScreenBehindItsNavigationController) {
+  const auto feed = add<UIScrollView>("feed", {0, 0, 100, 100});
+  show(make<UINavigationController>(screen_));
+  EXPECT_EQ(read().scrollDetails.size(), 1U);
+  Lumicor::shared().setCurrentView("UINavigationController");
+  EXPECT_THAT(read().scrollDetails, IsEmpty());
+}
+
+TEST_F(LumicorElementsTaskTest, KeepsWhatEarlierTreesPutIntoTheRegistryUntilAWholeScreenIsRead) {
+  add<UIScrollView>("feed", {0, 0, 100, 100});
+  read();
+  const auto other = make<FeedScreen>();
+  window()->addSubview(other->view());
+  const auto more = make<UIScrollView>(CGRect{0, 0, 1, 1});
+  more->setAccessibilityIdentifier("more");
+  other->view()->addSubview(more);
+  EXPECT_THAT(LumicorElementsTask::traverseStoryboardView(other->view(), "").scrollDetails,
+              ElementsAre(Pair("feed", LumicorScrollView{0, 0, 0}), Pair("more", LumicorScrollView{1, 0, 0})));
+  EXPECT_EQ(read().scrollDetails.size(), 1U);
+}
+
+TEST_F(LumicorElementsTaskTest, RewritesTheCollectionEntryForEveryNamedView) {
+  add("a", {0, 0, 1, 1});
+  const char* const action = "LumicorCollectionView-list-0-5";
+  EXPECT_THAT(read(action).scrollDetails, ElementsAre(Pair(action, LumicorScrollView{0, 0, 0})));
+  add<UIScrollView>("feed", {0, 0, 100, 100})->setContentOffset({0, 9});
+  EXPECT_THAT(read(action).scrollDetails,
+              ElementsAre(Pair(action, LumicorScrollView{2, 0, 0}), Pair("feed", LumicorScrollView{1, 0, 9})));
+  EXPECT_THAT(read("lumicorcollectionview").scrollDetails, ElementsAre(Pair("feed", LumicorScrollView{0, 0, 9})));
+}
+
+TEST_F(LumicorElementsTaskTest, AddsVisibleRegionsAfterTheTreeWithTheRootsKind) {
+  const auto scroll = make<UIScrollView>(CGRect{0, 0, 390, 844});
+  screen_->setView(scroll);
+  showAsCurrent(screen_);
+  scroll->setContentOffset({0, 30});
+  add("in tree", {0, 0, 1, 1});
+  Lumicor::shared().addSwiftUICoordinates("total", {10.9, -20.9, 30.5, 40.5});
+  Lumicor::shared().addSwiftUICoordinates("gone", {0, 0, 1, 1});
+  Lumicor::shared().onSwiftUIViewDisappear("gone");
+
+  beginLog();
+  const auto all = read();
+  EXPECT_THAT(log(), ElementsAre("SwiftUI elements added: 1"));
+  EXPECT_THAT(names(all), ElementsAre("in tree", "total"));
+  EXPECT_EQ(all.elements[1], LumicroElement("total", "", 10, -20, 30, 40, "", false, "", "", "0.0 30.0", "Default",
+                                            LumicorType::TYPE_DEFAULT, LumicorInputType::TYPE_DEFAULT));
+  EXPECT_THAT(all.scrollDetails, ElementsAre(Pair("total", LumicorScrollView{0, 0, 30})));
+
+  Lumicor::shared().onSwiftUIViewAppear("gone");
+  EXPECT_EQ(names(read()).size(), 3U);
+}
+
+TEST_F(LumicorElementsTaskTest, ReadsTreesOfAnyDepth) {
+  Ref<UIView> at = add("top", {0, 0, 100, 100});
+  for (int i = 0; i < 20000; ++i) at = add(nullptr, {0, 0, 100, 100}, at);
+  at->setAccessibilityIdentifier("bottom");
+  EXPECT_THAT(names(read()), ElementsAre("top", "bottom"));
+  while (at) {  // taken apart from below: the platform's own teardown is not on trial
+    const Ref<UIView> parent = at->superview();
+    at->removeFromSuperview();
+    at = parent;
+  }
+}
+
+TEST_F(LumicorElementsTaskDeathTest, StopsAtGeometryThatIsNoNumber) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  Lumicor::shared().addSwiftUICoordinates("bad", {std::numeric_limits<double>::quiet_NaN(), 0, 1, 1});
+  EXPECT_DEATH(read(), "fatal error: a number cannot be made a 64-bit integer");
+  Lumicor::shared().addSwiftUICoordinates("bad", {0, 0, 1e300, 1});
+  EXPECT_DEATH(read(), "fatal error: a number cannot be made a 64-bit integer");
+}
+
+}  // namespace lumicor::test

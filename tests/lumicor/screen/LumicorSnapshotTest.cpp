@@ -1,0 +1,154 @@
+#include <fstream>
+#include <gmock/gmock.h>
+#include <sstream>
+
+#include "lumicor/screen/LumicorSnapshot.h"
+#include "tests/lumicor/support/StubService.h"
+
+namespace lumicor::test {
+
+namespace {
+
+LumicroElement element(const std::string& id, std::int64_t x = 0, std::int64_t y = 0) {
+  return {id,
+          "",
+          x,
+          y,
+          120,
+          44,
+          "",
+          false,
+          "",
+          "",
+          "Pay",
+          "Default",
+          LumicorType::TYPE_INPUT,
+          LumicorInputType::TYPE_BUTTON};
+}
+
+LumicroElement emptyElement() {
+  return {"", "", 0, 0, 0, 0, "", false, "", "", "", "", LumicorType::TYPE_DEFAULT, LumicorInputType::TYPE_DEFAULT};
+}
+
+LumicorSnapshot cart() {
+  return {"CartScreen",
+          844,
+          390,
+          "PORTRAIT",
+          {element("pay", 20, 700), element("note \"for\" us\n", -4, -12)},
+          {element("amount", 20, 100)},
+          element("pay", 20, 700),
+          {{"feed", {0, 0, 240}}, {"LumicorCollectionView-list-0-5", {1, 0, 0}}},
+          "Default",
+          "key-7",
+          3};
+}
+
+std::string goldenText(const char* name) {
+  std::ifstream file(std::string(GOLDEN_FOLDER) + "/" + name);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+/// Every member on a line of its own, for eyes; what is compared is the compact form.
+std::string oneMemberALine(const std::string& compact) {
+  std::string text;
+  bool inString = false;
+  for (std::size_t i = 0; i < compact.size(); ++i) {
+    const char c = compact[i];
+    if (c == '"' && (i == 0 || compact[i - 1] != '\\')) inString = !inString;
+    text += c;
+    if (!inString && (c == ',' || c == '{' || c == '[')) text += '\n';
+  }
+  return text + '\n';
+}
+
+}  // namespace
+
+TEST(Vocabulary, AcceptsExactlyItsRawValuesInTheirOrder) {
+  const std::vector<std::string> types = {
+      "TYPE_TEXT",          "TYPE_IMAGE",       "TYPE_WEBVIEW",         "TYPE_RADIO_GROUP",
+      "TYPE_INPUT",         "TYPE_TABBAR",      "TYPE_BAR_BUTTON_ITEM", "TYPE_SEARCH",
+      "TYPE_SEARCH_CANCEL", "TYPE_SYSTEM_BACK", "TYPE_PICKER_VIEW",     "TYPE_DEFAULT"};
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    EXPECT_EQ(caseFromRawValue<LumicorType>(types[i]), LumicorType(i));
+    EXPECT_EQ(rawValue(LumicorType(i)), types[i]);
+  }
+  const std::vector<std::string> inputs = {"TYPE_EDIT_TEXT", "TYPE_BUTTON",          "TYPE_CHECKBOX",
+                                           "TYPE_RADIO",     "TYPE_SELECT",          "TYPE_PROGRESS_BAR",
+                                           "TYPE_TOGGLE",    "TYPE_BAR_BUTTON_ITEM", "TYPE_DEFAULT"};
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    EXPECT_EQ(caseFromRawValue<LumicorInputType>(inputs[i]), LumicorInputType(i));
+  }
+  EXPECT_FALSE(caseFromRawValue<LumicorType>("TYPE_BUTTON"));
+  EXPECT_FALSE(caseFromRawValue<LumicorType>("type_text"));
+  EXPECT_FALSE(caseFromRawValue<LumicorInputType>("TYPE_TEXT"));
+}
+
+TEST(LumicroElement, WritesAllKeysInOrderAlsoEmptyOnes) {
+  EXPECT_EQ(*encodeJSON(emptyElement()),
+            R"({"elementId":"","fragmentId":"","x":0,"y":0,"width":0,"height":0,"actionName":"",)"
+            R"("isNavigational":false,"actionId":"","destination":"","value":"","elementDescription":"",)"
+            R"("type":"TYPE_DEFAULT","inputType":"TYPE_DEFAULT"})");
+}
+
+TEST(LumicroElement, ComparesEveryFieldAndChangesOnlyThree) {
+  LumicroElement changed = element("pay");
+  EXPECT_EQ(changed, element("pay"));
+  changed.setNavigational(true);
+  changed.setDestination("Thanks");
+  changed.setValue("Paid");
+  EXPECT_NE(changed, element("pay"));
+  EXPECT_EQ(*decodeJSON<LumicroElement>(*encodeJSON(changed)), changed);
+}
+
+TEST(LumicroElement, DecodesOnlyWhenEveryKeyHasItsType) {
+  const JSONValue whole = toJSONValue(element("pay", -4, 7));
+  ASSERT_TRUE(decodeRecord<LumicroElement>(whole));
+  EXPECT_EQ(decodeRecord<LumicroElement>(whole)->x(), -4);
+  for (const auto& [name, value] : *whole.asObject()) {
+    SCOPED_TRACE(name);
+    JSONValue broken = whole;
+    broken.set(name, nullptr);
+    EXPECT_FALSE(decodeRecord<LumicroElement>(broken));
+    broken.set(name, value.asString() ? JSONValue(1) : JSONValue("1"));
+    EXPECT_FALSE(decodeRecord<LumicroElement>(broken));
+    std::erase_if(*broken.asObject(), [&, key = name](const auto& member) { return member.first == key; });
+    EXPECT_FALSE(decodeRecord<LumicroElement>(broken));
+  }
+  JSONValue other = whole;
+  EXPECT_FALSE(decodeRecord<LumicroElement>(other.set("type", "TYPE_BUTTON")));
+  EXPECT_TRUE(decodeRecord<LumicroElement>(
+      other.set("type", "TYPE_BAR_BUTTON_ITEM").set("inputType", "TYPE_BAR_BUTTON_ITEM").set("unknown", nullptr)));
+  EXPECT_FALSE(decodeRecord<LumicroElement>(other.set("x", 0.5)));
+}
+
+TEST(LumicorSnapshot, EncodesAsTheGoldenFileSays) {
+  const std::string compact = *encodeJSON(cart());
+  EXPECT_EQ(oneMemberALine(compact), goldenText("cart-snapshot.json"));
+  EXPECT_EQ(*decodeJSON<LumicorSnapshot>(compact), cart());
+}
+
+TEST(LumicorSnapshot, WritesEmptyListsAndMaps) {
+  const LumicorSnapshot empty{"", 0, 0, "", {}, {}, emptyElement(), {}, "", "", 0};
+  const std::string text = *encodeJSON(empty);
+  EXPECT_THAT(text, testing::HasSubstr(R"("elements":[],"inputs":[],"actionElement":{)"));
+  EXPECT_THAT(text, testing::HasSubstr(R"("scrollDetails":{},"viewDescription")"));
+}
+
+TEST(LumicorSnapshot, FailsAsAWholeAndNamesThePlace) {
+  const JSONValue whole = toJSONValue(cart());
+  for (const auto& [name, value] : *whole.asObject()) {
+    JSONValue broken = whole;
+    EXPECT_FALSE(decodeRecord<LumicorSnapshot>(broken.set(name, nullptr))) << name;
+  }
+  std::string text = *encodeJSON(cart());
+  const std::size_t at = text.rfind("\"elementDescription\":\"Default\",");
+  text.erase(at, std::string("\"elementDescription\":\"Default\",").size());
+  const auto decoded = decodeJSON<LumicorSnapshot>(text);
+  ASSERT_FALSE(decoded);
+  EXPECT_THAT(decoded.error(), testing::HasSubstr("actionElement.elementDescription"));
+}
+
+}  // namespace lumicor::test
