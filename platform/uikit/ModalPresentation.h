@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/graphics/CGGeometry.h"
 #include "platform/runtime/Ref.h"
@@ -31,26 +32,34 @@ class ModalPresentation : public std::enable_shared_from_this<ModalPresentation>
 
   ModalPresentation(const Ref<UIViewController>& presenting, const Ref<UIViewController>& presented);
   ~ModalPresentation();
-  /// The window changed its size.
-  void layOut();
 
  private:
   enum class Stage { presenting, presented, dismissing, over };
-  void begin(bool animated, Completion completion);
+  void begin(const Ref<UIWindow>& window, bool animated, Completion completion);
   void beginDismissal(bool animated, Completion completion);
-  void animate(double duration, std::function<void()> changes, std::function<void()> end);
-  /// Runs the end of the animation now, when one runs.
-  void finish();
+  using Screens = std::vector<Ref<UIViewController>>;
+  void finishDismissal(const Screens& chain, const Screens& disappearing, bool uncovers);
   void build(const Ref<UIWindow>& window);
-  CGRect presentedFrame() const;
+  void showAway(bool away);
+  void setAside(const Ref<UIViewController>& presenting);
+  void bringBack(const Ref<UIViewController>& presenting);
+  void animate(std::function<void()> changes);
+  /// Runs the end of the movement now, when one is under way.
+  void finish();
+  void layOut();
+  CGRect holderFrame() const;
   bool coversAll() const;
+  bool isSheet() const;
 
   Weak<UIViewController> presenting_;
   Weak<UIViewController> presented_;
   Stage stage_ = Stage::presenting;
-  Ref<UIView> container_;
+  Ref<UIView> container_;  // over the whole window
   Ref<UIView> dimming_;
+  Ref<UIView> holder_;  // around the presented view: moved, faded, rounded in its place
+  Weak<UIView> aside_;  // where the covered view belongs
   std::function<void()> end_;
+  int movement_ = 0;
 };
 
 }  // namespace platform

@@ -84,6 +84,8 @@ class UIBarButtonItem : public Object<UIBarButtonItem, UIBarItem> {
 
   Ref<NSObject> target() const { return target_.lock(); }
   void setTarget(const Ref<NSObject>& target);
+  /// True also when the target has died meanwhile: then the action goes nowhere.
+  bool sendsToTarget() const { return hasTarget_; }
   SEL action() const { return action_; }
   void setAction(SEL action);
   UIBarButtonItemStyle style() const { return style_; }

@@ -10,6 +10,7 @@
 namespace platform {
 
 class UILabel;
+class _UIBarBackground;
 
 /// Shows the last of a stack of navigation items: title, bar buttons, and a back button named after the item before.
 /// A navigation controller drives its own bar; a bar of the host's own is driven with push and pop. Delegate selectors
@@ -57,9 +58,6 @@ class UINavigationBar : public Object<UINavigationBar, UIView> {
   CGSize sizeThatFits(CGSize size) const override;
   CGSize intrinsicContentSize() const override;
   void layoutSubviews() override;
-  bool pointInside(CGPoint point, const Ref<UIEvent>& event) const override;
-  Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event) override;
-  void tintColorDidChange() override;
 
  private:
   friend class UINavigationItem;
@@ -69,18 +67,24 @@ class UINavigationBar : public Object<UINavigationBar, UIView> {
   void itemDidChange(const UINavigationItem& item, bool animated);
   void backButtonTapped();
   void show(Direction direction, bool animated);
-  std::unique_ptr<Contents> buildContents();
-  void layOut(Contents& contents);
+  void fillTitle(Contents& contents, const Contents* old);
+  void fillButtons(Contents& contents);
+  void bring(const Contents& contents, const Contents* old, Direction direction, bool animated);
+  void take(const Contents& contents, Direction direction, bool animated);
+  void layOutTitle(double left, double right);
+  double layOutLeft();
+  double layOutRight();
   bool showsLargeTitle() const;
+  std::string backTitle() const;
 
   std::vector<Ref<UINavigationItem>> items_;
   Weak<NSObject> delegate_;
+  Weak<UINavigationController> controller_;
   std::optional<UIColor> barTintColor_;
   std::optional<UIColor> titleColor_;
   bool prefersLargeTitles_ = false;
   double topExtension_ = 0;
-  Ref<UIView> background_;
-  Ref<UIView> hairline_;
+  Ref<_UIBarBackground> background_;
   std::unique_ptr<Contents> contents_;
 };
 

@@ -7,6 +7,7 @@
 
 namespace platform {
 
+class NavigationEdgePan;
 class NavigationTransition;
 class UIGestureRecognizer;
 
@@ -74,46 +75,55 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
 
  private:
   friend class NavigationTransition;
+  friend class NavigationEdgePan;
   friend class UIViewController;
   friend class UITabBarController;
+  friend class UINavigationBar;
   using Stack = std::vector<Ref<UIViewController>>;
 
-  // UINavigationController.cpp
+  // UINavigationController.cpp: the stack and what follows from it
   void change(Stack stack, bool animated);
-  void adopt(const Stack& stack);
+  void adopt();
   void follow(bool animated);
   void followSilently();
   void begin(const Ref<UIViewController>& to, bool animated, bool interactive);
   void transitionEnded(bool completed);
-  void finishRunningTransition();
-  void announceLeaving(const Stack& leaving);
-  void finishContainment();
-  void restore(Stack stack);
+  void goBackTo(const Ref<UIViewController>& from, const Ref<UIViewController>& to);
   Stack leaving() const;
+  void announceLeaving(const Stack& leaving);
+  void finishEntering(const Stack& entering);
+  void finishLeaving(const Stack& leaving);
+  bool canPopInteractively();
+  void beginInteractivePop();
   Ref<NSObject> animationControllerFor(UINavigationControllerOperation operation, const Ref<UIViewController>& from,
                                        const Ref<UIViewController>& to);
   void tellDelegate(const char* selector, const Ref<UIViewController>& shown, bool animated);
 
-  // UINavigationControllerBars.cpp
+  // UINavigationControllerBars.cpp: what stands where
+  void layOut();
   void layOutBars();
+  /// Moves the bars to where they belong, hides what is out of sight at the end.
+  void applyBars(bool animated, double seconds);
+  void settleBars();
   void updateInsets();
+  /// Puts the screen's view into place among the contents.
   void place(const Ref<UIViewController>& controller);
+  void fit(const Ref<UIViewController>& controller);
   void showItems(bool animated);
   void toolbarItemsDidChange(const UIViewController& controller, bool animated);
-  void barHeightDidChange();
-  bool shouldPopItem(Ref<UINavigationBar> bar, Ref<UINavigationItem> item);
-  void edgePanned(Ref<UIGestureRecognizer> recognizer);
-  bool gestureShouldBegin(Ref<UIGestureRecognizer> recognizer);
+  void barHeightDidChange(bool animated);
+  bool shouldPopItem(Ref<NSObject> bar, Ref<NSObject> item);
 
   Weak<NSObject> delegate_;
   Ref<UIView> content_;  // holds the screens' views
   Ref<UINavigationBar> bar_;
   Ref<UIToolbar> toolbar_;
-  Ref<UIGestureRecognizer> edgePan_;
-  Ref<UIViewController> shown_;  // the screen whose view is in place
-  Stack adopted_;                // whose parent this is: the stack, and those on their way out
-  Stack entering_;               // not yet told didMoveToParent
-  Stack before_;                 // the stack before an interactive pop
+  Ref<NavigationEdgePan> edgePan_;
+  Ref<UIViewController> shown_;     // the screen whose view is in place
+  Ref<UIViewController> arriving_;  // the one that is on its way in
+  Stack adopted_;                   // whose parent this is: the stack, and those on their way out
+  Stack entering_;                  // not yet told didMoveToParent
+  Stack settled_;                   // the stack as the last finished transition left it
   std::shared_ptr<NavigationTransition> transition_;
   bool settling_ = false;  // callbacks of a transition run: changes wait
   bool waiting_ = false;   // the stack changed meanwhile

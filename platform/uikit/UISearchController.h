@@ -34,19 +34,18 @@ class UISearchController : public Object<UISearchController, UIViewController> {
   void setObscuresBackgroundDuringPresentation(bool obscures) { obscures_ = obscures; }
 
  private:
-  friend class UINavigationBar;
   void editingBegan();
   void textChanged();
   void cancelTapped();
   void update();
-  void showResults();
-  void hideResults();
+  void showContent();
+  void hideContent();
+  void tell(const char* selector);
   Ref<UIViewController> searchedController() const;
 
   Ref<UISearchBar> searchBar_;
   Ref<UIViewController> results_;
-  Ref<UIView> dimming_;
-  Weak<UINavigationItem> item_;
+  Ref<UIControl> dimming_;
   Weak<NSObject> updater_;
   Weak<NSObject> delegate_;
   bool active_ = false;

@@ -8,6 +8,7 @@
 namespace platform {
 
 class UITabBarButton;
+class _UIBarBackground;
 
 /// The row of tabs at a screen's bottom. Delegate selector (held weakly, optional): "tabBar:didSelectItem:", for taps
 /// alone. Main thread.
@@ -54,8 +55,7 @@ class UITabBar : public Object<UITabBar, UIView> {
   Weak<UITabBarController> controller_;
   std::optional<UIColor> barTintColor_;
   std::optional<UIColor> unselectedTint_;
-  Ref<UIView> background_;
-  Ref<UIView> hairline_;
+  Ref<_UIBarBackground> background_;
 };
 
 }  // namespace platform

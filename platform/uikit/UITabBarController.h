@@ -46,21 +46,19 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   friend class NavigationTransition;
   friend class UIViewController;
   void itemTapped(const Ref<UITabBarItem>& item);
-  void itemDidChange(const UIViewController& controller);
   void select(const Ref<UIViewController>& controller);
   void layOut();
   void updateItems();
-  void updateInsets();
-  /// A screen pushed in a tab wants the bar out of the way, or back.
-  void setTabBarPushedAway(bool away);
-  bool tabBarTakesRoom();
+  void fit(const Ref<UIViewController>& controller);
+  /// A screen pushed in the selected tab wants the bar out of the way.
+  bool isTabBarPushedAway() const;
 
   Weak<NSObject> delegate_;
   Ref<UITabBar> tabBar_;
   Ref<UIView> content_;
   Ref<UIViewController> selected_;
   Ref<UIViewController> shown_;
-  bool barPushedAway_ = false;
+  bool selecting_ = false;
 };
 
 }  // namespace platform

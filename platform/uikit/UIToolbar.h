@@ -7,6 +7,8 @@
 
 namespace platform {
 
+class _UIBarBackground;
+
 /// A row of bar buttons at a screen's bottom. Flexible spaces share what room is left. Main thread.
 class UIToolbar : public Object<UIToolbar, UIView> {
  public:
@@ -31,8 +33,7 @@ class UIToolbar : public Object<UIToolbar, UIView> {
   std::vector<Ref<UIBarButtonItem>> items_;
   std::optional<UIColor> barTintColor_;
   double bottomExtension_ = 0;
-  Ref<UIView> background_;
-  Ref<UIView> hairline_;
+  Ref<_UIBarBackground> background_;
 };
 
 }  // namespace platform
