@@ -1,0 +1,229 @@
+#include <gmock/gmock.h>
+
+#include "platform/animation/CALayer.h"
+#include "platform/uikit/UIApplication.h"
+#include "tests/support/AppFixture.h"
+
+namespace platform::test {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class TreeTest : public AppFixture {};
+
+/// Notes what the platform tells it.
+class ToldView : public Object<ToldView, UIView> {
+ public:
+  void willMoveToSuperview(const Ref<UIView>& superview) override { note(superview ? "will move" : "will leave"); }
+  void didMoveToSuperview() override { note("did move"); }
+  void didAddSubview(const Ref<UIView>&) override { note("did add"); }
+  void willRemoveSubview(const Ref<UIView>&) override { note("will remove"); }
+  void willMoveToWindow(const Ref<UIWindow>& window) override { note(window ? "will enter" : "will exit"); }
+  void didMoveToWindow() override {
+    note(window() ? "did enter" : "did exit");
+    if (onWindow) onWindow();
+  }
+  void tintColorDidChange() override { note("tint"); }
+
+  std::string name;
+  std::vector<std::string>* log = nullptr;
+  std::function<void()> onWindow;
+
+ private:
+  void note(const std::string& what) {
+    if (log) log->push_back(name + " " + what);
+  }
+};
+
+/// A chain of views, one inside the other; the innermost is `innermost`.
+Ref<UIView> chainOf(int depth, Ref<UIView>* innermost) {
+  const auto root = make<UIView>(CGRect{0, 0, 100, 100});
+  Ref<UIView> at = root;
+  for (int i = 1; i < depth; ++i) {
+    const auto next = make<UIView>(CGRect{0, 0, 100, 100});
+    at->addSubview(next);
+    at = next;
+  }
+  *innermost = at;
+  return root;
+}
+
+}  // namespace
+
+TEST_F(TreeTest, KeepsSubviewsAndTheirLayersInOrder) {
+  const auto parent = make<UIView>();
+  const auto own = CALayer::layer();  // a layer of the host's own, between those of views
+  const auto a = make<UIView>();
+  const auto b = make<UIView>();
+  const auto c = make<UIView>();
+  const auto layers = [&] {
+    std::string names;
+    for (const Ref<CALayer>& layer : parent->layer()->sublayers()) {
+      names += layer == own ? '-' : layer == a->layer() ? 'a' : layer == b->layer() ? 'b' : 'c';
+    }
+    return names;
+  };
+  parent->addSubview(a);
+  parent->layer()->addSublayer(own);
+  parent->addSubview(b);
+  EXPECT_EQ(layers(), "ab-") << "beside the layers of its siblings, not on top of what the host put there";
+  parent->insertSubviewBelow(c, b);
+  EXPECT_THAT(parent->subviews(), ElementsAre(a, c, b));
+  parent->bringSubviewToFront(a);
+  EXPECT_THAT(parent->subviews(), ElementsAre(c, b, a));
+  EXPECT_EQ(layers(), "cba-");
+  parent->sendSubviewToBack(b);
+  parent->insertSubviewAbove(c, a);
+  EXPECT_THAT(parent->subviews(), ElementsAre(b, a, c));
+  EXPECT_EQ(layers(), "bac-");
+  parent->addSubview(b);
+  EXPECT_THAT(parent->subviews(), ElementsAre(a, c, b));
+  parent->insertSubview(c, 99);
+  EXPECT_THAT(parent->subviews(), ElementsAre(a, b, c));
+  a->removeFromSuperview();
+  EXPECT_EQ(layers(), "bc-");
+  EXPECT_EQ(a->superview(), nullptr);
+}
+
+TEST_F(TreeTest, TellsEverybodyConcernedOfMoves) {
+  std::vector<std::string> log;
+  const auto told = [&](const char* name) {
+    auto view = make<ToldView>();
+    view->name = name;
+    view->log = &log;
+    return view;
+  };
+  const auto parent = told("parent");
+  const auto child = told("child");
+  const auto grandchild = told("grandchild");
+  child->addSubview(grandchild);
+  content()->addSubview(parent);
+  log.clear();
+  parent->addSubview(child);
+  EXPECT_THAT(log, ElementsAre("child will move", "child will enter", "grandchild will enter", "child did enter",
+                               "grandchild did enter", "child did move", "parent did add"));
+  log.clear();
+  child->removeFromSuperview();
+  EXPECT_THAT(log, ElementsAre("parent will remove", "child will leave", "child will exit", "grandchild will exit",
+                               "child did exit", "grandchild did exit", "child did move"));
+  log.clear();
+  parent->addSubview(child);
+  log.clear();
+  content()->addSubview(child);
+  EXPECT_THAT(log, ElementsAre("parent will remove", "child will move", "child did move"))
+      << "inside one window nobody leaves it";
+}
+
+TEST_F(TreeTest, HandsTintDownToThoseWithoutTheirOwn) {
+  const auto parent = make<UIView>();
+  const auto child = make<ToldView>();
+  const auto stubborn = make<ToldView>();
+  std::vector<std::string> log;
+  child->name = "child";
+  stubborn->name = "stubborn";
+  child->log = stubborn->log = &log;
+  parent->addSubview(child);
+  parent->addSubview(stubborn);
+  EXPECT_EQ(child->tintColor(), UIColor(0, 122.0 / 255, 1, 1));
+  stubborn->setTintColor(UIColor::black());
+  log.clear();
+  parent->setTintColor(UIColor::white());
+  EXPECT_THAT(log, ElementsAre("child tint"));
+  EXPECT_EQ(child->tintColor(), UIColor::white());
+  EXPECT_EQ(stubborn->tintColor(), UIColor::black());
+  log.clear();
+  child->removeFromSuperview();
+  EXPECT_EQ(log.back(), "child tint");
+  EXPECT_EQ(child->tintColor(), UIColor(0, 122.0 / 255, 1, 1));
+}
+
+TEST_F(TreeTest, RefusesToPutAViewIntoItself) {
+  const auto a = make<UIView>();
+  const auto b = make<UIView>();
+  a->addSubview(b);
+  EXPECT_DEATH(b->addSubview(a), "cannot become a subview of itself");
+  EXPECT_DEATH(a->addSubview(a), "cannot become a subview of itself");
+}
+
+TEST_F(TreeTest, FindsTagsDepthFirstFromTheBack) {
+  const auto root = make<UIView>();
+  const auto first = make<UIView>();
+  const auto second = make<UIView>();
+  const auto inFirst = make<UIView>();
+  root->addSubview(first);
+  root->addSubview(second);
+  first->addSubview(inFirst);
+  second->setTag(7);
+  inFirst->setTag(7);
+  EXPECT_EQ(root->viewWithTag(7), inFirst);
+  EXPECT_EQ(root->viewWithTag(8), nullptr);
+}
+
+TEST_F(TreeTest, MayBeOfAnyDepth) {
+  constexpr int depth = 20000;
+  Ref<UIView> innermost;
+  Ref<UIView> root = chainOf(depth, &innermost);
+  const Weak<UIView> watched = innermost;
+  content()->addSubview(root);
+  EXPECT_EQ(innermost->window(), window());
+  settle();  // laid out
+  EXPECT_EQ(innermost->convertPoint({1, 1}, nullptr), (CGPoint{1, 1}));
+  EXPECT_EQ(window()->hitTest({50, 50}, nullptr), innermost);
+  EXPECT_EQ(window()->hitTest({150, 50}, nullptr), content());
+  EXPECT_TRUE(innermost->isDescendantOfView(window().get()));
+  innermost->touchesBegan({}, nullptr);  // up the whole responder chain
+  innermost->setTag(7);
+  EXPECT_EQ(root->viewWithTag(7), innermost);
+  root->setTintColor(UIColor::black());
+  window()->layer()->displayIfNeeded();
+  root->removeFromSuperview();
+  EXPECT_EQ(innermost->window(), nullptr);
+  innermost.reset();
+  root.reset();
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(TreeTest, LeavesWhatSomebodyKeepsOutsideOfAnyWindow) {
+  auto parent = make<UIView>();
+  auto middle = make<UIView>();
+  const auto kept = make<ToldView>();
+  std::vector<std::string> log;
+  middle->addSubview(kept);
+  parent->addSubview(middle);
+  content()->addSubview(parent);
+  kept->log = &log;
+  middle.reset();
+  parent->removeFromSuperview();
+  log.clear();
+  parent.reset();
+  EXPECT_EQ(kept->superview(), nullptr);
+  EXPECT_EQ(kept->layer()->superlayer(), nullptr);
+  content()->addSubview(kept);
+  EXPECT_EQ(kept->window(), window());
+
+  auto second = make<UIWindow>(CGRect{0, 0, 100, 100});
+  second->setHidden(false);
+  second->addSubview(kept);
+  log.clear();
+  second.reset();
+  EXPECT_THAT(log, ElementsAre(" did exit"));
+  EXPECT_EQ(kept->window(), nullptr);
+}
+
+TEST_F(TreeTest, CopesWithHooksThatChangeTheTree) {
+  const auto restless = make<ToldView>();
+  const auto inner = make<ToldView>();
+  restless->addSubview(inner);
+  restless->onWindow = [&] {
+    restless->onWindow = nullptr;
+    restless->removeFromSuperview();
+  };
+  content()->addSubview(restless);
+  EXPECT_EQ(restless->window(), nullptr);
+  EXPECT_EQ(inner->window(), nullptr);
+  EXPECT_THAT(content()->subviews(), IsEmpty());
+}
+
+}  // namespace platform::test
