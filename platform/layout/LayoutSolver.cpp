@@ -40,12 +40,12 @@ LayoutSolver::AddResult LayoutSolver::addConstraint(const LinearConstraint& cons
     tableau_.addToObjective(record.priority, record.error, 1);
     if (isEquation) tableau_.addToObjective(record.priority, record.marker, 1);
   }
+  tableau_.markChanged();  // also by an attempt that fails: it may have moved on
   if (!install(record)) {
     AddResult refused{noLayoutConstraint, conflictInWork()};
     tableau_.eraseSymbol(record.marker);
     return refused;
   }
-  tableau_.markChanged();
   return {keep(record), {}};
 }
 

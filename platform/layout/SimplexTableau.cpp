@@ -372,8 +372,8 @@ void SimplexTableau::optimise() {
 
 bool SimplexTableau::ratioIsSmaller(SimplexSymbol a, double coefficientA, SimplexSymbol b, double coefficientB) const {
   for (const Level& level : levels_) {
-    const double ratioA = std::max(find(level.cells, a), 0.0) / coefficientA;
-    const double ratioB = std::max(find(level.cells, b), 0.0) / coefficientB;
+    const double ratioA = find(level.cells, a) / coefficientA;  // may be negative below a level that decides
+    const double ratioB = find(level.cells, b) / coefficientB;
     if (std::abs(ratioA - ratioB) > tinyCost) return ratioA < ratioB;
   }
   return false;
