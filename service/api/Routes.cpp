@@ -18,9 +18,11 @@ bool isLoopback(std::string_view peer) {
 /// A page in a browser can be made to call this machine under a name of its own choosing; names other than these are
 /// not for us.
 bool isLoopbackName(std::string_view hostAndPort) {
-  const bool isBracketed = hostAndPort.starts_with('[');
-  const std::string_view host = hostAndPort.substr(0, isBracketed ? hostAndPort.find(']') + 1 : hostAndPort.find(':'));
-  return host == "localhost" || host == "[::1]" || host.starts_with("127.");
+  const std::size_t colon = hostAndPort.rfind(':');
+  const bool hasPort = colon != std::string_view::npos && hostAndPort.find(']', colon) == std::string_view::npos;
+  const std::string_view host = hasPort ? hostAndPort.substr(0, colon) : hostAndPort;
+  const bool isNumeric = host.find_first_not_of("0123456789.") == std::string_view::npos;
+  return host == "localhost" || host == "[::1]" || (isNumeric && host.starts_with("127."));
 }
 
 void checkLength(const HeaderFields& headers, std::uint64_t maximum) {

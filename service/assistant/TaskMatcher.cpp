@@ -1,9 +1,12 @@
 #include "service/assistant/TaskMatcher.h"
 
+#include <cmath>
+
 namespace service {
 namespace {
 
 constexpr std::size_t kCandidates = 8;
+constexpr double kLevel = 1e-6;
 /// Longer queries are read up to here.
 constexpr std::size_t kMaximumTokens = 120;
 /// What a missing slot costs that will be asked for; a missing choice is what a request is about, and costs all.
@@ -72,7 +75,10 @@ void TaskMatcher::consider(const PreparedTask& task, const std::vector<Token>& t
     const double said = sampleShare(sample, alignment, filling.values);
     const double explained = queryShare(tokens, filling.claimed);
     const double score = said + explained == 0 ? 0 : 2 * said * explained / (said + explained);
-    if (!best || score > best->score) best = Match{&task, std::move(filling), score};
+    // Of two samples that fit alike the one that says more itself is meant, not the one whose text slot took it all.
+    const bool isLevel = best && std::abs(score - best->score) < kLevel;
+    const bool isBetter = !best || (isLevel ? alignment.matchedWords > best->matchedWords : score > best->score);
+    if (isBetter) best = Match{&task, std::move(filling), score, alignment.matchedWords};
   }
 }
 

@@ -14,7 +14,8 @@ namespace service {
 struct Match {
   const PreparedTask* task = nullptr;
   Filling filling;
-  double score = 0;  ///< 0 to 1
+  double score = 0;         ///< 0 to 1
+  double matchedWords = 0;  ///< weight of the sample's own words that the query has
 };
 
 /// Finds the task that a query asks for. Any thread.

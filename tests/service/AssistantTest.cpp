@@ -10,6 +10,7 @@ namespace service {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 const std::vector<Task>& bakeryTasks() {
   static const std::vector<Task> tasks = TaskFile::load(dataFolder() / "tasks.json");
@@ -50,6 +51,8 @@ TEST(TaskMatcher, FindsTheTaskAndItsSlotsInManyPhrasings) {
       {"order bread to 1 Mill Lane", "order-bread address=1 Mill Lane"},
       {"order 50 baguettes", "order-bread product=Baguette quantity=50 (quantity not allowed)"},
       {"order two rye loaves and three baguettes", "order-bread product=Rye Loaf quantity=2 (product contradicted)"},
+      {"order rye to 1 Mill Lane with the note: Ring twice!",
+       "order-bread address=1 Mill Lane note=Ring twice product=Rye Loaf"},
       {"search for plum cake with walnuts", "search-recipes words=plum cake with walnuts"},
       {"Look up: Königsberger Klopse!", "search-recipes words=Königsberger Klopse"},
       {"can you find a recipe for baguettes", "search-recipes words=baguettes"},
@@ -93,6 +96,36 @@ TEST(WordForms, GivesSingularAndPluralOneKey) {
     EXPECT_EQ(wordKey(plural), wordKey(singular)) << plural;
   EXPECT_NE(wordKey("glass"), wordKey("gla"));
   EXPECT_NE(wordKey("this"), wordKey("thi"));
+}
+
+TEST(WordForms, ReadsNumbersInDigitsAndWords) {
+  const std::vector<std::string> words{
+      "one",    "two",    "three",    "four",     "five",    "six",     "seven",     "eight",    "nine",     "ten",
+      "eleven", "twelve", "thirteen", "fourteen", "fifteen", "sixteen", "seventeen", "eighteen", "nineteen", "twenty"};
+  for (std::size_t i = 0; i < words.size(); ++i) EXPECT_EQ(numberWord(words[i]), static_cast<std::int64_t>(i + 1));
+  for (const auto* text : {"7", "07", "7x", "x7"}) EXPECT_EQ(numberWord(text), 7) << text;
+  for (const auto* text : {"", "x", "7y", "1234567890", "many"}) EXPECT_EQ(numberWord(text), std::nullopt) << text;
+}
+
+TEST(TokenText, FoldsCaseAndAccentsAndKeepsThePlaces) {
+  const std::string text = "Ça, STRAßE\xE2\x80\x94Łódź Ωmega\xCC\x81!";
+  std::vector<std::string> words;
+  for (const Token& token : tokenise(text)) {
+    words.push_back(token.word);
+    EXPECT_EQ(tokenise(text.substr(token.begin, token.end - token.begin)).at(0).word, token.word);
+  }
+  EXPECT_THAT(words, testing::ElementsAre("ca", "strasse", "lodz", "ωmega"));
+}
+
+TEST(TextSlots, EndWhereTheNextPartOfTheSampleBegins) {
+  const std::vector<Task> tasks = TaskFile::parse(R"json({"tasks": [{"id": "tell", "title": "Tell somebody",
+    "samples": ["tell {person} that {message}"], "answer": "Told.",
+    "slots": [{"name": "person", "type": "text"}, {"name": "message", "type": "text"}]}]})json");
+  const TaskMatcher matcher(tasks);
+  const auto match = matcher.find("please tell Aunt Mary of Hill House that the bread is baked, thanks");
+  ASSERT_TRUE(match);
+  EXPECT_EQ(match->filling.values.at("person").text, "Aunt Mary of Hill House");
+  EXPECT_EQ(match->filling.values.at("message").text, "the bread is baked");
 }
 
 TEST(WordForms, TakesOneSlipForAMistypedWord) {
@@ -178,6 +211,12 @@ TEST_F(DialogueTest, ListsWhatItCanDoWhenNothingMatches) {
   EXPECT_EQ(reply.kind, Reply::Kind::NoMatch);
   EXPECT_THAT(reply.answer, HasSubstr(R"(- Order bread, for example "order 2 Rye Loaf to 1 Mill Lane")"));
   EXPECT_EQ(reply.taskId, "");
+}
+
+TEST_F(DialogueTest, MakesAStepOfAnOptionalSlotOnlyWhenItHasAValue) {
+  EXPECT_THAT(say("order rye to 1 Mill Lane with the note Ring twice").answer,
+              HasSubstr(R"({"elementId":"note","index":3,"value":"Ring twice")"));
+  EXPECT_THAT(say("order rye to 1 Mill Lane").answer, Not(HasSubstr("note")));
 }
 
 TEST_F(DialogueTest, WritesEveryStepInFullCountsThemAndClosesTheList) {

@@ -145,7 +145,8 @@ TEST_F(HttpTest, GivesOutNothingBesideItsAssets) {
 TEST_F(HttpTest, ShowsWhatItKeepsToThisMachineOnly) {
   EXPECT_EQ(talk(port(), "GET /admin/events HTTP/1.1\r\nHost: [::1]:80\r\n\r\n").status, 200);
   // A page in a browser can bring its own name to our address.
-  EXPECT_EQ(talk(port(), "GET /admin/events HTTP/1.1\r\nHost: evil.example\r\n\r\n").status, 403);
+  for (const std::string host : {"evil.example", "127.evil.example", "localhost.evil.example", "[::1].evil.example"})
+    EXPECT_EQ(talk(port(), "GET /admin/events HTTP/1.1\r\nHost: " + host + "\r\n\r\n").status, 403) << host;
   EXPECT_EQ(talk(port(), "GET /admin/events HTTP/1.1\r\n\r\n").status, 403);
 }
 
@@ -157,6 +158,16 @@ TEST_F(HttpTest, StopsReadingABodyInChunksThatGrowsTooLarge) {
   for (int i = 0; i < 9; ++i) wire.send(chunk);
   wire.finishSending();
   EXPECT_EQ(wire.receive().status, 413);
+}
+
+TEST_F(HttpTest, AsksForABodyOnlyWhenItWillTakeIt) {
+  const std::string head = "POST /sdk/init HTTP/1.1\r\nHost: a\r\nExpect: 100-continue\r\n" + identityHeaders() +
+                           "Content-Type: application/json\r\n";
+  EXPECT_EQ(talk(port(), head + "Content-Length: 2\r\n\r\n{}").status, 200);
+  Wire refused(port());
+  refused.send(head + "Content-Length: 99000000\r\n\r\n");
+  refused.finishSending();
+  EXPECT_EQ(refused.receive().status, 413);
 }
 
 TEST_F(HttpTest, TakesABodyInChunksAndOneOfTheFullSize) {

@@ -1,10 +1,12 @@
 #include <functional>
 #include <gmock/gmock.h>
+#include <thread>
 
 #include "service/assistant/TaskFile.h"
 #include "service/base/Arguments.h"
 #include "service/base/Configuration.h"
 #include "service/base/LoadError.h"
+#include "service/base/Utf8.h"
 #include "service/store/Store.h"
 #include "tests/service/TemporaryFolder.h"
 
@@ -127,6 +129,32 @@ TEST(Configuration, CompletesRelativeAddressesAndAcceptsAnyKeyUnlessToldWhich) {
   EXPECT_FALSE(Configuration::parse(good).accepts("other"));
   EXPECT_TRUE(Configuration::parse("{}").accepts("other"));
   EXPECT_FALSE(Configuration::parse("{}").accepts(""));
+}
+
+TEST(Utf8, TellsTextFromOtherBytes) {
+  for (const auto* text : {"", "a", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x8D\x9E", "\xF4\x8F\xBF\xBF"})
+    EXPECT_TRUE(isUtf8(text)) << text;
+  const std::vector<std::pair<std::string, std::string>> wrong = {
+      {"a lone continuation", "\x80"}, {"cut short", "a\xE2\x82"},
+      {"overlong in two", "\xC0\xAF"}, {"overlong in three", "\xE0\x80\xAF"},
+      {"a surrogate", "\xED\xA0\x80"}, {"beyond the last", "\xF4\x90\x80\x80"},
+      {"no such byte", "\xFF"}};
+  for (const auto& [what, text] : wrong) EXPECT_FALSE(isUtf8(text)) << what;
+  EXPECT_EQ(utf8Prefix("a\xE2\x82\xAC", 3), "a");
+  EXPECT_EQ(utf8Prefix("a\xE2\x82\xAC", 4), "a\xE2\x82\xAC");
+}
+
+TEST(Store, MayBeOpenedTwiceAtOnce) {
+  const TemporaryFolder folder;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&folder, i] {
+      Store store(folder.path() / "new");
+      for (int n = 0; n < 5; ++n) store.addEvent({0, n, "user " + std::to_string(i), "MESSAGE_SENT", ""});
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(Store(folder.path() / "new").events({}).size(), 20u);
 }
 
 TEST(Store, RefusesWhatItCannotRead) {

@@ -156,5 +156,17 @@ TEST(ExchangeLog, HoldsEveryExchangeOnALineOfItsOwnAndNoKey) {
     EXPECT_THAT(readFile(entry.path()), Not(HasSubstr("bakery-key"))) << entry.path();
 }
 
+TEST(ExchangeLog, StaysReadableWhateverWasSent) {
+  RunningService service;
+  post(service.port(), "/sdk/init", "{\"a\": \"\xff\xfe\"}");
+  post(service.port(), "/sdk/init", "{\"a\": \"" + std::string(300'000, 'x') + "\"}");
+  std::istringstream lines(service.exchanges());
+  std::string line;
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_EQ(Json::parse(line)["requestBody"], "{\"a\": \"\xEF\xBF\xBD\xEF\xBF\xBD\"}");
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_THAT(Json::parse(line)["requestBody"].get<std::string>(), testing::EndsWith("x... (300009 bytes)"));
+}
+
 }  // namespace
 }  // namespace service
