@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t mostWorkInOneInstant = 100'000;
 constexpr std::size_t mostActivitiesInOneInstant = 200'000;
 constexpr double longestWaitForActivity = 60;
+constexpr std::int64_t lookAgainNanoseconds = 5'000'000;
 
 std::atomic<bool> stopped{false};
 
@@ -96,8 +97,10 @@ bool turnUntil(std::int64_t end, const Predicate& predicate) {
   for (;;) {
     RunLoop::main().drainDueWork();
     if (predicate && predicate()) return true;
-    if (Clock::nanoseconds() >= end) return false;
-    Scheduler::shared().waitForMain(end);
+    const std::int64_t now = Clock::nanoseconds();
+    if (now >= end) return false;
+    // What a predicate looks at may change without any work for the main thread.
+    Scheduler::shared().waitForMain(predicate ? std::min(end, now + lookAgainNanoseconds) : end);
   }
 }
 

@@ -42,6 +42,11 @@ JSONParser& JSONParser::ofThisThread() {
   return parser;
 }
 
+simdjson::error_code JSONParser::makeRoom(std::size_t bytes) {
+  if (values.capacity() >= bytes && values.max_depth() == JSONValue::maximumDepth) return simdjson::SUCCESS;
+  return values.allocate(bytes + bytes / 4 + 1024, JSONValue::maximumDepth);
+}
+
 simdjson::padded_string_view JSONParser::padded(std::string_view bytes) {
   const std::size_t wanted = bytes.size() + roomBehind;
   if (wanted > capacity_) {

@@ -15,6 +15,8 @@ struct JSONParser {
   simdjson::ondemand::parser records;
 
   static JSONParser& ofThisThread();
+  /// Makes `values` ready for a document of that length and for no more nesting than values may have.
+  simdjson::error_code makeRoom(std::size_t bytes);
   /// A copy of the document with the room behind it that the parser reads into. Valid until the next call.
   simdjson::padded_string_view padded(std::string_view bytes);
   /// Lets go of what an unusually large document left behind.

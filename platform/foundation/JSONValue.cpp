@@ -208,12 +208,7 @@ JSONValue& JSONValue::append(JSONValue value) {
 Result<JSONValue> JSONValue::parse(std::string_view bytes) {
   if (std::string reason = detail::reasonNotToParse(bytes); !reason.empty()) return Failure{std::move(reason)};
   detail::JSONParser& parser = detail::JSONParser::ofThisThread();
-  if (parser.values.capacity() < bytes.size() || parser.values.max_depth() != maximumDepth + 1) {
-    // The parser counts the document itself as one level.
-    if (const auto error = parser.values.allocate(bytes.size() + bytes.size() / 4 + 1024, maximumDepth + 1)) {
-      return Failure{detail::sentenceFor(error)};
-    }
-  }
+  if (const auto error = parser.makeRoom(bytes.size())) return Failure{detail::sentenceFor(error)};
   const simdjson::padded_string_view padded = parser.padded(bytes);
   simdjson::dom::element document;
   if (const auto error = parser.values.parse(padded.data(), padded.size(), false).get(document)) {

@@ -47,9 +47,9 @@ bool isKey(const char* raw, std::string_view name) {
 bool isValid(ondemand::value& value) {
   std::string_view raw;
   if (simdjson::to_json_string(value).get(raw)) return false;
-  simdjson::dom::parser& parser = JSONParser::ofThisThread().values;
-  if (parser.capacity() < raw.size() && parser.allocate(raw.size() + 1024, JSONValue::maximumDepth + 1)) return false;
-  return parser.parse(raw.data(), raw.size(), false).error() == simdjson::SUCCESS;
+  JSONParser& parser = JSONParser::ofThisThread();
+  if (parser.makeRoom(raw.size())) return false;
+  return parser.values.parse(raw.data(), raw.size(), false).error() == simdjson::SUCCESS;
 }
 
 bool parseDocument(std::string_view bytes, const ValuePlan& plan, void* slot) {
