@@ -16,6 +16,8 @@ QByteArray bytesOf(const std::string& text) { return QByteArray(text.data(), sta
 
 /// Why the transfer failed; none for a reply whose status says that something is wrong, which is a reply all the same.
 std::optional<URLError::Code> codeOf(QNetworkReply::NetworkError error, bool hasStatus) {
+  const bool isAboutContent = error > QNetworkReply::UnknownProxyError && error != QNetworkReply::ProtocolFailure;
+  if (isAboutContent && hasStatus) return std::nullopt;
   switch (error) {
     case QNetworkReply::NoError:
       return std::nullopt;
@@ -42,8 +44,6 @@ std::optional<URLError::Code> codeOf(QNetworkReply::NetworkError error, bool has
     default:
       break;
   }
-  const bool isAboutContent = error > QNetworkReply::UnknownProxyError;
-  if (isAboutContent && hasStatus) return std::nullopt;
   return hasStatus ? URLError::networkConnectionLost : URLError::badServerResponse;
 }
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace platform {
+
+/// A server of raw bytes on the loopback interface: it reads one request on each connection and lets the test write
+/// whatever it likes. Everything ends with the object.
+class LoopbackServer {
+ public:
+  /// Answers one connection: gets the request (head and, by its Content-Length, body) and writes through `Connection`.
+  class Connection {
+   public:
+    explicit Connection(int socket) : socket_(socket) {}
+    /// False once the client has gone.
+    bool write(std::string_view bytes) const;
+    /// Waits, with the connection open, until the client closes it.
+    void waitForClient() const;
+
+   private:
+    const int socket_;
+  };
+  using Handler = std::function<void(const std::string& request, const Connection& connection)>;
+
+  explicit LoopbackServer(Handler handler);
+  ~LoopbackServer();
+  LoopbackServer(const LoopbackServer&) = delete;
+  LoopbackServer& operator=(const LoopbackServer&) = delete;
+
+  std::string address(const std::string& path = "/") const;
+  int connections() const { return connections_; }
+  /// A port at which nobody listens.
+  static int freePort();
+
+ private:
+  void serve();
+  void answer(int socket);
+
+  const Handler handler_;
+  int listener_ = -1;
+  int port_ = 0;
+  std::atomic<int> connections_{0};
+  std::mutex mutex_;
+  std::vector<std::thread> answers_;
+  std::thread thread_;
+};
+
+}  // namespace platform
