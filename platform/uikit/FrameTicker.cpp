@@ -1,45 +1,41 @@
 #include "platform/uikit/FrameTicker.h"
 
+#include <cstdint>
 #include <utility>
 
+#include "platform/animation/FrameClock.h"
 #include "platform/dispatch/Clock.h"
-#include "platform/dispatch/DispatchQueue.h"
 
 namespace platform {
 
-namespace {
-
-constexpr double frameInterval = 1.0 / 60;
-
-}  // namespace
-
+/// One run from start to stop. It observes the frames as long as it lives.
 struct FrameTicker::Run {
   Tick tick;
-  double startedAt = 0;
+  double startedAt = Clock::mediaTime();
+  std::uint64_t observer = 0;
   bool stopped = false;
+
+  ~Run() { FrameClock::shared().removeObserver(observer); }
 };
 
 void FrameTicker::start(Tick tick) {
   stop();
   run_ = std::make_shared<Run>();
   run_->tick = std::move(tick);
-  run_->startedAt = Clock::mediaTime();
-  schedule(run_);
+  const auto frame = [weak = std::weak_ptr<Run>(run_)](double mediaTime) {
+    const std::shared_ptr<Run> run = weak.lock();
+    if (!run || run->stopped) return;
+    run->tick(mediaTime - run->startedAt);
+    if (!run->stopped) FrameClock::shared().setNeedsFrame();
+  };
+  run_->observer = FrameClock::shared().addObserver(FrameClock::Phase::update, frame);
+  FrameClock::shared().setNeedsFrame();
 }
 
 void FrameTicker::stop() {
   if (!run_) return;
   run_->stopped = true;
   run_ = nullptr;
-}
-
-void FrameTicker::schedule(const std::shared_ptr<Run>& run) {
-  DispatchQueue::main().asyncAfter(frameInterval, [weak = std::weak_ptr<Run>(run)] {
-    const std::shared_ptr<Run> current = weak.lock();
-    if (!current || current->stopped) return;
-    current->tick(Clock::mediaTime() - current->startedAt);
-    if (!current->stopped) schedule(current);
-  });
 }
 
 }  // namespace platform

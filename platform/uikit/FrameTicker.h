@@ -22,7 +22,6 @@ class FrameTicker {
 
  private:
   struct Run;
-  static void schedule(const std::shared_ptr<Run>& run);
   std::shared_ptr<Run> run_;
 };
 

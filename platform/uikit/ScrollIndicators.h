@@ -26,7 +26,6 @@ class ScrollIndicators {
   void show(UIScrollView& view, const Place& place);
   /// Moves them along; they come only when they are visible already.
   void follow(UIScrollView& view, const Place& place);
-  bool isVisible() const { return visible_; }
 
   /// The bar's rectangle in the content's coordinates, empty when everything is in view.
   static CGRect verticalBar(const Place& place);
@@ -35,7 +34,6 @@ class ScrollIndicators {
  private:
   void ensureLayers(UIScrollView& view);
   void fadeLater();
-  void fade();
 
   std::shared_ptr<CALayer> vertical_;
   std::shared_ptr<CALayer> horizontal_;

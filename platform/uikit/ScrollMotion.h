@@ -28,6 +28,11 @@ class ScrollMotion {
   double velocity(double seconds) const;
   bool isOver(double seconds) const { return seconds >= glideTime_ + endTime_; }
   double target() const { return target_; }
+  /// The whole motion takes place elsewhere.
+  void shift(double by) {
+    from_ += by;
+    target_ += by;
+  }
 
   /// Where content is shown that a finger has pulled `distance` beyond an edge of a view `dimension` wide, and back.
   static double rubberBand(double distance, double dimension);

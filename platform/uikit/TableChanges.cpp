@@ -116,6 +116,4 @@ std::optional<IndexPath> TableChanges::oldPath(IndexPath now) const {
   return row ? std::optional(IndexPath(*row, *section)) : std::nullopt;
 }
 
-bool TableChanges::isReloaded(IndexPath old) const { return reloaded.contains(old); }
-
 }  // namespace platform

@@ -34,7 +34,10 @@ class TableChanges {
   std::optional<IndexPath> newPath(IndexPath old) const;
   /// Where a row comes from; none when it is inserted.
   std::optional<IndexPath> oldPath(IndexPath now) const;
-  bool isReloaded(IndexPath old) const;
+  bool isReloaded(IndexPath old) const { return reloaded.contains(old); }
+  /// Rows that leave an old section and rows that come to a new one, in order.
+  const std::vector<std::int64_t>& rowsGone(std::int64_t oldSection) const { return goneFrom(oldSection).gone; }
+  const std::vector<std::int64_t>& rowsCome(std::int64_t newSection) const { return comeTo(newSection).come; }
 
  private:
   void prepare();

@@ -11,8 +11,7 @@
 namespace platform {
 
 /// Text on the screen, on one line or many. Its text may be absent. Main thread.
-/// A label with more than one line and no preferredMaxLayoutWidth takes the width that layout gives it and tells the
-/// height that its text needs there.
+/// A label of more than one line takes the width that layout gives it and tells the height that its text needs there.
 class UILabel : public Object<UILabel, UIView> {
  public:
   void initWithFrame(CGRect frame) override;
@@ -54,9 +53,9 @@ class UILabel : public Object<UILabel, UIView> {
 
   CGSize sizeThatFits(CGSize size) const override;
   CGSize intrinsicContentSize() const override;
+  std::optional<double> intrinsicHeightForWidth(double width) const override;
   double firstBaselineOffset() const override;
   double lastBaselineOffset() const override;
-  void layoutSubviews() override;
   bool drawsItself() const override { return true; }
   void draw(CGRect rect, CGContext& context) override;
   void tintColorDidChange() override;
@@ -75,7 +74,6 @@ class UILabel : public Object<UILabel, UIView> {
   NSLineBreakMode lineBreakMode_ = NSLineBreakMode::byTruncatingTail;
   std::int64_t numberOfLines_ = 1;
   double preferredMaxLayoutWidth_ = 0;
-  double automaticWidth_ = 0;
   double minimumScaleFactor_ = 0;
   bool adjustsFontSize_ = false;
   bool enabled_ = true;

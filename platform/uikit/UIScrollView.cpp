@@ -13,10 +13,7 @@ UIScrollView::UIScrollView() = default;
 
 UIScrollView::~UIScrollView() = default;
 
-void UIScrollView::exportMethods(MethodTable<UIScrollView>& table) {
-  table.add<&UIScrollView::onPan>("handlePan:");
-  table.add<&UIScrollView::gestureRecognizerShouldBegin>("gestureRecognizerShouldBegin:");
-}
+void UIScrollView::exportMethods(MethodTable<UIScrollView>& table) { table.add<&UIScrollView::onPan>("handlePan:"); }
 
 void UIScrollView::initWithFrame(CGRect frame) {
   scroll_ = std::make_unique<ScrollState>(*this);
@@ -25,7 +22,6 @@ void UIScrollView::initWithFrame(CGRect frame) {
   scroll_->lastSize = bounds().size;
   scroll_->pan = make<UIPanGestureRecognizer>(self(), sel("handlePan:"));
   scroll_->pan->setMaximumNumberOfTouches(1);
-  scroll_->pan->setDelegate(self());
   addGestureRecognizer(scroll_->pan);
 }
 
@@ -190,6 +186,14 @@ bool UIScrollView::canCancelContentTouches() const { return scroll_->canCancelCo
 void UIScrollView::setCanCancelContentTouches(bool can) { scroll_->canCancelContentTouches = can; }
 const Ref<UIPanGestureRecognizer>& UIScrollView::panGestureRecognizer() const { return scroll_->pan; }
 
+void UIScrollView::shiftContentOffset(CGPoint by) {
+  scroll_->dragStart = scroll_->dragStart + by;
+  scroll_->motionX.shift(by.x);
+  scroll_->motionY.shift(by.y);
+  setBounds(CGRect{contentOffset() + by, bounds().size});
+}
+
+bool UIScrollView::isHeld() const { return scroll_->held; }
 bool UIScrollView::isTracking() const { return scroll_->held || scroll_->pan->numberOfTouches() > 0; }
 bool UIScrollView::isDragging() const { return scroll_->dragging; }
 bool UIScrollView::isDecelerating() const { return scroll_->moving == ScrollState::Moving::gliding; }

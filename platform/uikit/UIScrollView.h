@@ -82,11 +82,15 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
   Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event) override;
-  bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer);
+  bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) override;
 
  protected:
   /// After every change of the offset, before the delegate hears of it.
   virtual void contentOffsetDidChange() {}
+  /// Content and offset moved together, so that what shows stays where it is: a drag or a glide goes on from there.
+  void shiftContentOffset(CGPoint by);
+  /// A finger stopped the gliding content and is still down.
+  bool isHeld() const;
 
  private:
   friend struct ScrollState;

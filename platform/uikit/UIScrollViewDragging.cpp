@@ -241,7 +241,7 @@ bool UIScrollView::touchesShouldCancelInContentView(const Ref<UIView>& view) {
 }
 
 bool UIScrollView::gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) {
-  if (recognizer != scroll_->pan) return true;
+  if (recognizer != scroll_->pan) return Super::gestureRecognizerShouldBegin(recognizer);
   if (!scroll_->scrollEnabled) return false;
   if (!scroll_->held) {
     const CGPoint at = scroll_->pan->locationInView(this);

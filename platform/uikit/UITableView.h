@@ -132,13 +132,10 @@ class UITableView : public Object<UITableView, UIScrollView> {
   void setBackgroundView(const Ref<UIView>& view);
 
   void layoutSubviews() override;
-  void setFrame(CGRect frame) override;
-  void setBounds(CGRect bounds) override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
-  void willRemoveSubview(const Ref<UIView>& subview) override;
 
  protected:
   void contentOffsetDidChange() override;

@@ -24,6 +24,7 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
   void init(UITableViewCellStyle style, const std::string& reuseIdentifier) { initWithStyle(style, reuseIdentifier); }
   /// The designated initialiser: subclasses call the base first, then build their subviews.
   virtual void initWithStyle(UITableViewCellStyle style, const std::string& reuseIdentifier);
+  static void exportMethods(MethodTable<UITableViewCell>& table);
 
   const std::string& reuseIdentifier() const { return reuseIdentifier_; }
   UITableViewCellStyle style() const { return style_; }
@@ -59,7 +60,6 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
 
   CGSize sizeThatFits(CGSize size) const override;
   void layoutSubviews() override;
-  void setBackgroundColor(std::optional<UIColor> color) override;
   void tintColorDidChange() override;
 
  private:
@@ -77,8 +77,11 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
   };
   void setPlacement(const Placement& placement);
   void showSelection(bool animated);
+  void accessoryButtonTapped();
   double accessoryWidth() const;
-  void layoutLabels(CGRect content) const;
+  CGSize layoutLabels(CGRect content, bool apply) const;
+  void updateAccessory();
+  void updateCorners();
 
   UITableViewCellStyle style_ = UITableViewCellStyle::standard;
   UITableViewCellSelectionStyle selectionStyle_ = UITableViewCellSelectionStyle::standard;
@@ -93,6 +96,7 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
   Ref<UIView> accessoryView_;
   Ref<UIView> standardAccessory_;
   Ref<UIView> separator_;
+  Ref<UIView> highlight_;
   std::optional<UIEdgeInsets> separatorInset_;
   Placement placement_;
   bool selected_ = false;

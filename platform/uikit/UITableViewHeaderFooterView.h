@@ -28,6 +28,8 @@ class UITableViewHeaderFooterView : public Object<UITableViewHeaderFooterView, U
   friend class TableContent;
   enum class Role { plainHeader, groupedHeader, footer };
   void setRole(Role role, double margin);
+  /// What a view of that role needs for a title, without making one.
+  static double heightOf(const std::string& title, Role role, double margin, double width);
 
   std::string reuseIdentifier_;
   Ref<UIView> contentView_;

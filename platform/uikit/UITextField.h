@@ -130,6 +130,7 @@ class UITextField : public Object<UITextField, UIControl> {
 
  private:
   friend class TextFieldContent;
+  void clearTapped();
   std::unique_ptr<TextFieldContent> content_;
 };
 

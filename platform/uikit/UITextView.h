@@ -53,8 +53,6 @@ class UITextView : public Object<UITextView, UIScrollView> {
   void scrollRangeToVisible(NSRange range);
   Ref<UIView> inputView() override;
   void setInputView(const Ref<UIView>& view);
-  virtual bool isSecureTextEntry() const;
-  void setSecureTextEntry(bool secure);
   UIReturnKeyType returnKeyType() const;
   void setReturnKeyType(UIReturnKeyType type);
   UIKeyboardType keyboardType() const;
@@ -75,6 +73,7 @@ class UITextView : public Object<UITextView, UIScrollView> {
   CGSize sizeThatFits(CGSize size) const override;
   /// Without scrolling, as high as its text.
   CGSize intrinsicContentSize() const override;
+  std::optional<double> intrinsicHeightForWidth(double width) const override;
   void setScrollEnabled(bool enabled) override;
   void layoutSubviews() override;
   bool drawsItself() const override { return true; }

@@ -1,0 +1,307 @@
+#include <algorithm>
+
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/graphics/TextLayout.h"
+#include "platform/uikit/TextFieldContent.h"
+#include "platform/uikit/UIPasteboard.h"
+
+// How a text field is edited: first responder, keys, touches, clipboard; who is asked and who is told.
+
+namespace platform {
+
+// ---- Asking and telling
+
+bool TextFieldContent::ask(SEL selector) const {
+  const Ref<NSObject> receiver = delegate.lock();
+  if (!receiver || !receiver->respondsToSelector(selector)) return true;
+  return receiver->perform<bool>(selector, field.shared_from_this());
+}
+
+void TextFieldContent::tell(SEL selector) const {
+  const Ref<NSObject> receiver = delegate.lock();
+  if (receiver && receiver->respondsToSelector(selector)) receiver->perform(selector, field.shared_from_this());
+}
+
+bool TextFieldContent::replaceByUser(NSRange range, const std::string& replacement) {
+  static const SEL shouldChange = sel("textField:shouldChangeCharactersInRange:replacementString:");
+  const Ref<NSObject> keeper = field.shared_from_this();
+  range = edit.whole(range);
+  if (range.length == 0 && replacement.empty()) return false;
+  const Ref<NSObject> receiver = delegate.lock();
+  if (receiver && receiver->respondsToSelector(shouldChange) &&
+      !receiver->perform<bool>(shouldChange, keeper, range, replacement)) {
+    return false;
+  }
+  hasText = true;
+  edit.replace(range, replacement);  // cut to the text again: the delegate may have set another one
+  announceChange();
+  return true;
+}
+
+void TextFieldContent::announceChange() {
+  textDidChange();
+  blink.restart();
+  field.sendActionsForControlEvents(UIControlEvents::editingChanged);
+  NotificationCenter::defaultCenter().post(UITextFieldTextDidChangeNotification, field.shared_from_this());
+  static const SEL didChangeSelection = sel("textFieldDidChangeSelection:");
+  tell(didChangeSelection);
+}
+
+void TextFieldContent::selectionDidChange() {
+  keepCaretVisible();
+  field.setNeedsDisplay();
+  blink.restart();
+  static const SEL didChangeSelection = sel("textFieldDidChangeSelection:");
+  tell(didChangeSelection);
+}
+
+// ---- First responder
+
+bool UITextField::isEditing() const { return content_->editing && isFirstResponder(); }
+bool UITextField::canBecomeFirstResponder() { return isEnabled() && window() != nullptr; }
+bool UITextField::canResignFirstResponder() { return true; }
+
+void UITextField::setInputView(const Ref<UIView>& view) { content_->inputView = view; }
+
+bool UITextField::becomeFirstResponder() {
+  static const SEL shouldBegin = sel("textFieldShouldBeginEditing:");
+  const Ref<NSObject> keeper = self();
+  if (isFirstResponder()) return true;
+  if (!canBecomeFirstResponder() || !content_->ask(shouldBegin)) return false;
+  if (!Super::becomeFirstResponder()) return false;
+  content_->begin();
+  return isFirstResponder();
+}
+
+bool UITextField::resignFirstResponder() {
+  static const SEL shouldEnd = sel("textFieldShouldEndEditing:");
+  const Ref<NSObject> keeper = self();
+  if (!isFirstResponder()) return true;
+  if (!content_->ask(shouldEnd)) return false;
+  if (!Super::resignFirstResponder()) return false;
+  content_->finish();
+  return true;
+}
+
+void TextFieldContent::begin() {
+  static const SEL didBegin = sel("textFieldDidBeginEditing:");
+  if (editing) return;
+  editing = true;
+  edit.moveTo(edit.text().size(), false);
+  blink.start([weak = Weak<NSObject>(field.shared_from_this())] {
+    const Ref<UITextField> owner = as<UITextField>(weak.lock());
+    if (!owner) return;
+    if (!owner->isFirstResponder()) return owner->content_->finish();  // it was taken away without asking
+    owner->setNeedsDisplay();
+  });
+  if (clearsOnBegin && !edit.text().empty()) {
+    replaceByUser({0, static_cast<std::int64_t>(edit.text().size())}, "");
+  }
+  textDidChange();
+  field.sendActionsForControlEvents(UIControlEvents::editingDidBegin);
+  tell(didBegin);
+  NotificationCenter::defaultCenter().post(UITextFieldTextDidBeginEditingNotification, field.shared_from_this());
+}
+
+void TextFieldContent::finish() {
+  static const SEL didEnd = sel("textFieldDidEndEditing:");
+  if (!editing) return;
+  editing = false;
+  blink.stop();
+  edit.moveTo(edit.caret(), false);
+  textDidChange();
+  field.sendActionsForControlEvents(UIControlEvents::editingDidEnd);
+  tell(didEnd);
+  NotificationCenter::defaultCenter().post(UITextFieldTextDidEndEditingNotification, field.shared_from_this());
+}
+
+void UITextField::didMoveToWindow() {
+  Super::didMoveToWindow();
+  if (!window() && content_->editing && !isFirstResponder()) content_->finish();
+}
+
+// ---- Editing
+
+NSRange UITextField::selectedRange() const { return content_->edit.selection(); }
+
+void UITextField::setSelectedRange(NSRange range) {
+  content_->edit.select(range);
+  content_->selectionDidChange();
+}
+
+void UITextField::insertText(const std::string& text) {
+  if (!isEnabled()) return;
+  content_->replaceByUser(content_->edit.selection(), onOneLine(text));
+}
+
+void UITextField::deleteBackward() {
+  if (!isEnabled()) return;
+  content_->replaceByUser(content_->edit.rangeToDeleteBackward(), "");
+}
+
+void TextFieldContent::returnPressed() {
+  static const SEL shouldReturn = sel("textFieldShouldReturn:");
+  const Ref<NSObject> keeper = field.shared_from_this();
+  if (!ask(shouldReturn)) return;
+  bool endsOnExit = !field.actionsForTarget(nullptr, UIControlEvents::editingDidEndOnExit).empty();
+  for (const Ref<NSObject>& target : field.allTargets()) {
+    endsOnExit = endsOnExit || !field.actionsForTarget(target, UIControlEvents::editingDidEndOnExit).empty();
+  }
+  field.sendActionsForControlEvents(UIControlEvents::primaryActionTriggered);
+  field.sendActionsForControlEvents(UIControlEvents::editingDidEndOnExit);
+  if (endsOnExit) field.resignFirstResponder();
+}
+
+void UITextField::clearTapped() {
+  static const SEL shouldClear = sel("textFieldShouldClear:");
+  const Ref<NSObject> keeper = self();
+  if (!content_->ask(shouldClear)) return;
+  content_->hasText = true;
+  content_->edit.setText({});
+  content_->announceChange();
+}
+
+bool TextFieldContent::command(char letter) {
+  switch (letter) {
+    case 'a':
+      field.selectAll(nullptr);
+      return true;
+    case 'c':
+      field.copy(nullptr);
+      return true;
+    case 'x':
+      field.cut(nullptr);
+      return true;
+    case 'v':
+      field.paste(nullptr);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool UITextField::keyPressed(const UIKey& key) {
+  EditableText& edit = content_->edit;
+  const Ref<NSObject> keeper = self();
+  if (!isEnabled()) return false;
+  const auto move = [&](std::size_t position) {
+    edit.moveTo(position, key.shift);
+    content_->selectionDidChange();
+    return true;
+  };
+  // An arrow goes the way it points on the screen: in right to left text that is the other way through the text.
+  const auto sideways = [&](bool toTheLeft) {
+    const NSRange selection = edit.selection();
+    if (!key.shift && edit.hasSelection()) {
+      return move(static_cast<std::size_t>(toTheLeft ? selection.location : selection.end()));
+    }
+    if (key.control) return move(toTheLeft ? edit.previousWord(edit.caret()) : edit.nextWord(edit.caret()));
+    const auto layout = content_->layout();
+    const auto x = [&](std::size_t position) { return layout->caretRect(content_->toShown(position)).minX(); };
+    const double here = x(edit.caret());
+    const std::size_t next = edit.next(edit.caret());
+    const bool reversed = next != edit.caret() ? x(next) < here : x(edit.previous(edit.caret())) > here;
+    return move(toTheLeft != reversed ? edit.previous(edit.caret()) : next);
+  };
+  switch (key.code) {
+    case UIKey::Code::character:
+      if (key.control) return key.text.size() == 1 && content_->command(key.text[0]);
+      if (key.text.empty()) return false;
+      insertText(key.text);
+      return true;
+    case UIKey::Code::returnKey:
+      content_->returnPressed();
+      return true;
+    case UIKey::Code::backspace:
+      if (key.control && !edit.hasSelection()) {
+        const std::size_t from = edit.previousWord(edit.caret());
+        content_->replaceByUser({static_cast<std::int64_t>(from), static_cast<std::int64_t>(edit.caret() - from)}, "");
+      } else {
+        deleteBackward();
+      }
+      return true;
+    case UIKey::Code::forwardDelete:
+      content_->replaceByUser(edit.rangeToDeleteForward(), "");
+      return true;
+    case UIKey::Code::left:
+      return sideways(true);
+    case UIKey::Code::right:
+      return sideways(false);
+    case UIKey::Code::home:
+    case UIKey::Code::up:
+      return move(0);
+    case UIKey::Code::end:
+    case UIKey::Code::down:
+      return move(edit.text().size());
+    case UIKey::Code::tab:
+    case UIKey::Code::escape:
+      return false;
+  }
+  return false;
+}
+
+// ---- Clipboard
+
+void UITextField::copy(const Ref<NSObject>&) {
+  if (isSecureTextEntry() || !content_->edit.hasSelection()) return;
+  UIPasteboard::general().setString(std::string(content_->edit.selectedText()));
+}
+
+void UITextField::cut(const Ref<NSObject>& sender) {
+  if (isSecureTextEntry() || !content_->edit.hasSelection() || !isEnabled()) return;
+  copy(sender);
+  content_->replaceByUser(content_->edit.selection(), "");
+}
+
+void UITextField::paste(const Ref<NSObject>&) {
+  const std::optional<std::string> text = UIPasteboard::general().string();
+  if (text && !text->empty()) insertText(*text);
+}
+
+void UITextField::selectAll(const Ref<NSObject>&) {
+  content_->edit.selectAll();
+  content_->selectionDidChange();
+}
+
+// ---- Touches: a tap starts editing and places the caret, two taps select a word, three everything, a drag selects
+
+bool UITextField::beginTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
+  content_->touchSelects = isEditing();
+  content_->touchAnchor = content_->positionAt(touch->locationInView(this));
+  return true;
+}
+
+bool UITextField::continueTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
+  constexpr double enough = 6;  // points before a tap counts as a drag
+  if (!content_->touchSelects) return true;
+  const CGPoint at = touch->locationInView(this);
+  const std::size_t position = content_->positionAt(at);
+  const double anchorX = content_->layout()->caretRect(content_->toShown(content_->touchAnchor)).minX() +
+                         content_->textLeft(*content_->layout(), content_->contentRect());
+  if (position == content_->touchAnchor && std::abs(at.x - anchorX) < enough) return true;
+  content_->edit.moveTo(content_->touchAnchor, false);
+  content_->edit.moveTo(position, true);
+  content_->selectionDidChange();
+  return true;
+}
+
+void UITextField::endTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
+  const Ref<NSObject> keeper = self();
+  const CGPoint at = touch->locationInView(this);
+  if (!isEditing()) {
+    if (!bounds().contains(at) || !becomeFirstResponder()) return;
+  }
+  const std::size_t position = content_->positionAt(at);
+  if (touch->tapCount() >= 3) {
+    content_->edit.selectAll();
+  } else if (touch->tapCount() == 2) {
+    content_->edit.selectWordAt(position);
+  } else if (!content_->edit.hasSelection() || position == content_->touchAnchor) {
+    content_->edit.moveTo(position, false);
+  }
+  content_->selectionDidChange();
+}
+
+void UITextField::cancelTracking(const Ref<UIEvent>&) { content_->touchSelects = false; }
+
+}  // namespace platform
