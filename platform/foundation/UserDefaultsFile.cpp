@@ -82,7 +82,7 @@ bool readNumber(std::string_view& text, N& number, int base) {
 
 std::string UserDefaultsFile::nameFor(std::string_view key) {
   constexpr std::size_t longestReadable = 120;
-  std::string name;
+  std::string name = key.empty() ? "%" : "";
   for (const char c : key) {
     const bool isSafe = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
     // Capitals are marked, for file systems that do not tell them from small letters.

@@ -133,6 +133,8 @@ void QtHttpExchange::watch() {
     progress();
     self->readMore();
   });
+  // Nobody may wave a certificate through; the errors are only told apart.
+  QObject::connect(reply_, &QNetworkReply::sslErrors, reply_, [self] { self->isUntrusted_ = true; });
   QObject::connect(reply_, &QNetworkReply::finished, reply_, [self] { self->finish(); });
   idle_->start();
 }
@@ -171,7 +173,8 @@ void QtHttpExchange::finish() {
   QNetworkReply* const reply = std::exchange(reply_, nullptr);
   const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
   if (!result_.error) {
-    if (const auto code = codeOf(reply->error(), status.isValid())) result_.error = URLError(*code);
+    const auto code = codeOf(reply->error(), status.isValid());
+    if (code) result_.error = URLError(isUntrusted_ ? URLError::serverCertificateUntrusted : *code);
   }
   if (replyFile_) {
     if (!replyFile_->flush() && !result_.error) result_.error = URLError(URLError::cannotWriteToFile);

@@ -40,6 +40,7 @@ class QtHttpExchange : public std::enable_shared_from_this<QtHttpExchange> {
   std::unique_ptr<QTimer> idle_;
   QNetworkReply* reply_ = nullptr;  // the manager's; deletes itself after it has finished
   bool isFinished_ = false;
+  bool isUntrusted_ = false;
   std::size_t received_ = 0;
   HttpTransport::Reply result_;
 };

@@ -242,8 +242,8 @@ TEST_F(URLSessionTest, LetsGoOfTaskAndCompletionWhenItIsOver) {
   const auto held = std::make_shared<int>(1);
   const Ref<URLSessionTask> task = session_->dataTask(
       request(), [held](std::optional<Data>, std::optional<HTTPURLResponse>, std::optional<URLError>) {});
+  ASSERT_GT(held.use_count(), 1);
   task->resume();
-  EXPECT_GT(held.use_count(), 1);
   RunLoop::settle();
   EXPECT_EQ(held.use_count(), 1);
   EXPECT_EQ(task.use_count(), 1);

@@ -1,0 +1,177 @@
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "platform/dispatch/Clock.h"
+#include "platform/dispatch/RunLoop.h"
+#include "platform/foundation/UserDefaults.h"
+#include "platform/foundation/UserDefaultsFile.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+class UserDefaultsTest : public testing::Test {
+ protected:
+  UserDefaultsTest() { fs::remove_all(folder_); }
+  ~UserDefaultsTest() override { fs::remove_all(folder_); }
+
+  fs::path fileOf(const std::string& key) const { return folder_ / UserDefaultsFile::nameFor(key); }
+  static std::string contentsOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }
+  static void write(const fs::path& file, const std::string& bytes) { std::ofstream(file, std::ios::binary) << bytes; }
+  std::vector<std::string> names() const {
+    std::vector<std::string> all;
+    for (const auto& entry : fs::directory_iterator(folder_)) all.push_back(entry.path().filename().string());
+    return all;
+  }
+
+  const fs::path folder_ =
+      fs::temp_directory_path() /
+      ("user defaults " + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+};
+
+TEST_F(UserDefaultsTest, KeepsValuesOfEveryTypeForTheNextProcess) {
+  const Data bytes("\0\xFF[]\n", 5);
+  {
+    UserDefaults defaults(folder_);
+    EXPECT_EQ(defaults.data("storedMessages"), std::nullopt);
+    defaults.set(bytes, "storedMessages");
+    defaults.set("", "empty");
+    defaults.setString("grüße", "a key/with:everything %");
+    defaults.setInteger(-9007199254740993, "count");
+    defaults.setBoolean(false, "isOpen");
+    EXPECT_EQ(defaults.data("storedMessages"), bytes) << "reads do not wait for the disk";
+  }
+  const UserDefaults defaults(folder_);
+  EXPECT_EQ(defaults.data("storedMessages"), bytes);
+  EXPECT_EQ(defaults.data("empty"), "");
+  EXPECT_EQ(defaults.string("a key/with:everything %"), "grüße");
+  EXPECT_EQ(defaults.integer("count"), -9007199254740993);
+  EXPECT_EQ(defaults.boolean("isOpen"), false);
+  EXPECT_EQ(defaults.string("storedMessages"), std::nullopt) << "a value of another type is none";
+}
+
+TEST_F(UserDefaultsTest, WritesSoonAfterWithoutBeingAsked) {
+  const VirtualTime time;
+  UserDefaults defaults(folder_);
+  defaults.set("first", "key");
+  defaults.set("last", "key");
+  RunLoop::settle();
+  EXPECT_EQ(UserDefaults(folder_).data("key"), "last");
+}
+
+TEST_F(UserDefaultsTest, RemovesValues) {
+  UserDefaults defaults(folder_);
+  defaults.set("x", "key");
+  ASSERT_TRUE(defaults.synchronize());
+  defaults.removeObject("key");
+  defaults.removeObject("never there");
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_EQ(defaults.data("key"), std::nullopt);
+  EXPECT_EQ(UserDefaults(folder_).data("key"), std::nullopt);
+  EXPECT_TRUE(names().empty());
+}
+
+TEST_F(UserDefaultsTest, GivesDifferentKeysDifferentFiles) {
+  const std::vector<std::string> keys{"key",
+                                      "Key",
+                                      "+key",
+                                      "k/ey",
+                                      "k%2fey",
+                                      "",
+                                      ".",
+                                      "..",
+                                      std::string(300, 'k'),
+                                      std::string(301, 'k'),
+                                      std::string("k\0", 2)};
+  {
+    UserDefaults defaults(folder_);
+    for (const std::string& key : keys) defaults.set("value of " + key, key);
+  }
+  EXPECT_EQ(names().size(), keys.size());
+  const UserDefaults defaults(folder_);
+  for (const std::string& key : keys) EXPECT_EQ(defaults.data(key), "value of " + key);
+}
+
+TEST_F(UserDefaultsTest, MovesADamagedFileAsideAndKeepsTheOthers) {
+  {
+    UserDefaults defaults(folder_);
+    for (const char* const key : {"good", "cut", "changed", "longer", "foreign", "swapped"}) defaults.set("value", key);
+  }
+  const std::string whole = contentsOf(fileOf("cut"));
+  write(fileOf("cut"), whole.substr(0, whole.size() - 1));
+  std::string changed = contentsOf(fileOf("changed"));
+  changed.back() ^= 1;
+  write(fileOf("changed"), changed);
+  write(fileOf("longer"), contentsOf(fileOf("longer")) + "x");
+  write(fileOf("foreign"), "hello");
+  write(fileOf("swapped"), contentsOf(fileOf("good")));
+
+  testing::internal::CaptureStderr();
+  UserDefaults defaults(folder_);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 5) << told;
+  EXPECT_EQ(defaults.data("good"), "value");
+  for (const char* const key : {"cut", "changed", "longer", "foreign", "swapped"}) {
+    EXPECT_EQ(defaults.data(key), std::nullopt) << key;
+    EXPECT_TRUE(fs::exists(fileOf(key).string() + ".corrupt")) << key;
+  }
+  defaults.set("new", "cut");
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_EQ(UserDefaults(folder_).data("cut"), "new");
+}
+
+TEST_F(UserDefaultsTest, ClearsAwayWhatAKilledProcessLeftBehind) {
+  fs::create_directories(folder_);
+  write(fileOf("key").string() + ".new-999999999-0", "half a va");
+  write(fileOf("key").string() + ".new-" + std::to_string(::getpid()) + "-0", "of a process that lives");
+  const UserDefaults defaults(folder_);
+  EXPECT_EQ(names().size(), 1U);
+}
+
+TEST_F(UserDefaultsTest, TellsWhenTheDiskRefusesAndTriesAgain) {
+  fs::create_directories(folder_.parent_path());
+  write(folder_, "a file where the folder should be");
+  testing::internal::CaptureStderr();
+  UserDefaults defaults(folder_);
+  defaults.set("value", "key");
+  EXPECT_FALSE(defaults.synchronize());
+  EXPECT_EQ(defaults.data("key"), "value");
+  fs::remove(folder_);
+  fs::create_directories(folder_);
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("user defaults: "));
+  EXPECT_EQ(UserDefaults(folder_).data("key"), "value");
+}
+
+TEST_F(UserDefaultsTest, LetsTheLastWriterOfSeveralWin) {
+  UserDefaults one(folder_);
+  UserDefaults other(folder_);
+  std::vector<std::thread> writers;
+  for (UserDefaults* const defaults : {&one, &other}) {
+    writers.emplace_back([defaults] {
+      for (int i = 0; i < 50; ++i) {
+        defaults->set(std::string(static_cast<std::size_t>(10 + i * 100), 'x'), "shared");
+        defaults->synchronize();
+      }
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  EXPECT_EQ(UserDefaults(folder_).data("shared")->size(), 4910U);
+  EXPECT_EQ(names().size(), 1U) << "nothing is left lying about";
+}
+
+TEST_F(UserDefaultsTest, OfTheApplicationLiveWhereTheyAreTold) {
+  UserDefaults::setStandardDirectory(folder_ / "a");
+  UserDefaults::standard().set("value", "key");
+  UserDefaults::setStandardDirectory(folder_ / "b");
+  EXPECT_EQ(UserDefaults::standard().data("key"), std::nullopt);
+  EXPECT_EQ(UserDefaults(folder_ / "a").data("key"), "value");
+}
+
+}  // namespace
+}  // namespace platform
