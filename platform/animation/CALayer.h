@@ -127,6 +127,7 @@ class CALayer : public Object<CALayer, NSObject> {
   void setContentsGravity(CALayerContentsGravity gravity);
   CALayerDelegate* delegate() const { return delegate_; }
   void setDelegate(CALayerDelegate* delegate);
+  /// The delegate is asked to draw before the layer is shown next. A change of size asks by itself.
   void setNeedsDisplay();
   bool needsDisplay() const { return needsDisplay_; }
   /// Has the delegate draw what was marked, in this layer and below.
@@ -156,7 +157,7 @@ class CALayer : public Object<CALayer, NSObject> {
   std::vector<std::string> animationKeys() const;
   void removeAnimationForKey(const std::string& key);
   void removeAllAnimations();
-  bool hasAnimations() const { return animations_ != nullptr; }
+  bool hasAnimations() const;
   /// A layer alone, with the values that show now.
   Ref<CALayer> presentationLayer() const { return presentationAt(std::nullopt); }
   Ref<CALayer> presentationAt(std::optional<double> mediaTime) const;
@@ -221,9 +222,12 @@ class CALayer : public Object<CALayer, NSObject> {
   friend class LayerDisplay;
   AnimatableValue valueBeforeChange(const char* keyPath) const;
   void didChange(const char* keyPath, const AnimatableValue& from);
-  /// Sets the flag on every layer from this one's parent (or the layer it masks) up to the root, which it returns.
-  CALayer& markAncestors(bool CALayer::*flag);
+  /// The superlayer, or the layer that this one masks.
+  CALayer* owner() const { return superlayer_ ? superlayer_ : maskedLayer_; }
+  const CALayer& root() const;
+  void display();
   void detach(CALayer& sublayer);
+  CGRect contentsRect(const UIImage& image) const;
 
   State state_;
   Ref<CALayer> mask_;

@@ -16,7 +16,7 @@ class FrameClock {
 
   /// One more frame is wanted. Any number of calls before it make one frame.
   void setNeedsFrame();
-  bool isFramePending() const { return pending_; }
+  bool isFramePending() const { return !pending_.expired(); }
 
   /// What moves things comes before what lays out and shows them.
   enum class Phase { update, display };
@@ -39,7 +39,7 @@ class FrameClock {
   std::uint64_t lastNumber_ = 0;
   std::uint64_t frames_ = 0;
   double lastFrame_ = 0;
-  bool pending_ = false;
+  std::weak_ptr<bool> pending_;  // held by the work on the main queue, which a test may drop
 };
 
 }  // namespace platform

@@ -23,7 +23,7 @@ class LayerDisplay {
   LayerDisplay(const LayerDisplay&) = delete;
   LayerDisplay& operator=(const LayerDisplay&) = delete;
 
-  /// True when `update` would draw.
+  /// True when `update` would look at the tree.
   bool needsUpdate() const;
   /// Has owners draw what they were asked to, draws, and tells what changed, in pixels; CGRectZero when nothing did.
   CGRect update();
@@ -34,14 +34,28 @@ class LayerDisplay {
 
  private:
   friend class CALayer;
+  /// One layer on the way down the tree.
+  struct Visit {
+    CGAffineTransform parentToPixels;
+    CGRect clip;
+    bool isParentChanged;
+    bool isParentMoving;
+  };
   void rootChanged();
-  CGRect collect(CALayer& layer, const CGAffineTransform& parentToPixels, const CGRect& clip, bool parentChanged,
-                 CGRect& dirty);
+  /// Finds where everything is now, and adds to `dirty_` where something was or is that changed.
+  void collect(CALayer& layer, const Visit& visit);
+  /// True when it shows something else at the next instant without being touched. Remembers it then.
+  bool noteMoving(CALayer& layer);
+  void noteMask(CALayer& mask);
+  CGAffineTransform rootToPixels() const;
+
   Ref<CALayer> root_;
   double scale_;
   Bitmap bitmap_;
+  CGRect dirty_;
   double mediaTime_ = 0;
   bool everything_ = true;
+  bool isUpdating_ = false;
   std::vector<Weak<CALayer>> moving_;
 };
 

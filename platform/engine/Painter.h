@@ -50,6 +50,8 @@ class Canvas : public Painter {
     over,  ///< the usual way
     mask   ///< what is there stays only where the new one is opaque
   };
+  /// Takes the place of the transform in force.
+  virtual void setTransform(const CGAffineTransform& transform) = 0;
   /// Pixel to pixel at (x, y) of the canvas, whatever the transform; the clip holds. What the other bitmap does not
   /// reach stays as it is.
   virtual void composite(const Bitmap& bitmap, int x, int y, double alpha, Composite mode) = 0;

@@ -5,11 +5,13 @@
 
 namespace platform {
 
-Bitmap::Bitmap(int width, int height) {
-  if (width <= 0 || height <= 0 || static_cast<std::int64_t>(width) * height > maximumPixels) return;
-  width_ = width;
-  height_ = height;
-  pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+Bitmap::Bitmap(int width, int height) { reset(width, height); }
+
+void Bitmap::reset(int width, int height) {
+  const bool isUsable = width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= maximumPixels;
+  width_ = isUsable ? width : 0;
+  height_ = isUsable ? height : 0;
+  pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0u);
 }
 
 Bitmap::Bitmap(Bitmap&& other) noexcept

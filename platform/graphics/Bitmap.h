@@ -39,6 +39,8 @@ class Bitmap {
   std::uint32_t pixel(int x, int y) const;
   /// The pixel's colour, alpha divided out.
   UIColor color(int x, int y) const;
+  /// Another size, all clear; memory that suffices is kept. Too large a size makes it empty.
+  void reset(int width, int height);
   void clear();
   /// Clears the part of the rectangle that lies inside.
   void clear(int x, int y, int width, int height);

@@ -15,6 +15,8 @@ QtCanvas::QtCanvas(Bitmap& bitmap, QtBitmaps& bitmaps, QtShadows& shadows)
 
 void QtCanvas::concat(const CGAffineTransform& transform) { painter_.setWorldTransform(toQt(transform), true); }
 
+void QtCanvas::setTransform(const CGAffineTransform& transform) { painter_.setWorldTransform(toQt(transform)); }
+
 void QtCanvas::clip(const CGRect& rect) { painter_.setClipRect(toQt(rect), Qt::IntersectClip); }
 
 void QtCanvas::clip(const CGPath& path, bool evenOdd) { painter_.setClipPath(toQt(path, evenOdd), Qt::IntersectClip); }

@@ -27,6 +27,7 @@ class QtCanvas final : public Canvas {
   void bitmap(const CGImageRef& bitmap, const CGRect& rect, double alpha) override;
   void text(const std::shared_ptr<const TextLayout>& layout, CGPoint origin, const UIColor& color) override;
   void clear(const CGRect& rect) override;
+  void setTransform(const CGAffineTransform& transform) override;
   void composite(const Bitmap& bitmap, int x, int y, double alpha, Composite mode) override;
 
  private:
