@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <utility>
@@ -28,11 +29,15 @@ Ref<UIView> shared(UIView& view) { return std::static_pointer_cast<UIView>(view.
 
 bool ViewLayout::needsPass(const UIView& view) {
   if (waits(storageOf(view))) return true;
-  const LayoutEngine* const engine = engineOf(const_cast<UIView&>(view));
-  return engine && engine->isDirty();
+  const UIView& root = rootOf(const_cast<UIView&>(view));
+  if (!storageOf(root).subtreeHasConstraints) return false;
+  const ViewLayout* const state = ifAny(root);
+  return !state || !state->engine_ || state->engine_->isDirty();
 }
 
 void ViewLayout::runPasses(UIView& view) {
+  const UIView* const superview = superviewOf(view);
+  if (!needsPass(view) && !(superview && storageOf(*superview).needsLayout)) return;
   const Ref<UIView> keeper = shared(view);
   const Ref<UIView> root = shared(rootOf(view));
   if (!root) return;  // it is being taken apart
@@ -91,12 +96,15 @@ void ViewLayout::layOut(UIView& root, UIView& top) {
 }
 
 void ViewLayout::placeSubviews(UIView& view) {
+  const auto isPlaced = [](const Ref<UIView>& subview) { return !storageOf(*subview).translatesAutoresizingMask; };
+  const auto& all = view.storage_->subviews;
+  if (std::none_of(all.begin(), all.end(), isPlaced) && !view.sizesContentByConstraints()) return;
   LayoutEngine* const engine = ensureEngine(rootOf(view));
   if (!engine) return;
   engine->update();
-  const std::vector<Ref<UIView>> subviews = view.storage_->subviews;
+  const std::vector<Ref<UIView>> subviews = all;
   for (const Ref<UIView>& subview : subviews) {
-    if (storageOf(*subview).translatesAutoresizingMask) continue;
+    if (!isPlaced(subview)) continue;
     const std::optional<CGRect> frame = engine->frameOf(*subview);
     if (frame && !LayoutEngine::isSame(*frame, plainFrame(*subview))) setPlainFrame(*subview, *frame);
   }
