@@ -14,7 +14,11 @@ struct NSObject::Associations {
 };
 
 NSObject::NSObject() = default;
-NSObject::~NSObject() = default;
+
+NSObject::~NSObject() {
+  // Taken out first: what ends with this object finds no associations here any more.
+  const std::unique_ptr<Associations> last = std::move(associations_);
+}
 
 Class& NSObject::cls() {
   static Class* const shared = new Class("NSObject", nullptr, nullptr);
@@ -32,15 +36,13 @@ std::string NSObject::description() const {
 }
 
 void NSObject::setAssociatedObject(const void* key, Ref<NSObject> value, AssociationPolicy policy) {
-  if (!value) {
-    if (associations_) associations_->entries.erase(key);
-    return;
-  }
+  if (!value && !associations_) return;
   if (!associations_) associations_ = std::make_unique<Associations>();
   Associations::Entry entry;
   entry.weak = value;
   if (policy == AssociationPolicy::retain) entry.strong = std::move(value);
-  associations_->entries.insert_or_assign(key, std::move(entry));
+  // The previous object ends last: its end may look at the associations of this one.
+  std::swap(associations_->entries[key], entry);
 }
 
 Ref<NSObject> NSObject::associatedObject(const void* key) const {

@@ -1,0 +1,82 @@
+#include "platform/runtime/FatalError.h"
+#include "platform/runtime/NSObject.h"
+#include "platform/runtime/Object.h"
+
+namespace platform {
+namespace {
+
+class Thing : public Object<Thing, NSObject> {
+ public:
+  void initWithFriend(const Ref<Thing>& other) { friend_ = other; }
+  Ref<Thing> myself() { return self(); }
+  Weak<Thing> friend_;
+};
+
+char key;
+char otherKey;
+
+TEST(AssociatedObjects, LiveAsLongAsTheirOwnerOrAsLongAsOthersHoldThem) {
+  Ref<Thing> owner = make<Thing>();
+  Ref<Thing> kept = make<Thing>();
+  Ref<Thing> seen = make<Thing>();
+  const Weak<Thing> keptLater = kept;
+  owner->setAssociatedObject(&key, kept, AssociationPolicy::retain);
+  owner->setAssociatedObject(&otherKey, seen, AssociationPolicy::assignWeak);
+  kept = nullptr;
+  EXPECT_EQ(owner->associatedObject(&key), keptLater.lock());
+  EXPECT_FALSE(keptLater.expired());
+  EXPECT_EQ(owner->associatedObject(&otherKey), seen);
+  seen = nullptr;
+  EXPECT_EQ(owner->associatedObject(&otherKey), nullptr);
+  owner = nullptr;
+  EXPECT_TRUE(keptLater.expired());
+}
+
+TEST(AssociatedObjects, AreReplacedAndRemovedByKey) {
+  const Ref<Thing> owner = make<Thing>();
+  const Ref<Thing> first = make<Thing>();
+  const Ref<Thing> second = make<Thing>();
+  EXPECT_EQ(owner->associatedObject(&key), nullptr);
+  owner->setAssociatedObject(&key, nullptr, AssociationPolicy::retain);
+  owner->setAssociatedObject(&key, first, AssociationPolicy::retain);
+  owner->setAssociatedObject(&otherKey, first, AssociationPolicy::retain);
+  owner->setAssociatedObject(&key, second, AssociationPolicy::assignWeak);
+  EXPECT_EQ(owner->associatedObject(&key), second);
+  EXPECT_EQ(first.use_count(), 2) << "the first is held under the other key only";
+  owner->setAssociatedObject(&otherKey, nullptr, AssociationPolicy::retain);
+  EXPECT_EQ(owner->associatedObject(&otherKey), nullptr);
+  EXPECT_EQ(first.use_count(), 1);
+}
+
+/// Looks at its owner while it dies with it.
+class Observer : public Object<Observer, NSObject> {
+ public:
+  ~Observer() override {
+    if (owner_) isGone = owner_->associatedObject(&key) == nullptr;
+  }
+  static inline bool isGone = false;
+  NSObject* owner_ = nullptr;
+};
+
+TEST(AssociatedObjects, MayBeReplacedByOneWhoseOldValueLooksAtTheOwnerWhileItDies) {
+  const Ref<Thing> owner = make<Thing>();
+  Ref<Observer> observer = make<Observer>();
+  observer->owner_ = owner.get();
+  owner->setAssociatedObject(&key, std::move(observer), AssociationPolicy::retain);
+  owner->setAssociatedObject(&key, nullptr, AssociationPolicy::retain);
+  EXPECT_TRUE(Observer::isGone);
+}
+
+TEST(Make, GivesAnObjectThatKnowsItself) {
+  const Ref<Thing> thing = make<Thing>();
+  EXPECT_EQ(thing->myself(), thing);
+  EXPECT_EQ(as<Thing>(Ref<NSObject>(thing)), thing);
+  EXPECT_EQ(as<Observer>(Ref<NSObject>(thing)), nullptr);
+}
+
+TEST(FatalErrorDeath, IsOneLine) {
+  EXPECT_DEATH(fatalError("first\nsecond\r\nthird"), "^fatal error: first second  third\n$");
+}
+
+}  // namespace
+}  // namespace platform
