@@ -72,19 +72,19 @@ class Builder {
   }
 
   /// The last row: plane key, space with its neighbours, return.
-  void lastRow(const std::string& plane, const UITextInputTraits& traits) {
+  void lastRow(const std::string& plane, UIReturnKeyType returnKey, UIKeyboardType type = UIKeyboardType::standard) {
     const double outer = 2 * letterWidth_ + gap + letterWidth_ / 2;
     double x = side;
     add(Kind::plane, plane, {x, rowTop(3), outer, keyHeight});
     x += outer + gap;
     const double end = width_ - side - outer - gap;
-    if (traits.keyboardType == UIKeyboardType::URL) {
+    if (type == UIKeyboardType::URL) {
       const double third = (end - x - 2 * gap) / 3;
       for (const std::string_view name : {".", "/", ".com"}) {
         add(Kind::character, std::string(name), {x, rowTop(3), third, keyHeight});
         x += third + gap;
       }
-    } else if (traits.keyboardType == UIKeyboardType::emailAddress) {
+    } else if (type == UIKeyboardType::emailAddress) {
       const double small = letterWidth_ * 1.2;
       add(Kind::space, " ", {x, rowTop(3), end - x - 2 * (small + gap), keyHeight});
       add(Kind::character, "@", {end - 2 * small - gap, rowTop(3), small, keyHeight});
@@ -93,7 +93,7 @@ class Builder {
       add(Kind::space, " ", {x, rowTop(3), end - x, keyHeight});
     }
     add(Kind::returnKey, "\n", {width_ - side - outer, rowTop(3), outer, keyHeight});
-    keys_.back().label = returnLabel(traits.returnKeyType);
+    keys_.back().label = returnLabel(returnKey);
   }
 
   /// The telephone pad: 1 to 9, then what stands left of the 0.
@@ -164,19 +164,19 @@ KeyboardLayout KeyboardLayout::make(const UITextInputTraits& traits, KeyboardPla
       builder.centred(0, {"q", "w", "e", "r", "t", "y", "u", "i", "o", "p"}, letter);
       builder.centred(1, {"a", "s", "d", "f", "g", "h", "j", "k", "l"}, letter);
       builder.thirdRow(Kind::shift, "shift", {"z", "x", "c", "v", "b", "n", "m"});
-      builder.lastRow("123", traits);
+      builder.lastRow("123", traits.returnKeyType, traits.keyboardType);
       break;
     case KeyboardPlane::numbers:
       builder.centred(0, {"1", "2", "3", "4", "5", "6", "7", "8", "9", "0"}, letter);
       builder.centred(1, {"-", "/", ":", ";", "(", ")", "$", "&", "@", "\""}, letter);
       builder.thirdRow(Kind::plane, "#+=", {".", ",", "?", "!", "'"});
-      builder.lastRow("ABC", traits);
+      builder.lastRow("ABC", traits.returnKeyType);
       break;
     case KeyboardPlane::symbols:
       builder.centred(0, {"[", "]", "{", "}", "#", "%", "^", "*", "+", "="}, letter);
       builder.centred(1, {"_", "\\", "|", "~", "<", ">", "€", "£", "¥", "•"}, letter);
       builder.thirdRow(Kind::plane, "123", {".", ",", "?", "!", "'"});
-      builder.lastRow("ABC", traits);
+      builder.lastRow("ABC", traits.returnKeyType);
       break;
   }
   return builder.take();

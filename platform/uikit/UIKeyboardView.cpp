@@ -34,6 +34,7 @@ void UIKeyboardView::show(const UITextInputTraits& traits) {
   plane_ = KeyboardPlane::letters;
   shift_ = Shift::off;
   suggested_ = false;
+  lastShiftTime_ = -1;
   rebuild();
 }
 

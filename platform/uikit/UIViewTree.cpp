@@ -137,6 +137,7 @@ void UIView::removeFromSuperview() {
   if (storage_->window) announceWindow(nullptr);
   detach();
   enterWindow(nullptr);
+  updateSafeAreaInsets();
   didMoveToSuperview();
   inheritTintColor();
 }

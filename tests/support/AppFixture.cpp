@@ -36,15 +36,16 @@ AppFixture::AppFixture(const DeviceProfile& profile) : profileBefore_(UIDevice::
   settle();
 }
 
-AppFixture::~AppFixture() {
+void AppFixture::TearDown() {
   while (UIApplication::shared().isIgnoringInteractionEvents()) UIApplication::shared().endIgnoringInteractionEvents();
   window_->endEditing(true);
   RunLoop::advance(1);  // the keyboard slides out
   window_->setHidden(true);
   window_.reset();
   RunLoop::settle();
-  UIDevice::setProfile(profileBefore_);
 }
+
+AppFixture::~AppFixture() { UIDevice::setProfile(profileBefore_); }
 
 void AppFixture::show(const Ref<UIViewController>& root) {
   window_->setRootViewController(root);

@@ -20,6 +20,8 @@ class AppFixture : public testing::Test {
  protected:
   explicit AppFixture(const DeviceProfile& profile = DeviceProfile::phone());
   ~AppFixture() override;
+  /// Puts the application away while the test's own members are still there.
+  void TearDown() override;
 
   const Ref<UIWindow>& window() const { return window_; }
   /// The view of the root controller.

@@ -19,6 +19,13 @@ void writeFile(const std::filesystem::path& path, const std::string& bytes) {
   if (!file.flush()) ADD_FAILURE() << "cannot write " << path;
 }
 
+/// Compilers are given paths relative to the build; what follows the folder of all tests is the same everywhere.
+std::filesystem::path sourceFolder(const std::string& file) {
+  const std::size_t tests = file.rfind("/tests/");
+  const std::string inside = tests == std::string::npos ? file : file.substr(tests + 7);
+  return (std::filesystem::path(TESTS_FOLDER) / inside).parent_path();
+}
+
 bool isFarOff(std::uint32_t a, std::uint32_t b) {
   for (int shift = 0; shift < 32; shift += 8) {
     const int difference = static_cast<int>((a >> shift) & 0xFF) - static_cast<int>((b >> shift) & 0xFF);
@@ -39,7 +46,7 @@ double differenceOf(const Bitmap& a, const Bitmap& b) {
 }  // namespace
 
 void expectPicture(const UIImage& image, const std::string& name, const std::source_location& where) {
-  const std::filesystem::path folder = std::filesystem::path(where.file_name()).parent_path() / "pictures";
+  const std::filesystem::path folder = sourceFolder(where.file_name()) / "pictures";
   const std::filesystem::path stored = folder / (name + ".png");
   if (std::getenv("LUMICOR_UPDATE_PICTURES")) {
     std::filesystem::create_directories(folder);

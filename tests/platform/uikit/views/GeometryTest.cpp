@@ -36,6 +36,7 @@ TEST_F(GeometryTest, KeepsFrameBoundsAndCenterInStep) {
   view->setTransform(CGAffineTransform::scale(2, 0.5));
   EXPECT_EQ(view->frame(), (CGRect{60, 90, 80, 20}));
   EXPECT_EQ(view->bounds().size, (CGSize{40, 40}));
+  view->setTransform(CGAffineTransformIdentity);
   view->setFrame({0, 0, -5, 10});
   EXPECT_EQ(view->bounds().size.width, 0);
 }

@@ -11,7 +11,10 @@ using testing::IsEmpty;
 
 namespace {
 
-class TreeTest : public AppFixture {};
+class TreeTest : public AppFixture {
+ protected:
+  std::vector<std::string> log;
+};
 
 /// Notes what the platform tells it.
 class ToldView : public Object<ToldView, UIView> {
@@ -88,7 +91,6 @@ TEST_F(TreeTest, KeepsSubviewsAndTheirLayersInOrder) {
 }
 
 TEST_F(TreeTest, TellsEverybodyConcernedOfMoves) {
-  std::vector<std::string> log;
   const auto told = [&](const char* name) {
     auto view = make<ToldView>();
     view->name = name;
@@ -120,7 +122,6 @@ TEST_F(TreeTest, HandsTintDownToThoseWithoutTheirOwn) {
   const auto parent = make<UIView>();
   const auto child = make<ToldView>();
   const auto stubborn = make<ToldView>();
-  std::vector<std::string> log;
   child->name = "child";
   stubborn->name = "stubborn";
   child->log = stubborn->log = &log;
@@ -189,7 +190,6 @@ TEST_F(TreeTest, LeavesWhatSomebodyKeepsOutsideOfAnyWindow) {
   auto parent = make<UIView>();
   auto middle = make<UIView>();
   const auto kept = make<ToldView>();
-  std::vector<std::string> log;
   middle->addSubview(kept);
   parent->addSubview(middle);
   content()->addSubview(parent);

@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
 
 #include "platform/animation/CALayer.h"
+#include "platform/animation/FrameClock.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/uikit/ScreenHost.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIScrollView.h"
+#include "platform/uikit/UITapGestureRecognizer.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {
@@ -109,6 +112,53 @@ TEST_F(WindowTest, LetsTheWheelMoveTheNearestViewThatCan) {
   EXPECT_EQ(outer->contentOffset().y, 30) << "then the view around it";
   wheel(500);
   EXPECT_EQ(inner->contentOffset().y, 0);
+}
+
+namespace {
+
+class InputView : public Object<InputView, UIView> {
+ public:
+  bool canBecomeFirstResponder() override { return true; }
+  bool keyPressed(const UIKey& key) override {
+    keys.push_back(key);
+    return true;
+  }
+  void tapped() { ++taps; }
+  static void exportMethods(MethodTable<InputView>& table) { table.add<&InputView::tapped>("tapped"); }
+  std::vector<UIKey> keys;
+  int taps = 0;
+};
+
+}  // namespace
+
+TEST_F(WindowTest, ShowsFramesOnADesktopOnlyWhileSomethingChanges) {
+  const auto view = make<InputView>(CGRect{100, 100, 100, 100});
+  view->addGestureRecognizer(make<UITapGestureRecognizer>(view, sel("tapped")));
+  content()->addSubview(view);
+  ScreenHost host("test");
+  advance(0.2);
+  const auto frames = [] { return FrameClock::shared().frameCount(); };
+  const auto before = frames();
+  EXPECT_GT(before, 0u);
+  advance(5);
+  EXPECT_EQ(frames(), before) << "a still screen costs nothing";
+  UIView::animateWithDuration(0.5, [&] { view->setAlpha(0.5); });
+  advance(1);
+  EXPECT_GE(frames(), before + 29);
+  EXPECT_LE(frames(), before + 33);
+
+  EngineWindowDelegate& person = host;
+  person.windowTouched({0, WindowTouchPhase::began, {150, 150}, Clock::mediaTime()});
+  person.windowTouched({0, WindowTouchPhase::ended, {150, 150}, Clock::mediaTime()});
+  EXPECT_EQ(view->taps, 1);
+  view->becomeFirstResponder();
+  WindowKey key;
+  key.name = WindowKey::Name::backspace;
+  key.command = true;
+  person.windowKeyPressed(key);
+  ASSERT_EQ(view->keys.size(), 1u);
+  EXPECT_EQ(view->keys[0].code, UIKey::Code::backspace);
+  EXPECT_TRUE(view->keys[0].control);
 }
 
 }  // namespace platform::test
