@@ -36,6 +36,8 @@ Ref<UINavigationController> navigationControllerFrom(const Ref<UIViewController>
 
 }  // namespace
 
+std::int64_t LumicorUtils::millisecondsSinceEpoch() { return truncated(Clock::secondsSince1970() * 1000); }
+
 std::int64_t LumicorUtils::truncated(double value) {
   // The upper bound is the first double that no longer fits; the lower one fits exactly.
   if (!(value >= -9223372036854775808.0 && value < 9223372036854775808.0)) {

@@ -42,6 +42,7 @@ SessionTest::~SessionTest() {
   Lumicor::shared().setShouldEnableDebug(false);
   Lumicor::shared().setCurrentViewController(nullptr);
   window_->setRootViewController(nullptr);
+  UserDefaults::standard().synchronize();
   std::filesystem::remove_all(folder_);
 }
 
