@@ -1,11 +1,12 @@
 #include "platform/uikit/ModalPresentation.h"
 
 #include <cstdio>
+#include <numbers>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/animation/CALayer.h"
+#include "platform/animation/CAShapeLayer.h"
 #include "platform/uikit/UILayoutContainerView.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIWindow.h"
@@ -16,6 +17,20 @@ namespace {
 
 constexpr double dimmingAlpha = 0.25;
 constexpr unsigned fillsSuperview = UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight;
+
+/// Round at the top alone: the lower edge is that of the screen.
+CGPath sheetOutline(CGSize size) {
+  constexpr double radius = ModalPresentation::sheetCornerRadius;
+  constexpr double right = std::numbers::pi / 2;
+  CGPath path;
+  path.move({0, size.height});
+  path.line({0, radius});
+  path.arc({radius, radius}, radius, 2 * right, 3 * right, true);
+  path.arc({size.width - radius, radius}, radius, 3 * right, 4 * right, true);
+  path.line({size.width, size.height});
+  path.close();
+  return path;
+}
 
 void refuse(const UIViewController& presenting, const UIViewController& presented, const char* why) {
   std::fprintf(stderr, "A %s does not present a %s: %s.\n", presenting.isa().name().c_str(),
@@ -47,9 +62,9 @@ void ModalPresentation::present(const Ref<UIViewController>& presenting, const R
     const auto going = presenting->presented_->presentation_;
     going->finish();
   }
+  if (presenting->presented_) return refuse(*presenting, *presented, "it presents another controller already");
   const Ref<UIWindow> window = presenting->isViewLoaded() ? presenting->view()->window() : nullptr;
   if (!window) return refuse(*presenting, *presented, "its view is in no window");
-  if (presenting->presented_) return refuse(*presenting, *presented, "it presents another controller already");
   if (presented == presenting || presented->presentation_ || presented->parentViewController()) {
     return refuse(*presenting, *presented, "that is shown already");
   }
@@ -87,9 +102,7 @@ bool ModalPresentation::isSheet() const {
 
 CGRect ModalPresentation::holderFrame() const {
   const CGRect all = container_->bounds();
-  if (!isSheet()) return all;
-  // The lower corners are round as well, so they lie below the edge.
-  return {0, sheetTop, all.size.width, all.size.height - sheetTop + sheetCornerRadius};
+  return isSheet() ? CGRect{0, sheetTop, all.size.width, all.size.height - sheetTop} : all;
 }
 
 void ModalPresentation::build(const Ref<UIWindow>& window) {
@@ -106,10 +119,6 @@ void ModalPresentation::build(const Ref<UIWindow>& window) {
     container->addSubview(dimming_);
   }
   holder_ = make<UIView>(holderFrame());
-  if (isSheet()) {
-    holder_->layer()->setCornerRadius(sheetCornerRadius);
-    holder_->setClipsToBounds(true);
-  }
   container->addSubview(holder_);
   window->addSubview(container);
 }
@@ -121,9 +130,12 @@ void ModalPresentation::layOut() {
   holder_->setBounds({0, 0, frame.size.width, frame.size.height});
   holder_->setCenter(frame.center());
   const Ref<UIViewController> presented = presented_.lock();
-  if (!presented || !presented->isViewLoaded()) return;
-  const CGRect visible{0, 0, frame.size.width, frame.size.height - (isSheet() ? sheetCornerRadius : 0)};
-  presented->view()->setFrame(visible);
+  if (presented && presented->isViewLoaded()) presented->view()->setFrame(holder_->bounds());
+  if (!isSheet()) return;
+  auto mask = make<CAShapeLayer>();
+  mask->setFrame(holder_->bounds());
+  mask->setPath(sheetOutline(frame.size));
+  holder_->layer()->setMask(mask);
 }
 
 void ModalPresentation::begin(const Ref<UIWindow>& window, bool animated, Completion completion) {

@@ -333,10 +333,10 @@ double UINavigationBar::layOutLeft() {
                              ? contents_->title->sizeThatFits({width, standardHeight}).width
                              : 0;
     const double room = std::max(44.0, (width - title) / 2);
-    for (const std::string& text : {backTitle(), std::string("Back"), std::string()}) {
-      contents_->backItem->setTitle(text);
-      if (contents_->back->sizeThatFits({}).width <= room) break;
-    }
+    std::string text = backTitle();
+    if (contents_->back->widthWithTitle(text) > room) text = "Back";
+    if (contents_->back->widthWithTitle(text) > room) text.clear();
+    contents_->backItem->setTitle(text);
     const CGSize size = contents_->back->sizeThatFits({});
     setPlace(*contents_->back, {0, 0, size.width, standardHeight});
     x = size.width;

@@ -207,6 +207,7 @@ void UINavigationController::begin(const Ref<UIViewController>& to, bool animate
   if (to) to->loadViewIfNeeded();
   if (from) from->beginAppearanceTransition(false, animated);
   if (to) {
+    makeRoom(from);
     fit(to);
     updateInsets();
     to->beginAppearanceTransition(true, animated);

@@ -106,6 +106,7 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void applyBars(bool animated, double seconds);
   void settleBars();
   void updateInsets();
+  void makeRoom(const Ref<UIViewController>& leaving);
   /// Puts the screen's view into place among the contents.
   void place(const Ref<UIViewController>& controller);
   void fit(const Ref<UIViewController>& controller);

@@ -65,10 +65,25 @@ void UINavigationController::fit(const Ref<UIViewController>& controller) {
   view->setAutoresizingMask(fillsSuperview);
 }
 
+/// Before a screen comes: the tab bar's room is given or taken first, so that the screen is laid out once, as it will
+/// stand. The screen that goes keeps what it had.
+void UINavigationController::makeRoom(const Ref<UIViewController>& leaving) {
+  const Ref<UITabBarController> tabs = tabBarController();
+  if (!tabs) return;
+  const double before = view_->safeAreaInsets().bottom;
+  tabs->makeRoom();
+  const double taken = before - view_->safeAreaInsets().bottom;
+  if (!leaving || taken == 0) return;
+  UIEdgeInsets kept = leaving->barInsets_;
+  kept.bottom += taken;
+  leaving->setBarInsets(kept);
+}
+
 void UINavigationController::place(const Ref<UIViewController>& controller) {
   fit(controller);
   if (controller->view()->superview() != content_) content_->addSubview(controller->view());
   updateInsets();
+  controller->view()->updateSafeAreaInsets();
 }
 
 void UINavigationController::updateInsets() {

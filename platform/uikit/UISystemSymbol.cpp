@@ -48,7 +48,7 @@ const std::map<std::string, std::vector<Shape>>& shapes() {
       {"plus", {{"M12 4 L12 20 M4 12 L20 12", ""}}},
       {"minus", {{"M4 12 L20 12", ""}}},
       {"xmark", {{"M5.5 5.5 L18.5 18.5 M18.5 5.5 L5.5 18.5", ""}}},
-      {"xmark.circle.fill", {{"", "O12 12 9.8 X12 12 4.8 0.85"}}},
+      {"xmark.circle.fill", {{"", "O12 12 9.8 X12 12 5.6 0.85"}}},
       {"checkmark", {{"M4.5 12.5 L9.5 18 L19.5 6", ""}}},
       {"magnifyingglass", {{"O10.5 10.5 6.6 M15.4 15.4 L20.6 20.6", ""}}},
       {"trash",

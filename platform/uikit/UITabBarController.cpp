@@ -199,6 +199,10 @@ void UITabBarController::layOut() {
   if (shown_ && shown_->isViewLoaded()) fit(shown_);
 }
 
+void UITabBarController::makeRoom() {
+  if (shown_ && shown_->isViewLoaded() && content_) fit(shown_);
+}
+
 void UITabBarController::forwardAppearanceBegin(bool appearing, bool animated) {
   if (!appearing) {
     if (shown_) shown_->beginAppearanceTransition(false, animated);

@@ -48,6 +48,8 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   void itemTapped(const Ref<UITabBarItem>& item);
   void select(const Ref<UIViewController>& controller);
   void layOut();
+  /// Gives the selected screen the room that the bar leaves it; the bar itself stays where it is.
+  void makeRoom();
   void updateItems();
   void fit(const Ref<UIViewController>& controller);
   /// A screen pushed in the selected tab wants the bar out of the way.

@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 constexpr double padding = 8;
-constexpr double gap = 5;  // between the chevron and the title
+constexpr double backPadding = 3;  // before the chevron, whose picture has a margin of its own
 constexpr double minimumWidth = 36;
 constexpr double heldAlpha = 0.3;
 
@@ -33,6 +33,7 @@ void _UIButtonBarButton::initWithFrame(CGRect frame) {
   label_ = make<UILabel>();
   label_->setLineBreakMode(NSLineBreakMode::byTruncatingTail);
   addSubview(label_);
+  ruler_ = make<UILabel>();
 }
 
 void _UIButtonBarButton::setShowsBackIndicator(bool shows) {
@@ -43,6 +44,10 @@ void _UIButtonBarButton::setShowsBackIndicator(bool shows) {
 Ref<NSObject> _UIButtonBarButton::actionSender() {
   const Ref<UIBarButtonItem> item = item_.lock();
   return item ? Ref<NSObject>(item) : Super::actionSender();
+}
+
+void _UIButtonBarButton::sendAction(SEL action, Ref<NSObject> target, Ref<UIEvent> event) {
+  Super::sendAction(action, target ? target : Ref<NSObject>(targetForAction(action)), event);
 }
 
 void _UIButtonBarButton::update() {
@@ -88,14 +93,21 @@ void _UIButtonBarButton::tintColorDidChange() {
   if (label_) stateDidChange();
 }
 
+double _UIButtonBarButton::widthWithTitle(const std::string& title) const {
+  ruler_->setFont(label_->font());
+  ruler_->setText(title);
+  const double text = title.empty() ? 0 : ruler_->sizeThatFits({CGFloatMax, 0}).width;
+  return backPadding + picture_->image()->size().width + text + padding;
+}
+
 CGSize _UIButtonBarButton::sizeThatFits(CGSize) const {
   const Ref<UIBarButtonItem> item = item_.lock();
   constexpr double height = 44;
   if (item && item->width() > 0) return {item->width(), height};
+  if (showsBackIndicator_) return {widthWithTitle(label_->text().value_or("")), height};
   double width = 0;
   if (!picture_->isHidden()) width += picture_->image()->size().width;
   if (!label_->isHidden()) width += label_->sizeThatFits({CGFloatMax, height}).width;
-  if (showsBackIndicator_) return {padding + width + (label_->isHidden() ? padding : gap + padding), height};
   return {std::max(minimumWidth, width + 2 * padding), height};
 }
 
@@ -107,8 +119,8 @@ void _UIButtonBarButton::layoutSubviews() {
   const CGSize image = picture_->isHidden() ? CGSize{} : picture_->image()->size();
   const CGSize text = label_->isHidden() ? CGSize{} : label_->sizeThatFits({CGFloatMax, size.height});
   if (showsBackIndicator_) {
-    picture_->setFrame({padding, (size.height - image.height) / 2, image.width, image.height});
-    const double left = padding + image.width + gap;
+    picture_->setFrame({backPadding, (size.height - image.height) / 2, image.width, image.height});
+    const double left = backPadding + image.width;
     label_->setFrame(
         {left, (size.height - text.height) / 2, std::max(0.0, std::min(text.width, size.width - left)), text.height});
     return;

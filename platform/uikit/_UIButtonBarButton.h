@@ -21,6 +21,11 @@ class _UIButtonBarButton : public Object<_UIButtonBarButton, UIControl> {
   void update();
   /// A chevron before the title, at the leading edge of a navigation bar.
   void setShowsBackIndicator(bool shows);
+  /// What it would take with a chevron and that title.
+  double widthWithTitle(const std::string& title) const;
+
+  /// Without a target the action looks for one from the bar upwards: the item itself stands in no chain.
+  void sendAction(SEL action, Ref<NSObject> target, Ref<UIEvent> event) override;
 
   CGSize sizeThatFits(CGSize size) const override;
   CGSize intrinsicContentSize() const override;
@@ -34,6 +39,7 @@ class _UIButtonBarButton : public Object<_UIButtonBarButton, UIControl> {
  private:
   Weak<UIBarButtonItem> item_;
   Ref<UILabel> label_;
+  Ref<UILabel> ruler_;  // measures titles, in no view
   Ref<UIImageView> picture_;
   bool showsBackIndicator_ = false;
 };

@@ -1,0 +1,84 @@
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UINavigationBar.h"
+#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UISearchBar.h"
+#include "platform/uikit/UISearchController.h"
+#include "platform/uikit/UITextField.h"
+#include "tests/platform/uikit/controllers/JournalScreen.h"
+#include "tests/support/AppFixture.h"
+
+namespace platform::test {
+namespace {
+
+class Updater : public Object<Updater, NSObject> {
+ public:
+  explicit Updater(Journal journal) : journal_(std::move(journal)) {}
+  void update(Ref<UISearchController> search) {
+    journal_.write((search->isActive() ? "on:" : "off:") + search->searchBar()->text().value_or(""));
+  }
+  static void exportMethods(MethodTable<Updater>& table) {
+    table.add<&Updater::update>("updateSearchResultsForSearchController:");
+  }
+
+ private:
+  Journal journal_;
+};
+
+class SearchControllerTest : public AppFixture {
+ protected:
+  SearchControllerTest() {
+    a = make<JournalScreen>("A", journal);
+    results = make<JournalScreen>("R", journal);
+    search = make<UISearchController>(results);
+    search->setSearchResultsUpdater(updater);
+    a->navigationItem()->setSearchController(search);
+    navigation = make<UINavigationController>(a);
+    show(navigation);
+    journal.take();
+  }
+  void tapView(const Ref<UIView>& view) { tap(view->convertRect(view->bounds(), nullptr).center()); }
+  Journal journal;
+  Ref<Updater> updater = make<Updater>(journal);
+  Ref<JournalScreen> a, results;
+  Ref<UISearchController> search;
+  Ref<UINavigationController> navigation;
+};
+
+TEST_F(SearchControllerTest, TheSearchBarStandsUnderTheTitle) {
+  EXPECT_EQ(navigation->navigationBar()->frame().height(), 96);
+  EXPECT_EQ(search->searchBar()->convertRect(search->searchBar()->bounds(), nullptr), (CGRect{0, 91, 390, 52}));
+  EXPECT_EQ(a->view()->safeAreaInsets().top, 143);
+  a->navigationItem()->setSearchController(nullptr);
+  settle();
+  EXPECT_EQ(search->searchBar()->superview(), nullptr);
+  EXPECT_EQ(a->view()->safeAreaInsets().top, 91);
+}
+
+TEST_F(SearchControllerTest, TypingShowsTheResultsAndCancellingTakesThemAway) {
+  tapView(search->searchBar()->searchTextField());
+  EXPECT_TRUE(search->isActive());
+  EXPECT_TRUE(search->searchBar()->showsCancelButton());
+  EXPECT_EQ(journal.take(), "on:");
+  type("te");
+  EXPECT_EQ(journal.take(), "R.will+ R.load R.willAppear R.didAppear R.did+ on:t on:te");
+  EXPECT_TRUE(results->view()->isDescendantOfView(a->view().get()));
+  tapView(search->searchBar()->cancelButton());
+  EXPECT_FALSE(search->isActive());
+  EXPECT_EQ(search->searchBar()->text(), "");
+  EXPECT_FALSE(search->searchBar()->searchTextField()->isFirstResponder());
+  EXPECT_EQ(journal.take(), "R.will- R.willDisappear R.didDisappear R.did- off:");
+}
+
+TEST_F(SearchControllerTest, ActivatingByProgramBringsTheKeyboardAndATapOnTheScreenEndsIt) {
+  search->setActive(true);
+  search->setActive(true);
+  EXPECT_EQ(journal.take(), "on:");
+  EXPECT_TRUE(search->searchBar()->searchTextField()->isFirstResponder());
+  tap(CGPoint{200, 300});
+  EXPECT_FALSE(search->isActive());
+  EXPECT_EQ(journal.take(), "off:");
+  EXPECT_TRUE(a->view()->subviews().empty());
+}
+
+}  // namespace
+}  // namespace platform::test
