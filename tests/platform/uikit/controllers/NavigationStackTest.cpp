@@ -237,6 +237,15 @@ TEST_F(NavigationStackTest, WhatACallbackPushesIsShownAfterTheScreenThatCalled) 
   EXPECT_EQ(a->view()->window(), window());
 }
 
+TEST_F(NavigationStackTest, WhatTheRootPushesAsItFirstAppearsIsShownOnceItHasAppeared) {
+  a->onWillAppear = [this] { navigation->pushViewController(b, false); };
+  show(navigation);
+  EXPECT_EQ(journal.take(),
+            "A.will+ A.did+ A.load A.willAppear B.will+ (willShow A) A.didAppear (didShow A) B.load A.willDisappear "
+            "B.willAppear (willShow B) A.didDisappear B.didAppear B.did+ (didShow B)");
+  EXPECT_EQ(b->view()->window(), window());
+}
+
 TEST_F(NavigationStackTest, ChangesOutOfSightLoadNothingAndTellOnlyOfParents) {
   navigation->pushViewController(b, true);
   navigation->pushViewController(c, true);

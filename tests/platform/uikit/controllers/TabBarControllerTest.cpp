@@ -130,6 +130,15 @@ TEST_F(TabBarControllerTest, SelectingInACallbackEndsOnTheLastChoice) {
   EXPECT_EQ(c->view()->window(), window());
 }
 
+TEST_F(TabBarControllerTest, AScreenMaySelectAnotherAsItFirstAppears) {
+  tabs->setViewControllers({a, b, c});
+  a->onWillAppear = [this] { tabs->setSelectedIndex(1); };
+  show(tabs);
+  EXPECT_EQ(tabs->selectedIndex(), 1);
+  EXPECT_EQ(b->view()->window(), window());
+  EXPECT_EQ(a->view()->window(), nullptr);
+}
+
 TEST_F(TabBarControllerTest, NewScreensKeepTheSelectedOneWhenItIsAmongThem) {
   showTabs();
   tabs->setSelectedIndex(1);
