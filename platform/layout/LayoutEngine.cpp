@@ -60,10 +60,9 @@ void LayoutEngine::drop(UIView& subtree) {
   });
   if (items_.empty()) return;
   forSubtree(subtree, [this](UIView& view) {
-    if (ViewLayout* const state = ViewLayout::ifAny(view)) {
+    if (const ViewLayout* const state = ViewLayout::ifAny(view)) {
       for (const auto& guide : state->guides()) dropItem(*guide);
-      dropItem(*ViewLayout::safeAreaGuide(view));
-      dropItem(*ViewLayout::marginsGuide(view));
+      for (const auto& guide : state->insetGuides()) dropItem(*guide);
     }
     dropItem(view);
     return true;
@@ -114,19 +113,25 @@ void LayoutEngine::frameDidChange(const UIView& view) {
   LayoutItem* const known = find(view);
   if (!known) return;
   if (known->isFramed) markDirty(*known);
-  if (known->isRead) dirty_ = true;
+  if (known->baselineIsRead || (known->originIsRead && view.bounds().origin != known->origin)) {
+    readsAreStale_ = true;
+    dirty_ = true;
+  }
 }
 
 void LayoutEngine::contentSizeDidChange(const UIView& view) {
   LayoutItem* const known = find(view);
-  if (!known || known->isFramed) return;
+  if (!known) return;
+  if (known->baselineIsRead) readsAreStale_ = dirty_ = true;
+  if (known->isFramed) return;
   known->contentIsDirty = true;
   markDirty(*known);
 }
 
-void LayoutEngine::insetsDidChange(UIView& view) {
-  if (!ViewLayout::ifAny(view)) return;
-  for (const auto& guide : {ViewLayout::safeAreaGuide(view), ViewLayout::marginsGuide(view)}) {
+void LayoutEngine::insetsDidChange(const UIView& view) {
+  const ViewLayout* const state = ViewLayout::ifAny(view);
+  if (!state) return;
+  for (const auto& guide : state->insetGuides()) {
     if (LayoutItem* const known = find(*guide)) markDirty(*known);
   }
 }
@@ -154,7 +159,7 @@ void LayoutEngine::install(Entry& entry) {
 }
 
 void LayoutEngine::uninstall(Entry& entry) {
-  if (std::exchange(entry.isRead, false)) std::erase(readers_, &entry);
+  if (std::exchange(entry.reads, false)) std::erase(readers_, &entry);
   if (entry.id == noLayoutConstraint) return;
   solver_.removeConstraint(entry.id);
   setOwner(entry.id, nullptr);
@@ -174,7 +179,7 @@ LayoutConstraintId LayoutEngine::addOrBreak(LinearConstraint constraint, Entry* 
       return added.id;
     }
     Entry* const victim = victimOf(added.conflict, owner);
-    if (victim) report(added.conflict, owner, *victim);
+    if (victim && !fitting_) report(added.conflict, owner, *victim);
     if (!victim || victim == owner) {
       if (owner) owner->isBroken = true;
       constraint.priority = brokenPriority;
@@ -202,10 +207,10 @@ void LayoutEngine::report(const std::vector<LayoutConstraintId>& conflict, const
                           const Entry& victim) const {
   std::string line = "Unable to satisfy " + victim.constraint->description() + " together with";
   const char* separator = " ";
-  bool namesViews = false;
+  bool namesOwn = false;
   const auto name = [&](const Entry* entry) {
-    if (entry == &victim || (!entry && std::exchange(namesViews, true))) return;
-    line += separator + (entry ? entry->constraint->description() : std::string("the frames of views"));
+    if (entry == &victim || (!entry && std::exchange(namesOwn, true))) return;
+    line += separator + (entry ? entry->constraint->description() : std::string("what views themselves require"));
     separator = ", ";
   };
   name(owner);

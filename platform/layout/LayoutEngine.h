@@ -49,7 +49,7 @@ class LayoutEngine {
   void priorityDidChange(const NSLayoutConstraint& constraint);
   void frameDidChange(const UIView& view);
   void contentSizeDidChange(const UIView& view);
-  void insetsDidChange(UIView& view);
+  void insetsDidChange(const UIView& view);
   void translationDidChange(const UIView& view);
 
   // ---- Solving
@@ -74,7 +74,7 @@ class LayoutEngine {
     std::uint64_t sequence = 0;
     bool isPending = true;
     bool isBroken = false;
-    bool isRead = false;  ///< see LayoutItem::isRead
+    bool reads = false;  ///< numbers that may change: see LayoutItem
   };
   enum Which : std::size_t { x, y, width, height };
 
@@ -86,10 +86,10 @@ class LayoutEngine {
   void dropItem(const NSObject& key);
   void markDirty(LayoutItem& item);
   LayoutVariable variable(LayoutItem& item, std::size_t which);
-  LinearExpression positionIn(LayoutItem& item, std::size_t axis, const UIView& ancestor, bool& isRead);
+  LinearExpression positionIn(LayoutItem& item, std::size_t axis, const UIView& ancestor, bool& reads);
   LinearExpression length(LayoutItem& item, std::size_t axis, bool ofContent);
   LinearExpression expression(const Ref<NSObject>& object, NSLayoutAttribute attribute, const UIView& ancestor,
-                              bool& isRead);
+                              bool& reads);
   LinearConstraint equation(Entry& entry);
 
   // The engine's own constraints
@@ -130,10 +130,11 @@ class LayoutEngine {
   std::vector<Entry*> pending_;
   std::vector<const NSLayoutConstraint*> changedConstants_;
   std::vector<const NSObject*> dirtyItems_;
-  std::vector<Entry*> readers_;  // those with isRead
+  std::vector<Entry*> readers_;  // those that read
   std::uint64_t nextSequence_ = 0;
   double pixelsPerPoint_;
   bool dirty_ = true;
+  bool readsAreStale_ = false;
   bool updating_ = false;
 };
 

@@ -213,7 +213,7 @@ void LayoutEngine::setContentLength(LayoutItem& item, std::size_t axis, double l
 
 // ---- Expressions
 
-LinearExpression LayoutEngine::positionIn(LayoutItem& start, std::size_t axis, const UIView& ancestor, bool& isRead) {
+LinearExpression LayoutEngine::positionIn(LayoutItem& start, std::size_t axis, const UIView& ancestor, bool& reads) {
   LinearExpression sum(variable(start, x + axis));
   UIView* at = start.guide ? start.view : ViewLayout::superviewOf(*start.view);
   for (; at != &ancestor; at = ViewLayout::superviewOf(*at)) {
@@ -221,8 +221,9 @@ LinearExpression LayoutEngine::positionIn(LayoutItem& start, std::size_t axis, c
     sum.add(LinearExpression(variable(between, x + axis)));
     const CGPoint offset = at->bounds().origin;
     sum.constant -= finite(axis == 0 ? offset.x : offset.y);
-    between.isRead = true;
-    isRead = true;
+    between.originIsRead = true;
+    between.origin = offset;
+    reads = true;
   }
   return sum;
 }
@@ -234,7 +235,7 @@ LinearExpression LayoutEngine::length(LayoutItem& item, std::size_t axis, bool o
 }
 
 LinearExpression LayoutEngine::expression(const Ref<NSObject>& object, NSLayoutAttribute attribute,
-                                          const UIView& ancestor, bool& isRead) {
+                                          const UIView& ancestor, bool& reads) {
   auto* view = dynamic_cast<UIView*>(object.get());
   Ref<UILayoutGuide> guide = view ? nullptr : std::static_pointer_cast<UILayoutGuide>(object);
   if (isMargin(attribute) && view) {
@@ -248,7 +249,7 @@ LinearExpression LayoutEngine::expression(const Ref<NSObject>& object, NSLayoutA
 
   const std::size_t axis = kindOf(attribute) == LayoutAttributeKind::horizontalPosition ? 0 : 1;
   const bool isSelf = view == &ancestor;
-  LinearExpression result = isSelf ? LinearExpression(0) : positionIn(subject, axis, ancestor, isRead);
+  LinearExpression result = isSelf ? LinearExpression(0) : positionIn(subject, axis, ancestor, reads);
   const auto addLength = [&](double part) {
     result.add(length(subject, axis, isSelf && view->sizesContentByConstraints()), part);
   };
@@ -275,8 +276,8 @@ LinearExpression LayoutEngine::expression(const Ref<NSObject>& object, NSLayoutA
       result.constant += finite(hangsFromTop                    ? first
                                 : attribute == A::firstBaseline ? 0
                                                                 : view->lastBaselineOffset() - tall);
-      subject.isRead = true;
-      isRead = true;
+      subject.baselineIsRead = true;
+      reads = true;
       break;
     }
     default:
@@ -288,14 +289,14 @@ LinearExpression LayoutEngine::expression(const Ref<NSObject>& object, NSLayoutA
 LinearConstraint LayoutEngine::equation(Entry& entry) {
   const NSLayoutConstraint& constraint = *entry.constraint;
   const UIView& ancestor = *constraint.holder_;
-  bool isRead = false;
-  LinearExpression difference = expression(constraint.firstItem(), constraint.firstAttribute(), ancestor, isRead);
+  bool reads = false;
+  LinearExpression difference = expression(constraint.firstItem(), constraint.firstAttribute(), ancestor, reads);
   if (constraint.secondAttribute() != NSLayoutAttribute::notAnAttribute) {
-    difference.add(expression(constraint.secondItem(), constraint.secondAttribute(), ancestor, isRead),
+    difference.add(expression(constraint.secondItem(), constraint.secondAttribute(), ancestor, reads),
                    -constraint.multiplier());
   }
   difference.constant -= constraint.constant();
-  if (isRead && !std::exchange(entry.isRead, true)) readers_.push_back(&entry);
+  if (reads && !std::exchange(entry.reads, true)) readers_.push_back(&entry);
   return {std::move(difference), constraint.relation(), static_cast<double>(constraint.priority())};
 }
 

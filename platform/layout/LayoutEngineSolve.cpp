@@ -16,6 +16,8 @@ namespace {
 
 /// Text that wraps differently at each width it is given must come to rest at some time.
 constexpr int refinementLimit = 8;
+/// New constraints bring new views, whose superviews may be new; content that is invalidated by being asked ends here.
+constexpr int flushLimit = 100;
 /// Sizes are 0 or more unless required constraints say otherwise. Only those that come out negative are held up.
 constexpr double positivePriority = 999.95;
 
@@ -30,7 +32,7 @@ void LayoutEngine::update() {
     solver_.solve();
     if (!refine()) break;
   }
-  dirty_ = false;
+  dirty_ = !pending_.empty();
   updating_ = false;
   if (!fitting_) publish();
 }
@@ -41,7 +43,7 @@ void LayoutEngine::flush() {
     const auto found = entries_.find(constraint);
     if (found != entries_.end() && !found->second->isPending) refreshConstant(*found->second);
   }
-  while (!pending_.empty() || !dirtyItems_.empty()) {
+  for (int turn = 0; turn < flushLimit && !(pending_.empty() && dirtyItems_.empty()); ++turn) {
     // Given frames first: what constraints are to be checked against should be what holds now.
     const std::vector<const NSObject*> dirty = std::exchange(dirtyItems_, {});
     for (const NSObject* const key : dirty) {
@@ -118,6 +120,7 @@ bool LayoutEngine::measureWrappedContent() {
 }
 
 bool LayoutEngine::readAgain() {
+  if (!std::exchange(readsAreStale_, false)) return false;
   bool changed = false;
   const std::vector<Entry*> readers = readers_;
   for (Entry* const entry : readers) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <limits>
 
+#include "platform/graphics/CGGeometry.h"
 #include "platform/layout/LayoutSolver.h"
 #include "platform/uikit/Forward.h"
 
@@ -22,8 +23,9 @@ struct LayoutItem {
   bool contentIsDirty = false;
   /// Its height is that of text wrapped at its width.
   bool wraps = false;
-  /// Some expression holds its scroll offset or its baseline, which are no unknowns: they are read again when it moves.
-  bool isRead = false;
+  /// Some expression holds its baseline, or the origin of its bounds, as a number: it is read again when that changes.
+  bool baselineIsRead = false;
+  bool originIsRead = false;
   bool isDirty = false;  ///< waits in the engine's list
 
   LayoutVariable variables[4];
@@ -35,6 +37,7 @@ struct LayoutItem {
   float atLeastPriority[2] = {0, 0};
   float atMostPriority[2] = {0, 0};
   LayoutConstraintId positive[2] = {noLayoutConstraint, noLayoutConstraint};
+  CGPoint origin;  ///< as it was read
   double measuredWidth = std::numeric_limits<double>::quiet_NaN();
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <vector>
@@ -19,14 +21,40 @@ struct LinearTerm {
   double coefficient = 1;
 };
 
+/// Terms in the order they were added. A few fit without an allocation, which is all that most constraints have.
+class LinearTerms {
+ public:
+  LinearTerms() = default;
+  LinearTerms(std::initializer_list<LinearTerm> list) {
+    for (const LinearTerm& term : list) push_back(term);
+  }
+  void push_back(const LinearTerm& term) {
+    if (count_ < few_.size()) {
+      few_[count_] = term;
+    } else {
+      if (count_ == few_.size()) many_.assign(few_.begin(), few_.end());
+      many_.push_back(term);
+    }
+    ++count_;
+  }
+  std::size_t size() const { return count_; }
+  const LinearTerm* begin() const { return many_.empty() ? few_.data() : many_.data(); }
+  const LinearTerm* end() const { return begin() + count_; }
+
+ private:
+  std::size_t count_ = 0;
+  std::array<LinearTerm, 5> few_;
+  std::vector<LinearTerm> many_;
+};
+
 /// A sum of terms and a constant: `left + width * 0.5 + 8`. A variable may occur in several terms.
 struct LinearExpression {
-  std::vector<LinearTerm> terms;
+  LinearTerms terms;
   double constant = 0;
 
   LinearExpression() = default;
   LinearExpression(double value) : constant(value) {}
-  LinearExpression(LayoutVariable variable) : terms{{variable, 1}} {}
+  LinearExpression(LayoutVariable variable) { terms.push_back({variable, 1}); }
   LinearExpression(std::initializer_list<LinearTerm> list, double value = 0) : terms(list), constant(value) {}
 
   void add(const LinearExpression& other, double factor = 1) {

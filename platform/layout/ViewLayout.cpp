@@ -256,6 +256,13 @@ Ref<UILayoutGuide>& ViewLayout::ownGuide(Ref<UILayoutGuide>& guide, UIView& view
   return guide;
 }
 
+std::vector<Ref<UILayoutGuide>> ViewLayout::insetGuides() const {
+  std::vector<Ref<UILayoutGuide>> made;
+  if (safeAreaGuide_) made.push_back(safeAreaGuide_);
+  if (marginsGuide_) made.push_back(marginsGuide_);
+  return made;
+}
+
 Ref<UILayoutGuide> ViewLayout::safeAreaGuide(UIView& view) {
   ViewLayout& state = of(view);
   return state.ownGuide(state.safeAreaGuide_, view, true);

@@ -79,6 +79,8 @@ class ViewLayout {
 
   const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
   const std::vector<Ref<UILayoutGuide>>& guides() const { return guides_; }
+  /// Those of the safe area and the margins, as far as they were asked for.
+  std::vector<Ref<UILayoutGuide>> insetGuides() const;
 
  private:
   static LayoutEngine* ensureEngine(UIView& root);

@@ -76,6 +76,10 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void setBounds(CGRect bounds) override;
   void setFrame(CGRect frame) override;
   void layoutSubviews() override;
+  bool sizesContentByConstraints() const override { return true; }
+  void setContentSizeFromConstraints(CGSize size) override {
+    if (size != contentSize()) setContentSize(size);
+  }
   void safeAreaInsetsDidChange() override;
   void didMoveToWindow() override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
@@ -89,6 +93,8 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   virtual void contentOffsetDidChange() {}
   /// Content and offset moved together, so that what shows stays where it is: a drag or a glide goes on from there.
   void shiftContentOffset(CGPoint by);
+  /// Where a drag that was let go comes to rest; a subclass that wants another place gets the content sent there.
+  virtual CGPoint restingOffset(CGPoint proposed) { return proposed; }
   /// A finger stopped the gliding content and is still down.
   bool isHeld() const;
 

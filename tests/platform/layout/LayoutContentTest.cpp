@@ -1,6 +1,7 @@
 #include "LayoutFixture.h"
 #include "platform/layout/LayoutEngine.h"
 #include "platform/layout/ViewLayout.h"
+#include "platform/uikit/UILabel.h"
 
 namespace platform {
 namespace {
@@ -80,6 +81,25 @@ TEST_F(LayoutContentTest, WrapsBetweenItsNeighboursWhoseHeightFollows) {
             below->widthAnchor().constraintEqualToConstant(1)});
   EXPECT_EQ(layOut(letters), "20 10  200 x 60");
   EXPECT_EQ(layOut(below), "20 75  1 x 60");
+}
+
+TEST_F(LayoutContentTest, MeasuresRealTextAtTheWidthThatItGets) {
+  const auto label = placed<UILabel>(container, "label");
+  const auto below = placed(container, "below");
+  label->setNumberOfLines(0);
+  label->setText("A very long message wraps where its bubble ends, and the rows below it make room for its lines.");
+  pinTopLeft(label);
+  activate({at(label->widthAnchor().constraintLessThanOrEqualToConstant(250), 750),
+            below->topAnchor().constraintEqualToAnchor(label->bottomAnchor(), 7),
+            below->leftAnchor().constraintEqualToAnchor(container->leftAnchor())});
+  container->layoutIfNeeded();
+  EXPECT_EQ(label->frame().width(), 250);
+  EXPECT_EQ(label->frame().height(), label->sizeThatFits({250, 0}).height);
+  EXPECT_GT(label->frame().height(), 1.5 * label->sizeThatFits({10000, 0}).height);
+  EXPECT_EQ(below->frame().minY(), label->frame().maxY() + 7);
+  label->setText("Short.");
+  container->layoutIfNeeded();
+  EXPECT_EQ(label->frame().size, label->sizeThatFits({10000, 0}));
 }
 
 TEST_F(LayoutContentTest, FitsASubtreeToAWidthWithoutMovingIt) {

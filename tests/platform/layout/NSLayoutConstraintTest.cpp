@@ -135,7 +135,7 @@ TEST_F(NSLayoutConstraintTest, LetsTheHostsConstraintYieldToAGivenFrameThatContr
   testing::internal::CaptureStderr();
   container->setFrame({0, 0, 200, 200});
   EXPECT_EQ(frameOf(a).width(), 200);
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("together with the frames of views"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("together with what views themselves require"));
   container->setFrame({0, 0, 280, 200});
   EXPECT_EQ(frameOf(a).width(), 280);
 }
