@@ -93,9 +93,13 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
 
+ protected:
+  void contentOffsetDidChange() override;
+
  private:
   friend class CollectionContent;
   friend class UICollectionViewLayout;
+  void layoutWasInvalidated();
   std::unique_ptr<CollectionContent> content_;
 };
 

@@ -86,12 +86,21 @@ class UICollectionViewFlowLayout : public Object<UICollectionViewFlowLayout, UIC
     std::int64_t perLine = 1;
     double gap = 0;
     // Items of their own sizes.
+    struct Line {
+      double start;
+      double end;
+      std::int64_t first;
+    };
     std::vector<CGRect> frames;
-    std::vector<double> lineEnds;  ///< of the line that each item is in
+    std::vector<Line> lines;
   };
-  void layOutUniform(Section& section, double room);
+  void layOutUniform(Section& section, double room, double gap);
   void layOutFreely(Section& section, double room, const std::vector<CGSize>& sizes, double gap);
+  void itemsBetween(const Section& section, std::int64_t index, double start, double end,
+                    std::vector<IndexPath>& found) const;
   CGRect placed(double along, double across, double length, double breadth) const;
+  double lengthOf(CGSize size) const { return isVertical() ? size.height : size.width; }
+  double breadthOf(CGSize size) const { return isVertical() ? size.width : size.height; }
   bool isVertical() const { return direction_ == UICollectionViewScrollDirection::vertical; }
 
   CGSize itemSize_{50, 50};

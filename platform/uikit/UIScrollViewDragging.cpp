@@ -181,6 +181,10 @@ void ScrollState::dragEnded(bool cancelled) {
   };
   motionX = motion(offset.x, speed.x, rangeX(), size.width);
   motionY = motion(offset.y, speed.y, rangeY(), size.height);
+  const CGPoint proposed{motionX.target(), motionY.target()};
+  const CGPoint wanted = view.restingOffset(proposed);
+  if (wanted.x != proposed.x) motionX = ScrollMotion::spring(offset.x, speed.x, wanted.x);
+  if (wanted.y != proposed.y) motionY = ScrollMotion::spring(offset.y, speed.y, wanted.y);
   const bool glides = !motionX.isOver(0) || !motionY.isOver(0);
   const Ref<NSObject> receiver = delegate.lock();
   if (receiver && receiver->respondsToSelector(didEndDragging)) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/foundation/NSRange.h"
 #include "platform/uikit/UIView.h"
 
 namespace platform {
@@ -51,9 +52,10 @@ class UISearchBar : public Object<UISearchBar, UIView> {
   void tell(const char* selector);
   bool shouldBegin(const Ref<NSObject>& field);
   bool shouldEnd(const Ref<NSObject>& field);
-  void didBegin();
+  bool shouldChange(const Ref<NSObject>& field, NSRange range, const std::string& replacement);
+  void didBegin(const Ref<NSObject>& field);
+  void didEnd(const Ref<NSObject>& field);
   void didChange();
-  void didEnd();
   bool shouldReturn(const Ref<NSObject>& field);
   void cancelTapped();
 

@@ -1,6 +1,7 @@
 #include "platform/uikit/UIView.h"
 
 #include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIStackView.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIViewStorage.h"
 
@@ -56,7 +57,10 @@ double UIView::alpha() const { return storage_->layer->opacity(); }
 void UIView::setAlpha(double alpha) { storage_->layer->setOpacity(alpha); }
 bool UIView::isHidden() const { return storage_->layer->isHidden(); }
 void UIView::setHidden(bool hidden) {
-  if (hidden != isHidden()) storage_->layer->setHidden(hidden);
+  if (hidden == isHidden()) return;
+  storage_->layer->setHidden(hidden);
+  // A stack closes the gap that a hidden view leaves.
+  if (auto* stack = dynamic_cast<UIStackView*>(storage_->superview)) stack->setNeedsLayout();
 }
 bool UIView::clipsToBounds() const { return storage_->layer->masksToBounds(); }
 void UIView::setClipsToBounds(bool clips) { storage_->layer->setMasksToBounds(clips); }
