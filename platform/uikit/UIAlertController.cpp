@@ -70,7 +70,7 @@ void UIAlertController::viewDidLoad() {
     lines_.push_back(line);
     auto button = make<UIButton>(UIButtonType::system);
     button->setTitle(action->title(), UIControlState::normal);
-    button->setAccessibilityIdentifier(action->title());
+    button->setAccessibilityLabel(action->title());
     const bool strong = action->style() == UIAlertActionStyle::cancel;
     button->titleLabel()->setFont(UIFont::systemFont(17, strong ? UIFontWeightSemibold : UIFontWeightRegular));
     if (action->style() == UIAlertActionStyle::destructive) {

@@ -28,7 +28,7 @@ class UIAlertAction : public Object<UIAlertAction, NSObject> {
 };
 
 /// A question in the middle of the screen, over a dimmed background. Presented like any controller; every button
-/// dismisses it. The identifiers of the buttons are their titles. Main thread.
+/// dismisses it. Main thread.
 class UIAlertController : public Object<UIAlertController, UIViewController> {
  public:
   UIAlertController();

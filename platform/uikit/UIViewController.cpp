@@ -149,6 +149,13 @@ void UIViewController::addChildViewController(const Ref<UIViewController>& child
   if (old.get() == this) return;
   if (old) child->removeFromParentViewController();
   const Ref<UIViewController> keeper = self();
+  // The platform's containers keep books of their own.
+  if (const auto navigation = as<UINavigationController>(keeper)) return navigation->pushViewController(child, false);
+  if (const auto tabs = as<UITabBarController>(keeper)) {
+    auto all = children_;
+    all.push_back(child);
+    return tabs->setViewControllers(std::move(all));
+  }
   child->movingToParent_ = true;
   child->willMoveToParent(keeper);
   children_.push_back(child);

@@ -1,5 +1,6 @@
-#include "platform/dispatch/DispatchQueue.h"
+#include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIStoryboardSegue.h"
+#include "platform/uikit/UITabBarController.h"
 #include "tests/platform/uikit/controllers/JournalScreen.h"
 #include "tests/support/AppFixture.h"
 
@@ -72,6 +73,18 @@ TEST_F(AppearanceTest, AChildBelongsToOneParentAndLeavesTheOldOneFirst) {
   EXPECT_EQ(journal.take(), "C.did- C.will+");
   EXPECT_TRUE(first->childViewControllers().empty());
   EXPECT_EQ(child->parentViewController(), second);
+}
+
+TEST_F(AppearanceTest, AChildAddedToAPlatformContainerJoinsItsScreens) {
+  const auto navigation = make<UINavigationController>(screen("A"));
+  const auto tabs = make<UITabBarController>();
+  const auto child = screen("C");
+  navigation->addChildViewController(child);
+  EXPECT_EQ(navigation->topViewController(), child);
+  tabs->addChildViewController(child);
+  EXPECT_EQ(tabs->selectedViewController(), child);
+  EXPECT_EQ(navigation->viewControllers().size(), 1u);
+  EXPECT_EQ(journal.take(), "A.will+ A.did+ C.will+ C.did+ C.will- C.did- C.will+ C.did+");
 }
 
 TEST_F(AppearanceTest, ControllersAndTheirViewsDieWithTheWindowsRoot) {

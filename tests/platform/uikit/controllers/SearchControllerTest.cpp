@@ -80,5 +80,12 @@ TEST_F(SearchControllerTest, ActivatingByProgramBringsTheKeyboardAndATapOnTheScr
   EXPECT_TRUE(a->view()->subviews().empty());
 }
 
+TEST_F(SearchControllerTest, ThePictureOfALargeTitleWithASearch) {
+  a->setTitle("Teas");
+  search->searchBar()->setPlaceholder("Search teas");
+  navigation->navigationBar()->setPrefersLargeTitles(true);
+  picture("large_title");
+}
+
 }  // namespace
 }  // namespace platform::test
