@@ -1,5 +1,7 @@
 #include "platform/graphics/OpenTypeFile.h"
 
+#include <iterator>
+
 namespace platform {
 
 namespace {
@@ -7,6 +9,31 @@ namespace {
 constexpr std::size_t headerSize = 12;
 constexpr std::size_t recordSize = 16;
 constexpr std::uint32_t postScriptNameId = 6;
+
+void append(std::string& to, std::size_t number, int size) {
+  for (int shift = (size - 1) * 8; shift >= 0; shift -= 8) to.push_back(static_cast<char>(number >> shift & 255));
+}
+
+/// A table of names in English for Windows: family, style, full name, PostScript name.
+std::string tableOfNames(const std::string& name) {
+  struct Name {
+    std::size_t id;
+    std::string text;
+  };
+  const Name names[] = {{1, name}, {2, "Regular"}, {4, name}, {postScriptNameId, name}};
+  std::string table, letters;
+  append(table, 0, 2);
+  append(table, std::size(names), 2);
+  append(table, 6 + std::size(names) * 12, 2);
+  for (const Name& entry : names) {
+    for (const std::size_t number :
+         {std::size_t{3}, std::size_t{1}, std::size_t{0x409}, entry.id, entry.text.size() * 2, letters.size()}) {
+      append(table, number, 2);
+    }
+    for (const char letter : entry.text) append(letters, static_cast<unsigned char>(letter), 2);
+  }
+  return table + letters;
+}
 
 }  // namespace
 
@@ -19,17 +46,22 @@ std::uint32_t OpenTypeFile::number(std::size_t offset, int size) const {
   return value;
 }
 
-std::optional<std::string_view> OpenTypeFile::table(std::string_view tag) const {
+std::optional<std::size_t> OpenTypeFile::record(std::string_view tag) const {
   const std::size_t count = number(4, 2);
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t record = headerSize + i * recordSize;
     if (record + recordSize > bytes_.size()) return std::nullopt;
-    if (bytes_.substr(record, 4) != tag) continue;
-    const std::size_t offset = number(record + 8, 4), length = number(record + 12, 4);
-    if (offset > bytes_.size() || length > bytes_.size() - offset) return std::nullopt;
-    return bytes_.substr(offset, length);
+    if (bytes_.substr(record, 4) == tag) return record;
   }
   return std::nullopt;
+}
+
+std::optional<std::string_view> OpenTypeFile::table(std::string_view tag) const {
+  const std::optional<std::size_t> found = record(tag);
+  if (!found) return std::nullopt;
+  const std::size_t offset = number(*found + 8, 4), length = number(*found + 12, 4);
+  if (offset > bytes_.size() || length > bytes_.size() - offset) return std::nullopt;
+  return bytes_.substr(offset, length);
 }
 
 bool OpenTypeFile::isFont(std::string_view bytes) {
@@ -67,6 +99,19 @@ std::optional<std::string> OpenTypeFile::postScriptNameInTable(std::string_view 
     if (isPlain && !name.empty()) return name;
   }
   return std::nullopt;
+}
+
+std::string OpenTypeFile::renamed(std::string_view bytes, const std::string& name) {
+  std::string file(bytes);
+  const std::optional<std::size_t> record = OpenTypeFile(bytes).record("name");
+  if (!record) return file;
+  file.resize((file.size() + 3) / 4 * 4);
+  const std::string table = tableOfNames(name);
+  std::string place;
+  append(place, file.size(), 4);
+  append(place, table.size(), 4);
+  file.replace(*record + 8, place.size(), place);
+  return file + table;
 }
 
 }  // namespace platform

@@ -140,6 +140,9 @@ std::size_t TextLayout::previousIndex(std::size_t index) const {
 
 TextRange TextLayout::wordAt(std::size_t index) const {
   index = std::min(index, text_.size());
+  // Behind a word, at its blank or at the end, the word is meant.
+  const auto isBlank = [this](std::size_t at) { return at >= text_.size() || text_[at] == ' ' || text_[at] == '\n'; };
+  if (index > 0 && isBlank(index) && !isBlank(index - 1)) index = previousIndex(index);
   TextRange word{index, index};
   while (word.start > 0 && !isWordBoundary(word.start)) word.start = previousIndex(word.start);
   while (word.end < text_.size() && (word.end == index || !isWordBoundary(word.end))) word.end = nextIndex(word.end);

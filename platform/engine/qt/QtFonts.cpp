@@ -98,7 +98,9 @@ void QtFonts::takeAdded() {
     added.swap(added_);
   }
   for (const auto& [data, name] : added) {
-    const QByteArray bytes(data.data(), static_cast<qsizetype>(data.size()));
+    // Under a family of its own the font is found exactly, and cannot stand in for others of its family.
+    const std::string renamed = OpenTypeFile::renamed(data, name);
+    const QByteArray bytes(renamed.data(), static_cast<qsizetype>(renamed.size()));
     const QRawFont raw(bytes, 16);
     const int id = raw.isValid() ? QFontDatabase::addApplicationFontFromData(bytes) : -1;
     const QStringList families = id < 0 ? QStringList() : QFontDatabase::applicationFontFamilies(id);

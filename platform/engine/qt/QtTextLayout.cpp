@@ -268,7 +268,9 @@ std::vector<CGRect> QtTextLayout::selectionInLine(std::size_t line, TextRange ra
   while (at < to) {
     qsizetype next = at + 1;
     while (next < to && !paragraph.layout->isValidCursorPosition(static_cast<int>(next))) ++next;
-    const double a = qt.cursorToX(static_cast<int>(at)), b = qt.cursorToX(static_cast<int>(next));
+    // The edges of this very letter: where directions change, the next one begins elsewhere.
+    const double a = qt.cursorToX(static_cast<int>(at), QTextLine::Leading);
+    const double b = qt.cursorToX(static_cast<int>(at), QTextLine::Trailing);
     const CGRect letter(std::min(a, b), frame.minY(), std::abs(b - a), frame.height());
     const bool touches = !rects.empty() && (std::abs(rects.back().maxX() - letter.minX()) < 0.5 ||
                                             std::abs(letter.maxX() - rects.back().minX()) < 0.5);

@@ -1,0 +1,178 @@
+#include "platform/graphics/TextLayout.h"
+
+namespace platform {
+namespace {
+
+TextStyle styled(int lines = 0, NSLineBreakMode mode = NSLineBreakMode::byWordWrapping) {
+  TextStyle style;
+  style.font = UIFont::systemFont(16);
+  style.numberOfLines = lines;
+  style.lineBreakMode = mode;
+  return style;
+}
+
+std::string lineText(const TextLayout& layout, std::size_t line) {
+  const TextRange range = layout.lines()[line].range;
+  return layout.text().substr(range.start, range.end - range.start);
+}
+
+constexpr const char* sentence = "The kettle is on and the leaves are waiting in the pot";
+
+TEST(TextLayout, MeasuresOneLineAndWrapsWhereWordsEnd) {
+  const auto whole = TextLayout::make(sentence, styled());
+  ASSERT_EQ(whole->lines().size(), 1u);
+  EXPECT_NEAR(whole->size().height, styled().font.lineHeight(), 1e-9);
+  EXPECT_GT(whole->size().width, 350);
+
+  const auto wrapped = TextLayout::make(sentence, styled(), 150);
+  ASSERT_GT(wrapped->lines().size(), 2u);
+  EXPECT_NEAR(wrapped->size().height, styled().font.lineHeight() * static_cast<double>(wrapped->lines().size()), 1e-6);
+  EXPECT_LE(wrapped->size().width, 150);
+  std::string joined;
+  for (std::size_t i = 0; i < wrapped->lines().size(); ++i) {
+    EXPECT_LE(wrapped->lines()[i].frame.maxX(), 150.001);
+    joined += lineText(*wrapped, i);
+  }
+  EXPECT_EQ(joined, sentence) << "the lines are the text, nothing lost, nothing twice";
+  EXPECT_EQ(lineText(*wrapped, 0).back(), ' ') << "the blank at a break belongs to the line before it";
+}
+
+TEST(TextLayout, LaysOutTheSameLinesAgainAtItsOwnWidth) {
+  for (const char* text : {sentence, "Yes", "two words", "AVATAR, Wafer — To.", "0123456789 0123456789 0123456789"}) {
+    for (const double width : {CGFloatMax, 250.0, 97.3}) {
+      const auto first = TextLayout::make(text, styled(), width);
+      const auto again = TextLayout::make(text, styled(), first->size().width);
+      EXPECT_EQ(first->lines().size(), again->lines().size()) << text << " at " << width;
+    }
+  }
+}
+
+TEST(TextLayout, BreaksAWordThatIsTooLongAnywhere) {
+  const auto layout = TextLayout::make(std::string(80, 'm'), styled(), 100);
+  EXPECT_GT(layout->lines().size(), 5u);
+  for (const TextLine& line : layout->lines()) EXPECT_LE(line.frame.width(), 100.001);
+}
+
+TEST(TextLayout, HonoursLineBreaksOfEveryKindAndEmptyLines) {
+  const auto layout = TextLayout::make("one\ntwo\r\nthree\rfour\n\nsix\n", styled());
+  ASSERT_EQ(layout->lines().size(), 7u);
+  EXPECT_EQ(lineText(*layout, 1), "two");
+  EXPECT_EQ(lineText(*layout, 2), "three");
+  EXPECT_EQ(lineText(*layout, 4), "");
+  EXPECT_EQ(lineText(*layout, 6), "");
+  EXPECT_EQ(TextLayout::make("", styled())->lines().size(), 1u);
+  EXPECT_EQ(TextLayout::make("", styled())->size().width, 0);
+}
+
+TEST(TextLayout, CountsTheBlanksATextEndsIn) {
+  const double word = TextLayout::measure("tea", styled()).width;
+  EXPECT_GT(TextLayout::measure("tea   ", styled()).width, word + 8);
+  EXPECT_GT(TextLayout::measure("   ", styled()).width, 8);
+}
+
+TEST(TextLayout, ShortensTheLastLineWithAMark) {
+  using Mode = NSLineBreakMode;
+  for (const Mode mode : {Mode::byTruncatingTail, Mode::byTruncatingMiddle, Mode::byTruncatingHead}) {
+    const auto layout = TextLayout::make(sentence, styled(1, mode), 150);
+    ASSERT_EQ(layout->lines().size(), 1u);
+    EXPECT_TRUE(layout->isTruncated());
+    EXPECT_LE(layout->size().width, 150.001);
+    EXPECT_GT(layout->size().width, 120);
+  }
+  const auto two = TextLayout::make(sentence, styled(2, Mode::byTruncatingTail), 150);
+  ASSERT_EQ(two->lines().size(), 2u);
+  EXPECT_TRUE(two->isTruncated());
+  EXPECT_GT(two->lines()[1].range.end, two->lines()[1].range.start);
+  EXPECT_LT(two->lines()[1].range.end, std::string(sentence).size());
+
+  EXPECT_FALSE(TextLayout::make("short", styled(1, Mode::byTruncatingTail), 150)->isTruncated());
+  EXPECT_TRUE(TextLayout::make("one\ntwo", styled(1, Mode::byTruncatingTail), 150)->isTruncated());
+  EXPECT_TRUE(TextLayout::make("one\ntwo", styled(1, Mode::byTruncatingTail))->isTruncated());
+  EXPECT_EQ(TextLayout::make(sentence, styled(1, Mode::byTruncatingTail), 3)->lines().size(), 1u);
+}
+
+TEST(TextLayout, LeavesTheRestOutWithoutAMarkWhenItWraps) {
+  const auto layout = TextLayout::make(sentence, styled(2), 150);
+  EXPECT_EQ(layout->lines().size(), 2u);
+  EXPECT_TRUE(layout->isTruncated());
+  const auto clipped = TextLayout::make(sentence, styled(0, NSLineBreakMode::byClipping), 150);
+  EXPECT_EQ(clipped->lines().size(), 1u);
+  EXPECT_GT(clipped->lines()[0].frame.width(), 350);
+}
+
+TEST(TextLayout, AlignsLinesAndFollowsTheWritingDirection) {
+  const auto at = [](NSTextAlignment alignment, const char* text) {
+    TextStyle style = styled();
+    style.alignment = alignment;
+    return TextLayout::make(text, style, 200)->lines()[0].frame;
+  };
+  EXPECT_EQ(at(NSTextAlignment::left, "tea").minX(), 0);
+  EXPECT_NEAR(at(NSTextAlignment::right, "tea").maxX(), 200, 1e-6);
+  EXPECT_NEAR(at(NSTextAlignment::center, "tea").midX(), 100, 1e-6);
+  EXPECT_EQ(at(NSTextAlignment::natural, "tea").minX(), 0);
+  EXPECT_NEAR(at(NSTextAlignment::natural, "שלום").maxX(), 200, 1e-6);
+  EXPECT_EQ(at(NSTextAlignment::left, "שלום").minX(), 0);
+}
+
+TEST(TextLayout, KeepsEachParagraphsOwnDirection) {
+  const auto layout = TextLayout::make("tea\nשלום", styled(), 200);
+  EXPECT_EQ(layout->lines()[0].frame.minX(), 0);
+  EXPECT_NEAR(layout->lines()[1].frame.maxX(), 200, 1e-6);
+}
+
+TEST(TextLayout, GivesTheSameObjectForTheSameRequest) {
+  const auto first = TextLayout::make("cached", styled(), 100);
+  EXPECT_EQ(TextLayout::make("cached", styled(), 100), first);
+  EXPECT_NE(TextLayout::make("cached", styled(), 101), first);
+  EXPECT_NE(TextLayout::make("cached", styled(2), 100), first);
+  TextStyle larger = styled();
+  larger.font = larger.font.fontWithSize(17);
+  EXPECT_NE(TextLayout::make("cached", larger, 100), first);
+}
+
+TEST(TextLayout, SpacesLinesApartButNotBelowTheLast) {
+  TextStyle style = styled();
+  style.lineSpacing = 10;
+  EXPECT_NEAR(TextLayout::measure("a\nb\nc", style).height, style.font.lineHeight() * 3 + 20, 1e-6);
+}
+
+TEST(TextLayout, ShowsWhatIsNoUTF8AsOneMarkAByte) {
+  const std::string mark = "\xEF\xBF\xBD";
+  EXPECT_GT(TextLayout::measure(mark, styled()).width, 3);
+  for (const std::string& bad :
+       {std::string("\xFF"), std::string("\xC0"), std::string("\xE2\x82"), std::string("\xED\xA0\x80"),
+        std::string("\xF5\x80\x80\x80"), std::string("\xC0\xAF")}) {
+    std::string marks;
+    for (std::size_t i = 0; i < bad.size(); ++i) marks += mark;
+    EXPECT_EQ(TextLayout::measure(bad, styled()).width, TextLayout::measure(marks, styled()).width);
+  }
+}
+
+TEST(TextLayout, GivesControlCharactersNoRoom) {
+  const double plain = TextLayout::measure("ab", styled()).width;
+  EXPECT_NEAR(TextLayout::measure(std::string("a\0\x01\x1B\x7F\x08"
+                                              "b",
+                                              7),
+                                  styled())
+                  .width,
+              plain, 1.0);
+}
+
+TEST(TextLayout, BoundsEnormousTexts) {
+  std::string text;
+  while (text.size() < 1'000'000) text += sentence + std::string(text.size() % 7 == 0 ? "\n" : " ");
+  const auto all = TextLayout::make(text, styled(), 250);
+  EXPECT_TRUE(all->isTruncated());
+  EXPECT_LE(all->lines().back().range.end, TextLayout::maximumLength);
+  const auto some = TextLayout::make(text, styled(3, NSLineBreakMode::byTruncatingTail), 250);
+  EXPECT_EQ(some->lines().size(), 3u);
+  EXPECT_EQ(TextLayout::make(std::string(1'000'000, '\n'), styled(2), 250)->lines().size(), 2u);
+  TextStyle giant = styled();
+  giant.font = UIFont::systemFont(1e9);
+  const CGSize size = TextLayout::measure(std::string(1'000'000, 'W'), giant);
+  EXPECT_GT(size.width, 0);
+  EXPECT_LT(size.width, 4e7);
+}
+
+}  // namespace
+}  // namespace platform
