@@ -1,4 +1,4 @@
-#include "platform/uikit/UILabel.h"
+#include "platform/animation/CALayer.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UISystemSymbol.h"
 #include "platform/uikit/UITabBar.h"
@@ -192,7 +192,11 @@ TEST_F(TabBarControllerTest, AScreenThatHidesTheBottomBarPushesTheTabBarAway) {
   show(tabs);
   c->setHidesBottomBarWhenPushed(true);
   navigation->pushViewController(c, true);
-  advance(0.5);
+  advance(0.1);
+  EXPECT_EQ(c->view()->safeAreaInsets().bottom, 34) << "laid out for where it will stand";
+  EXPECT_EQ(a->view()->safeAreaInsets().bottom, 83) << "keeps what it had";
+  EXPECT_GT(tabs->tabBar()->layer()->presentationLayer()->frame().maxX(), 200);
+  advance(0.4);
   EXPECT_EQ(tabs->tabBar()->frame().maxX(), 0);
   EXPECT_EQ(c->view()->safeAreaInsets().bottom, 34);
   EXPECT_FALSE(tabs->tabBar()->isHidden());
