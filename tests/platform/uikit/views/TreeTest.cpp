@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutAnchor.h"
+#include "platform/layout/NSLayoutConstraint.h"
 #include "platform/uikit/UIApplication.h"
 #include "tests/support/AppFixture.h"
 
@@ -42,15 +44,13 @@ class ToldView : public Object<ToldView, UIView> {
 
 /// A chain of views, one inside the other; the innermost is `innermost`.
 Ref<UIView> chainOf(int depth, Ref<UIView>* innermost) {
-  const auto root = make<UIView>(CGRect{0, 0, 100, 100});
-  Ref<UIView> at = root;
+  Ref<UIView> at = *innermost = make<UIView>(CGRect{0, 0, 100, 100});
   for (int i = 1; i < depth; ++i) {
-    const auto next = make<UIView>(CGRect{0, 0, 100, 100});
-    at->addSubview(next);
-    at = next;
+    const auto around = make<UIView>(CGRect{0, 0, 100, 100});
+    around->addSubview(at);
+    at = around;
   }
-  *innermost = at;
-  return root;
+  return at;
 }
 
 }  // namespace
@@ -210,6 +210,34 @@ TEST_F(TreeTest, LeavesWhatSomebodyKeepsOutsideOfAnyWindow) {
   second.reset();
   EXPECT_THAT(log, ElementsAre(" did exit"));
   EXPECT_EQ(kept->window(), nullptr);
+}
+
+TEST_F(TreeTest, LetsConstraintsGoWithTheTreeTheyStoodIn) {
+  auto outer = make<UIView>(CGRect{0, 0, 100, 100});
+  const auto kept = make<UIView>();
+  {
+    const auto middle = make<UIView>();
+    outer->addSubview(middle);
+    middle->addSubview(kept);
+    for (const Ref<UIView>& view : {middle, kept}) {
+      view->setTranslatesAutoresizingMaskIntoConstraints(false);
+      view->leftAnchor().constraintEqualToAnchor(outer->leftAnchor(), 10)->setActive(true);
+      view->topAnchor().constraintEqualToAnchor(outer->topAnchor(), 10)->setActive(true);
+      view->widthAnchor().constraintEqualToAnchor(outer->widthAnchor())->setActive(true);
+    }
+    kept->heightAnchor().constraintEqualToConstant(30)->setActive(true);
+    content()->addSubview(outer);
+    settle();
+  }
+  EXPECT_EQ(kept->bounds().size, (CGSize{100, 30}));
+  outer->removeFromSuperview();
+  outer.reset();
+  const auto next = make<UIView>(CGRect{0, 0, 50, 50});
+  next->addSubview(kept);
+  content()->addSubview(next);
+  kept->widthAnchor().constraintEqualToConstant(20)->setActive(true);
+  settle();
+  EXPECT_EQ(kept->bounds().size, (CGSize{20, 30})) << "its own constraints are still its own";
 }
 
 TEST_F(TreeTest, CopesWithHooksThatChangeTheTree) {
