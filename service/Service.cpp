@@ -24,6 +24,7 @@ Service::Service(const Arguments& arguments, ServerLimits limits)
       sdk_(configuration_, assistant_, store_, &millisecondsSince1970),
       server_(arguments.host, arguments.port, limits, routes_) {
   sdk_.setBaseAddress(server_.address());
+  sdk_.setThinkingTime(arguments.thinkingTime);
   sdk_.addTo(routes_);
   addAdminRoutes(routes_, store_);
   if (!arguments.assetFolder) return;

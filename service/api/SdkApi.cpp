@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <thread>
 
 #include "service/api/Routes.h"
 #include "service/assistant/Assistant.h"
@@ -76,6 +77,7 @@ Json SdkApi::initialise(const Identity& who, const JsonObject&) {
 }
 
 Json SdkApi::getSteps(const Identity& who, const JsonObject& body) {
+  std::this_thread::sleep_for(thinkingTime_);
   const std::string query = limitedString(body, "query", kMaximumQuery);
   const std::vector<ChatMessage> history =
       body.has("chat_history") ? readMessages(body, "chat_history") : std::vector<ChatMessage>();

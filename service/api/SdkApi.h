@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -28,6 +29,8 @@ class SdkApi {
 
   /// What relative addresses in the configuration are completed with. To be set before serving.
   void setBaseAddress(std::string address) { baseAddress_ = std::move(address); }
+  /// How long an answer to a request is held back. To be set before serving.
+  void setThinkingTime(std::chrono::milliseconds time) { thinkingTime_ = time; }
 
  private:
   Json initialise(const Identity& who, const JsonObject& body);
@@ -40,6 +43,7 @@ class SdkApi {
   Store& store_;
   const Now now_;
   std::string baseAddress_;
+  std::chrono::milliseconds thinkingTime_{0};
 };
 
 }  // namespace service

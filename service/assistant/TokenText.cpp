@@ -22,6 +22,8 @@ std::vector<Token> tokenise(std::string_view text) {
     const FoldedCharacter folded = foldCharacter(point.value);
     if (folded.isSeparator) {
       finish();
+      const bool isClauseEnd = point.value == ',' || point.value == ';' || point.value == '\n';
+      if (isClauseEnd && !tokens.empty()) tokens.back().endsClause = true;
     } else {
       if (current.word.empty()) current.begin = offset;
       current.word += folded.letters;

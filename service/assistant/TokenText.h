@@ -17,6 +17,7 @@ struct Token {
   std::size_t end = 0;  ///< the word's bytes in the text it came from
   double weight = 1;    ///< how much it tells
   std::optional<std::int64_t> number;
+  bool endsClause = false;  ///< a comma, a semicolon or a line break follows
 };
 
 /// The words of a text, in order: runs of letters and digits.

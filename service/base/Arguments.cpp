@@ -10,12 +10,18 @@
 namespace service {
 namespace {
 
-int parsePort(std::string_view text) {
-  int port = -1;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  if (error != std::errc() || end != text.data() + text.size() || port < 0 || port > 65535)
-    throw LoadError("--port: \"" + std::string(text) + "\" is not a port number (0 to 65535)");
-  return port;
+int parseNumber(const char* option, std::string_view text, int maximum, const char* what) {
+  int number = -1;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > maximum)
+    throw LoadError(std::string(option) + ": \"" + std::string(text) + "\" is not " + what);
+  return number;
+}
+
+int parsePort(std::string_view text) { return parseNumber("--port", text, 65535, "a port number (0 to 65535)"); }
+
+std::chrono::milliseconds parseThinkingTime(std::string_view text) {
+  return std::chrono::milliseconds(parseNumber("--think", text, 60000, "a number of milliseconds (0 to 60000)"));
 }
 
 }  // namespace
@@ -30,6 +36,7 @@ Arguments Arguments::parse(std::span<const char* const> words) {
       {"--assets", [&](const std::string& text) { result.assetFolder = text; }},
       {"--exchange", [&](const std::string& text) { result.exchangeFile = text; }},
       {"--host", [&](const std::string& text) { result.host = text; }},
+      {"--think", [&](const std::string& text) { result.thinkingTime = parseThinkingTime(text); }},
       {"--port", [&](const std::string& text) { result.port = parsePort(text); }},
   };
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -61,6 +68,7 @@ const char* Arguments::usage() {
          "  --port N         port to listen on, 0 for any free one (default 8480)\n"
          "  --host H         address to listen on (default 127.0.0.1: this machine only)\n"
          "  --exchange FILE  appends every HTTP exchange as one JSON line\n"
+         "  --think MS       takes that long for an answer, so that a demo shows the assistant at work\n"
          "  --help           prints this\n";
 }
 

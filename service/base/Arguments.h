@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -16,6 +17,7 @@ struct Arguments {
   std::optional<std::filesystem::path> exchangeFile;
   std::string host = "127.0.0.1";
   int port = 8480;
+  std::chrono::milliseconds thinkingTime{0};
   bool wantsHelp = false;
 
   /// Reads the command line without the program's name. Throws LoadError with one line that names the argument.

@@ -104,8 +104,8 @@ void writeExchange(std::ostream& page, const std::filesystem::path& file) {
     page << "<tr><td>" << escaped(member(*exchange, "method") + " " + path) << "</td><td>"
          << escaped(member(*exchange, "status")) << "</td><td><details><summary>"
          << escaped(member(*exchange, "milliseconds")) << " ms</summary><pre>"
-         << escaped(member(*exchange, "request").substr(0, longestBodyShown)) << "\n\n"
-         << escaped(member(*exchange, "response").substr(0, longestBodyShown)) << "</pre></details></td></tr>\n";
+         << escaped(member(*exchange, "requestBody").substr(0, longestBodyShown)) << "\n\n"
+         << escaped(member(*exchange, "responseBody").substr(0, longestBodyShown)) << "</pre></details></td></tr>\n";
   }
   page << "</table>\n";
 }

@@ -19,24 +19,33 @@ void ProductCell::initWithStyle(UITableViewCellStyle style, const std::string& r
   price_->setContentHuggingPriority(751, UILayoutAxis::horizontal);
   price_->setContentCompressionResistancePriority(751, UILayoutAxis::horizontal);
   const auto& content = contentView();
-  for (const Ref<UIView>& view : std::initializer_list<Ref<UIView>>{cup_, name_, detail_, price_}) {
-    content->addSubview(view);
-  }
+  auto words = make<UIView>();
+  words->setTranslatesAutoresizingMaskIntoConstraints(false);
+  words->addSubview(name_);
+  words->addSubview(detail_);
+  for (const Ref<UIView>& view : std::initializer_list<Ref<UIView>>{cup_, words, price_}) content->addSubview(view);
+  // Not quite required: a row is measured with an estimated height first.
+  auto leastRoom = cup_->topAnchor().constraintGreaterThanOrEqualToAnchor(content->topAnchor(), 14);
+  leastRoom->setPriority(999);
   NSLayoutConstraint::activateConstraints({
       cup_->leadingAnchor().constraintEqualToAnchor(content->leadingAnchor(), theme::margin),
       cup_->centerYAnchor().constraintEqualToAnchor(content->centerYAnchor()),
       cup_->widthAnchor().constraintEqualToConstant(52),
       cup_->heightAnchor().constraintEqualToConstant(52),
-      cup_->topAnchor().constraintGreaterThanOrEqualToAnchor(content->topAnchor(), 14),
-      name_->topAnchor().constraintEqualToAnchor(content->topAnchor(), 17),
-      name_->leadingAnchor().constraintEqualToAnchor(cup_->trailingAnchor(), 14),
-      name_->trailingAnchor().constraintLessThanOrEqualToAnchor(price_->leadingAnchor(), -10),
+      words->leadingAnchor().constraintEqualToAnchor(cup_->trailingAnchor(), 14),
+      words->trailingAnchor().constraintLessThanOrEqualToAnchor(price_->leadingAnchor(), -10),
+      words->centerYAnchor().constraintEqualToAnchor(content->centerYAnchor()),
+      words->topAnchor().constraintGreaterThanOrEqualToAnchor(content->topAnchor(), 16),
+      name_->topAnchor().constraintEqualToAnchor(words->topAnchor()),
+      name_->leadingAnchor().constraintEqualToAnchor(words->leadingAnchor()),
+      name_->trailingAnchor().constraintEqualToAnchor(words->trailingAnchor()),
       detail_->topAnchor().constraintEqualToAnchor(name_->bottomAnchor(), 4),
-      detail_->leadingAnchor().constraintEqualToAnchor(name_->leadingAnchor()),
-      detail_->trailingAnchor().constraintLessThanOrEqualToAnchor(price_->leadingAnchor(), -10),
-      detail_->bottomAnchor().constraintEqualToAnchor(content->bottomAnchor(), -17),
+      detail_->leadingAnchor().constraintEqualToAnchor(words->leadingAnchor()),
+      detail_->trailingAnchor().constraintEqualToAnchor(words->trailingAnchor()),
+      detail_->bottomAnchor().constraintEqualToAnchor(words->bottomAnchor()),
       price_->trailingAnchor().constraintEqualToAnchor(content->trailingAnchor(), -theme::margin),
       price_->centerYAnchor().constraintEqualToAnchor(content->centerYAnchor()),
+      leastRoom,
   });
 }
 
