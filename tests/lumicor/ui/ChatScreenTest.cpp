@@ -4,6 +4,7 @@
 #include "lumicor/ui/TLChatMessageCell.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
+#include "platform/animation/CAShapeLayer.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/UIKeyboard.h"

@@ -1,0 +1,239 @@
+// What it costs to read a screen and to write it as JSON: 1,000 named views among 10,000.
+// Every benchmark works on the whole screen; "ns_per_named" is its time for each named element, and the counters that
+// begin with "x_" say how many times as long it took as a reference measured in the same run.
+
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstring>
+#include <simdjson.h>
+#include <string>
+#include <vector>
+
+#include "lumicor/screen/LumicorElementsTask.h"
+#include "lumicor/screen/LumicorSnapshot.h"
+#include "platform/uikit/UIButton.h"
+#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/UILabel.h"
+#include "platform/uikit/UIScrollView.h"
+#include "platform/uikit/UISwitch.h"
+#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/UIWindow.h"
+#ifdef BENCH_WITH_NLOHMANN
+#include <nlohmann/json.hpp>
+#endif
+
+namespace {
+
+using namespace lumicor;
+
+constexpr std::size_t namedViews = 1000;
+constexpr std::size_t allViews = 10000;
+
+Ref<UIView> namedView(std::size_t i) {
+  const CGRect frame{static_cast<double>(i % 7) * 10.5, static_cast<double>(i % 11) * 4.25, 120, 44};
+  switch (i % 5) {
+    case 0: {
+      const auto button = make<UIButton>(frame);
+      button->setTitle("Add to cart", UIControlState::normal);
+      return button;
+    }
+    case 1: {
+      const auto label = make<UILabel>(frame);
+      label->setText("Darjeeling, first flush");
+      return label;
+    }
+    case 2:
+      return make<UIImageView>(frame);
+    case 3:
+      return make<UISwitch>(frame);
+    default:
+      return make<UIView>(frame);
+  }
+}
+
+/// A window with ten sections of ten rows of ten cells of ten views, the first of which is named. Some named views
+/// bring views of their own along; fewer plain ones are added then.
+struct Screen {
+  Ref<UIWindow> window = make<UIWindow>(CGRect{0, 0, 390, 844});
+  std::size_t views = 0;
+
+  Screen() {
+    const auto controller = make<UIViewController>();
+    window->setRootViewController(controller);
+    window->makeKeyAndVisible();
+    for (std::size_t section = 0; section < 10; ++section) {
+      const auto sectionView = add(controller->view(), make<UIView>(CGRect{0, 0, 390, 800}));
+      for (std::size_t row = 0; row < 10; ++row) {
+        const auto rowView = add(sectionView, make<UIView>(CGRect{0, 80.0 * static_cast<double>(row), 390, 80}));
+        for (std::size_t cell = 0; cell < 10; ++cell) fillCell(rowView, section * 100 + row * 10 + cell);
+      }
+    }
+    views = count(*controller->view());
+    while (views < allViews) {
+      add(controller->view(), make<UIView>(CGRect{0, 0, 1, 1}));
+      ++views;
+    }
+  }
+
+  Ref<UIView> root() const { return window->rootViewController()->view(); }
+
+  static std::size_t count(const UIView& view) {
+    std::size_t sum = 1;
+    for (const Ref<UIView>& subview : view.subviews()) sum += count(*subview);
+    return sum;
+  }
+
+ private:
+  static Ref<UIView> add(const Ref<UIView>& parent, const Ref<UIView>& child) {
+    parent->addSubview(child);
+    return child;
+  }
+  static void fillCell(const Ref<UIView>& row, std::size_t i) {
+    const auto cell = add(row, make<UIView>(CGRect{0, 0, 39, 80}));
+    const auto view = add(cell, namedView(i));
+    view->setAccessibilityIdentifier("cart-item-" + std::to_string(i));
+    for (std::size_t used = count(*view) + 1; used < 9; ++used) add(cell, make<UIView>(CGRect{0, 0, 10, 10}));
+  }
+};
+
+const Screen& screen() {
+  static const Screen screen;
+  return screen;
+}
+
+LumicorScreenElements readScreen() { return LumicorElementsTask::getAllElements(screen().root(), "tap"); }
+
+const LumicorScreenElements& elements() {
+  static const LumicorScreenElements read = readScreen();
+  return read;
+}
+
+const std::string& encodedElements() {
+  static const std::string encoded = *encodeJSON(elements().elements);
+  return encoded;
+}
+
+/// The shortest of a few runs of the work, in seconds.
+template <class Work>
+double timeOf(Work work) {
+  double best = 1e9;
+  for (int run = 0; run < 20; ++run) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  }
+  return best;
+}
+
+void walkScreen() { benchmark::DoNotOptimize(Screen::count(*screen().root())); }
+
+void copyBytes() {
+  static std::string target(encodedElements().size(), '\0');
+  std::memcpy(target.data(), encodedElements().data(), target.size());
+  benchmark::DoNotOptimize(target.data());
+  benchmark::ClobberMemory();
+}
+
+#ifdef BENCH_WITH_NLOHMANN
+nlohmann::ordered_json nlohmannElement(const LumicroElement& e) {
+  return {{"elementId", e.elementId()},
+          {"fragmentId", e.fragmentId()},
+          {"x", e.x()},
+          {"y", e.y()},
+          {"width", e.width()},
+          {"height", e.height()},
+          {"actionName", e.actionName()},
+          {"isNavigational", e.isNavigational()},
+          {"actionId", e.actionId()},
+          {"destination", e.destination()},
+          {"value", e.value()},
+          {"elementDescription", e.elementDescription()},
+          {"type", std::string(rawValue(e.type()))},
+          {"inputType", std::string(rawValue(e.inputType()))}};
+}
+
+void dumpWithNlohmann() {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const LumicroElement& element : elements().elements) list.push_back(nlohmannElement(element));
+  benchmark::DoNotOptimize(list.dump());
+}
+#endif
+
+/// The same records read by hand with the parser that the platform builds on.
+std::vector<LumicroElement> parseBySimdjson(const simdjson::padded_string& text) {
+  static simdjson::ondemand::parser parser;
+  simdjson::ondemand::document document = parser.iterate(text);
+  std::vector<LumicroElement> read;
+  for (simdjson::ondemand::object object : document.get_array()) {
+    const auto string = [&](const char* key) {
+      return std::string(std::string_view(object.find_field(key).get_string()));
+    };
+    const auto number = [&](const char* key) { return std::int64_t(object.find_field(key).get_int64()); };
+    std::string elementId = string("elementId"), fragmentId = string("fragmentId");
+    const std::int64_t x = number("x"), y = number("y"), width = number("width"), height = number("height");
+    std::string actionName = string("actionName");
+    const bool isNavigational = object.find_field("isNavigational").get_bool();
+    std::string actionId = string("actionId"), destination = string("destination"), value = string("value");
+    std::string description = string("elementDescription");
+    const auto type = caseFromRawValue<LumicorType>(string("type"));
+    const auto inputType = caseFromRawValue<LumicorInputType>(string("inputType"));
+    read.emplace_back(std::move(elementId), std::move(fragmentId), x, y, width, height, std::move(actionName),
+                      isNavigational, std::move(actionId), std::move(destination), std::move(value),
+                      std::move(description), *type, *inputType);
+  }
+  return read;
+}
+
+void parseByHand() {
+  static const simdjson::padded_string text(encodedElements());
+  benchmark::DoNotOptimize(parseBySimdjson(text));
+}
+
+template <class Work>
+void measure(benchmark::State& state, Work work, std::initializer_list<std::pair<const char*, void (*)()>> references) {
+  for (auto _ : state) work();
+  const double own = timeOf(work);
+  state.counters["ns_per_named"] = own / namedViews * 1e9;
+  for (const auto& [name, reference] : references) state.counters[name] = own / timeOf(reference);
+}
+
+/// Of a benchmark that wrote the elements: how long it took against a packaged writer.
+void compareWithNlohmann([[maybe_unused]] benchmark::State& state) {
+#ifdef BENCH_WITH_NLOHMANN
+  state.counters["x_nlohmann"] = state.counters["ns_per_named"] * namedViews / 1e9 / timeOf(dumpWithNlohmann);
+#endif
+}
+
+void Walk(benchmark::State& state) {
+  measure(state, walkScreen, {});
+  state.counters["views"] = static_cast<double>(screen().views);
+  state.counters["named"] = static_cast<double>(elements().elements.size());
+}
+BENCHMARK(Walk);
+
+void Read(benchmark::State& state) {
+  measure(state, [] { benchmark::DoNotOptimize(readScreen()); }, {{"x_walk", walkScreen}});
+}
+BENCHMARK(Read);
+
+void Encode(benchmark::State& state) {
+  measure(state, [] { benchmark::DoNotOptimize(encodeJSON(elements().elements)); }, {{"x_memcpy", copyBytes}});
+  compareWithNlohmann(state);
+  state.counters["bytes"] = static_cast<double>(encodedElements().size());
+}
+BENCHMARK(Encode);
+
+void ReadAndEncode(benchmark::State& state) {
+  measure(state, [] { benchmark::DoNotOptimize(encodeJSON(readScreen().elements)); }, {{"x_walk", walkScreen}});
+}
+BENCHMARK(ReadAndEncode);
+
+void Decode(benchmark::State& state) {
+  measure(state, [] { benchmark::DoNotOptimize(decodeJSON<std::vector<LumicroElement>>(encodedElements())); },
+          {{"x_simdjson", parseByHand}});
+}
+BENCHMARK(Decode);
+
+}  // namespace
+
+BENCHMARK_MAIN();
