@@ -68,8 +68,7 @@ void JSONParser::shrink() {
 
 std::string reasonNotToParse(std::string_view bytes) {
   if (bytes.size() > JSONValue::maximumBytes) return "the JSON document is too long";
-  constexpr std::size_t worthLooking = 64 << 10;
-  if (bytes.size() > worthLooking && isNestedTooDeeply(bytes)) return sentenceFor(simdjson::DEPTH_ERROR);
+  if (bytes.size() > 2 * usualBytes && isNestedTooDeeply(bytes)) return sentenceFor(simdjson::DEPTH_ERROR);
   return {};
 }
 

@@ -83,6 +83,23 @@ JSONValue valueOf(const simdjson::dom::element& element) {
   return {};
 }
 
+/// About as many bytes as writing takes, so that the text is written into one piece of memory.
+std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
+  constexpr std::size_t number = 24;
+  std::size_t sum = 2;
+  if (const std::string* const text = value.asString()) return sum + text->size();
+  if (depth >= JSONValue::maximumDepth) return sum;
+  if (const JSONValue::Array* const elements = value.asArray()) {
+    for (const JSONValue& element : *elements) sum += expectedBytes(element, depth + 1) + 1;
+    return sum;
+  }
+  if (const JSONValue::Object* const members = value.asObject()) {
+    for (const auto& [name, member] : *members) sum += name.size() + 4 + expectedBytes(member, depth + 1);
+    return sum;
+  }
+  return value.isNull() || value.asBool() ? sizeof "false" : number;
+}
+
 void write(JSONWriter& writer, const JSONValue& value, std::size_t depth) {
   switch (value.kind()) {
     case JSONValue::Kind::null:
@@ -221,7 +238,7 @@ Result<JSONValue> JSONValue::parse(std::string_view bytes) {
 }
 
 Result<Data> JSONValue::encode() const {
-  JSONWriter writer(256);
+  JSONWriter writer(expectedBytes(*this, 0) + 16);
   write(writer, *this, 0);
   if (writer.hasFailed()) return Failure{"a number that is not finite, or too much nesting, cannot be written as JSON"};
   return writer.finish();

@@ -243,6 +243,12 @@ struct Reader<T> {
   static constexpr ValuePlan plan() { return {SlotKind::compound, &parse, &convert}; }
 
   static bool parseElement(JSONSource& source, void* context) {
+    if constexpr (Record<Element>) {  // straight into its place
+      typename Reader<Element>::template Values<typename Reader<Element>::Indices> values;
+      if (!parseObject(source, fieldPlans<Element>, values.addresses.data())) return false;
+      static_cast<T*>(context)->push_back(values.build());
+      return true;
+    }
     Slot<Element> slot{};
     if (!parseValue(source, planOf<Element>, &slot)) return false;
     static_cast<T*>(context)->push_back(take<Element>(slot));

@@ -9,16 +9,11 @@ namespace platform::detail {
 
 namespace ondemand = simdjson::ondemand;
 
-class JSONSource {
- public:
-  explicit JSONSource(ondemand::value value) : value_(value) {}
-  ondemand::value& value() { return value_; }
-
- private:
-  ondemand::value value_;
-};
-
 namespace {
+
+/// A source is the parser's value under a name that headers may know.
+ondemand::value& valueOf(JSONSource& source) { return reinterpret_cast<ondemand::value&>(source); }
+JSONSource& sourceOf(ondemand::value& value) { return reinterpret_cast<JSONSource&>(value); }
 
 constexpr std::size_t notFound = static_cast<std::size_t>(-1);
 
@@ -39,8 +34,11 @@ std::size_t indexOf(std::span<const FieldPlan> fields, std::string_view name, st
 }
 
 /// Whether the raw text (up to its closing quote, room behind it) is that key, unescaped as keys nearly always are.
-bool isKey(const char* raw, std::string_view name) {
-  return raw[name.size()] == '"' && std::memcmp(raw, name.data(), name.size()) == 0;
+bool isKey(const char* raw, const FieldPlan& field) {
+  std::uint64_t start = 0;
+  std::memcpy(&start, raw, sizeof start);
+  if ((start & field.startMask) != field.start || raw[field.name.size()] != '"') return false;
+  return field.name.size() <= sizeof start || std::memcmp(raw, field.name.data(), field.name.size()) == 0;
 }
 
 /// A value that nobody wants has to be JSON all the same; the parser would pass over it unseen.
@@ -52,15 +50,39 @@ bool isValid(ondemand::value& value) {
   return parser.values.parse(raw.data(), raw.size(), false).error() == simdjson::SUCCESS;
 }
 
+/// Every value of every record comes through here, hence inlined by force: a call costs as much as reading a number.
+[[gnu::always_inline]] inline bool read(JSONSource& source, const ValuePlan& plan, void* slot) {
+  switch (plan.kind) {
+    case SlotKind::string: {
+      std::string_view text;
+      if (valueOf(source).get_string().get(text)) return false;
+      *static_cast<std::string*>(slot) = std::string(text);
+      return true;
+    }
+    case SlotKind::integer:
+      return !valueOf(source).get_int64().get(*static_cast<std::int64_t*>(slot));
+    case SlotKind::boolean:
+      return !valueOf(source).get_bool().get(*static_cast<bool*>(slot));
+    case SlotKind::number:
+      return !valueOf(source).get_double().get(*static_cast<double*>(slot));
+    case SlotKind::singleNumber: {
+      double wide = 0;
+      return !valueOf(source).get_double().get(wide) && narrow(wide, slot);
+    }
+    case SlotKind::compound:
+      break;
+  }
+  return plan.parse(source, slot);
+}
+
 bool parseDocument(std::string_view bytes, const ValuePlan& plan, void* slot) {
   JSONParser& parser = JSONParser::ofThisThread();
   ondemand::document document;
   if (parser.records.iterate(parser.padded(bytes)).get(document)) return false;
   ondemand::value root;
   if (document.get_value().get(root)) return false;
-  JSONSource source(root);
   // Nothing may follow: past its last token the parser has no location any more.
-  return parseValue(source, plan, slot) && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+  return parseValue(sourceOf(root), plan, slot) && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
 }
 
 }  // namespace
@@ -75,40 +97,18 @@ std::string DecodingError::description() const {
   return (path_.front() == '.' ? path_.substr(1) : path_) + ": " + reason_;
 }
 
-bool parseValue(JSONSource& source, const ValuePlan& plan, void* slot) {
-  switch (plan.kind) {
-    case SlotKind::string: {
-      std::string_view text;
-      if (source.value().get_string().get(text)) return false;
-      static_cast<std::string*>(slot)->assign(text);
-      return true;
-    }
-    case SlotKind::integer:
-      return !source.value().get_int64().get(*static_cast<std::int64_t*>(slot));
-    case SlotKind::boolean:
-      return !source.value().get_bool().get(*static_cast<bool*>(slot));
-    case SlotKind::number:
-      return !source.value().get_double().get(*static_cast<double*>(slot));
-    case SlotKind::singleNumber: {
-      double wide = 0;
-      return !source.value().get_double().get(wide) && narrow(wide, slot);
-    }
-    case SlotKind::compound:
-      break;
-  }
-  return plan.parse(source, slot);
-}
+bool parseValue(JSONSource& source, const ValuePlan& plan, void* slot) { return read(source, plan, slot); }
 
 bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* const* slots) {
   ondemand::object object;
-  if (source.value().get_object().get(object)) return false;
+  if (valueOf(source).get_object().get(object)) return false;
   std::uint64_t seen = 0;
   std::size_t expected = 0;
   for (auto entry : object) {
-    ondemand::field field;
-    if (std::move(entry).get(field)) return false;
+    if (entry.error()) return false;
+    ondemand::field&& field = std::move(entry).value_unsafe();
     std::size_t index = expected;
-    if (expected >= fields.size() || !isKey(field.key().raw(), fields[expected].name)) {
+    if (expected >= fields.size() || !isKey(field.key().raw(), fields[expected])) {
       std::string_view name;
       if (field.unescaped_key().get(name)) return false;
       index = indexOf(fields, name, expected);
@@ -118,41 +118,39 @@ bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* co
       continue;
     }
     if (seen >> index & 1) return false;  // which of two counts is settled by the careful way
-    JSONSource value(field.value());
-    if (!parseValue(value, fields[index].value, slots[index])) return false;
+    if (!read(sourceOf(field.value()), fields[index].value, slots[index])) return false;
     seen |= std::uint64_t{1} << index;
     expected = index + 1;
   }
-  return static_cast<std::size_t>(__builtin_popcountll(seen)) == fields.size();
+  const std::uint64_t all = fields.size() == 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << fields.size()) - 1;
+  return seen == all;
 }
 
 bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void*)) {
   ondemand::array array;
-  if (source.value().get_array().get(array)) return false;
+  if (valueOf(source).get_array().get(array)) return false;
   for (auto entry : array) {
-    ondemand::value value;
-    if (std::move(entry).get(value)) return false;
-    JSONSource inner(value);
-    if (!element(inner, context)) return false;
+    if (entry.error()) return false;
+    ondemand::value&& value = std::move(entry).value_unsafe();
+    if (!element(sourceOf(value), context)) return false;
   }
   return true;
 }
 
 bool parseMembers(JSONSource& source, void* context, bool (*member)(std::string_view, JSONSource&, void*)) {
   ondemand::object object;
-  if (source.value().get_object().get(object)) return false;
+  if (valueOf(source).get_object().get(object)) return false;
   for (auto entry : object) {
-    ondemand::field field;
-    if (std::move(entry).get(field)) return false;
+    if (entry.error()) return false;
+    ondemand::field&& field = std::move(entry).value_unsafe();
     std::string_view name;
     if (field.unescaped_key().get(name)) return false;
-    JSONSource inner(field.value());
-    if (!member(name, inner, context)) return false;
+    if (!member(name, sourceOf(field.value()), context)) return false;
   }
   return true;
 }
 
-bool parseText(JSONSource& source, std::string_view& text) { return !source.value().get_string().get(text); }
+bool parseText(JSONSource& source, std::string_view& text) { return !valueOf(source).get_string().get(text); }
 
 bool convertValue(const JSONValue& value, const ValuePlan& plan, void* slot, DecodingError& error) {
   switch (plan.kind) {

@@ -3,6 +3,7 @@
 // How records are read, independent of their types: Record.h describes a record to this file as a plan of fields and
 // slots, and the parser stays in the source.
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -40,8 +41,18 @@ struct ValuePlan {
 };
 
 struct FieldPlan {
+  constexpr FieldPlan(std::string_view fieldName, ValuePlan fieldValue) : name(fieldName), value(fieldValue) {
+    for (std::size_t i = 0; i < sizeof start && i < name.size(); ++i) {
+      const std::size_t shift = 8 * (std::endian::native == std::endian::little ? i : sizeof start - 1 - i);
+      start |= std::uint64_t{static_cast<unsigned char>(name[i])} << shift;
+      startMask |= std::uint64_t{0xFF} << shift;
+    }
+  }
   std::string_view name;
   ValuePlan value;
+  /// The first bytes of the name as one number, to compare keys with.
+  std::uint64_t start = 0;
+  std::uint64_t startMask = 0;
 };
 
 /// Reading from the parser: false on the first deviation, without saying which.

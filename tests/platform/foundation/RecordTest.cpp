@@ -190,7 +190,8 @@ TEST(Record, IsNotWrittenWithANumberThatJSONCannotCarry) {
 }
 
 TEST(Record, BoundsWhatItReads) {
-  std::string deep = R"({"tea":"a","millilitres":1,"size":"SMALL","extra":)" + std::string(100'000, '[');
+  std::string deep = R"({"tea":"a","millilitres":1,"size":"SMALL","extra":)" + std::string(100'000, '[') +
+                     std::string(100'000, ']') + "}";
   EXPECT_EQ(reasonAgainst<Cup>(deep), "not valid JSON: it is nested too deeply");
   deep = R"({"tea":"a","millilitres":1,"size":"SMALL","extra":)" + std::string(600, '[') + std::string(600, ']') + "}";
   EXPECT_EQ(reasonAgainst<Cup>(deep), "not valid JSON: it is nested too deeply");
