@@ -29,6 +29,8 @@ class Counter : public Object<Counter, NSObject> {
 class Derived final : public Object<Derived, Counter> {
  public:
   void addVirtually(std::int64_t amount) override { Counter::addVirtually(-amount); }
+  void add(std::int64_t amount) override { Counter::add(-amount); }
+  void addHooked(std::int64_t amount) override { Counter::addHooked(-amount); }
 };
 
 void hook(Counter& self, std::int64_t amount) {
