@@ -214,8 +214,8 @@ class GroupElement final : public WrappingElement {
     View content;
     double opacity = 1;
     double cornerRadius = 0;
-    std::optional<std::string> identifier;
-    std::function<void()> tapped;
+    std::optional<std::string> identifier = std::nullopt;
+    std::function<void()> tapped = nullptr;
   };
   void update(const Description& description, const Environment& environment) override;
   void place(CGRect rect) override;

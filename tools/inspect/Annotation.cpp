@@ -80,7 +80,8 @@ void drawFrame(CGContext& context, const LumicroElement& element, std::size_t nu
   outline->setLineWidth(isActed ? 2.5 : 1.5);
   context.setStrokeColor(color);
   outline->stroke(context);
-  drawBadge(context, std::to_string(number), {frame.origin.x, frame.origin.y}, color);
+  drawBadge(context, std::to_string(number), {frame.origin.x - badgeHeight / 2, frame.origin.y - badgeHeight / 2},
+            color);
 }
 
 void drawRow(CGContext& context, const LumicroElement& element, std::size_t number, CGPoint at, bool isActed) {
@@ -127,7 +128,7 @@ Ref<UIImage> annotated(const UIImage& screen, const LumicorSnapshot& snapshot, c
     context.stroke({origin, picture});
 
     context.saveGState();
-    context.clip(CGPath::rect({origin, picture}));
+    context.clip(CGPath::rect(CGRect{origin, picture}.insetBy(-badgeHeight / 2, -badgeHeight / 2)));
     const auto isActed = [&](const LumicroElement& element) {
       return !snapshot.actionElement().elementId().empty() &&
              element.elementId() == snapshot.actionElement().elementId();
