@@ -49,12 +49,41 @@ class LumicorHooksTest : public SessionTest {
   std::vector<std::string> views_;
 };
 
-TEST_F(LumicorHooksTest, FollowsTheScreenThatAppearsAndCallsThroughOnce) {
+TEST_F(LumicorHooksTest, FollowsTheScreenThatAppears) {
   const auto home = make<HomeScreen>();
   appear(home);
   EXPECT_EQ(current(), home);
   EXPECT_THAT(views_, ElementsAre("HomeScreen"));
   EXPECT_THAT(home->heard, ElementsAre("will call", "appeared"));
+}
+
+std::vector<std::string> reached;
+void countedAppear(UIViewController&, bool) { reached.push_back("appear"); }
+void countedDisappear(UIViewController&, bool) { reached.push_back("disappear"); }
+void countedSegue(UIViewController&, Ref<UIStoryboardSegue>, Ref<NSObject>) { reached.push_back("segue"); }
+
+TEST_F(LumicorHooksTest, CallsThroughToWhateverThePlatformsMethodsAre) {
+  Class& cls = UIViewController::cls();
+  class_addMethod<&countedAppear>(cls, sel("counted appear"));
+  class_addMethod<&countedDisappear>(cls, sel("counted disappear"));
+  class_addMethod<&countedSegue>(cls, sel("counted segue"));
+  // The platform's implementations stand behind the selectors of the replacements; others take their place for a while.
+  const auto exchangeAll = [&] {
+    for (const auto& [replaced, counted] : {std::pair("swizzled_viewDidAppear:", "counted appear"),
+                                            std::pair("swizzled_viewWillDisappear:", "counted disappear"),
+                                            std::pair("swizzled_prepareFor:sender:", "counted segue")}) {
+      method_exchangeImplementations(class_getInstanceMethod(cls, sel(replaced)),
+                                     class_getInstanceMethod(cls, sel(counted)));
+    }
+  };
+  exchangeAll();
+  const auto home = make<HomeScreen>();
+  home->viewDidAppear(false);
+  home->viewWillDisappear(false);
+  home->prepareForSegue(make<UIStoryboardSegue>("x", UIStoryboardSegue::Kind::show, home, make<DetailScreen>()),
+                        nullptr);
+  exchangeAll();
+  EXPECT_THAT(reached, ElementsAre("appear", "disappear", "segue"));
 }
 
 TEST_F(LumicorHooksTest, IsInstalledWhenASessionStarts) {
