@@ -118,7 +118,10 @@ void UIKeyboard::update() {
   const Ref<UIView> input = responder ? responder->inputView() : nullptr;
   const bool wanted = responder && (input || responder->wantsKeyboard());
   if (!wanted && !state.visible) return;
-  if (wanted && state.visible && state.responder.lock() == responder && state.inputView == input) return;
+  if (wanted && state.visible && state.responder.lock() == responder && state.inputView == input) {
+    if (!input) state.suggestShift();  // other hands may have changed the text
+    return;
+  }
   if (state.updating) return;  // from a notification below; it is looked at again after the turn
   state.updating = true;
   if (wanted) {

@@ -147,6 +147,7 @@ void UIKeyboardView::release(const UITouch& touch, bool types) {
 // ---- Keys
 
 void UIKeyboardView::typeKey(const KeyboardKey& key) {
+  lastShiftTime_ = -1;
   UIKey typed;
   if (key.kind == Kind::returnKey) {
     typed = {UIKey::Code::returnKey, "\n"};

@@ -5,6 +5,7 @@
 #include "platform/uikit/KeyboardLayout.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIKeyboard.h"
+#include "platform/uikit/UITextField.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {
@@ -200,6 +201,10 @@ TEST_F(KeyboardTest, IsTypedOnByTheTouchDriverWhereItCan) {
   advance(0.3);
   type(text);
   EXPECT_EQ(view->text, text);
+  view->text.clear();
+  type("aBcD");
+  EXPECT_EQ(view->text, "aBcD") << "two shifts with a letter between them lock nothing";
+  view->text = text;
   type("\b\b");
   EXPECT_EQ(view->text, text.substr(0, text.size() - 2));
 
@@ -212,6 +217,31 @@ TEST_F(KeyboardTest, IsTypedOnByTheTouchDriverWhereItCan) {
   EXPECT_THAT(UIKeyboard::shared().keysToType("a"), IsEmpty());
   type("3.5a");
   EXPECT_EQ(view->text, "3.5a");
+}
+
+TEST_F(KeyboardTest, SuggestsCapitalsWhereASentenceBegins) {
+  const auto field = make<UITextField>(CGRect{20, 100, 300, 40});
+  content()->addSubview(field);
+  field->becomeFirstResponder();
+  advance(0.3);
+  const auto isUpper = [] { return UIKeyboard::shared().keyCenter("Q").has_value(); };
+  EXPECT_TRUE(isUpper());
+  tapKey("Q");
+  EXPECT_FALSE(isUpper());
+  type(". ");
+  EXPECT_TRUE(isUpper());
+  tapKey("shift");
+  EXPECT_FALSE(isUpper()) << "a person knows better";
+  settle();
+  EXPECT_FALSE(isUpper());
+  tapKey("q");
+  EXPECT_EQ(field->text(), "Q. q");
+  field->setText("");
+  settle();
+  EXPECT_TRUE(isUpper()) << "the program emptied the field";
+  field->setAutocapitalizationType(UITextAutocapitalizationType::none);
+  settle();
+  EXPECT_FALSE(isUpper());
 }
 
 TEST_F(KeyboardTest, LooksTheSameAsItDid) {
