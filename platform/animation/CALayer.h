@@ -174,8 +174,8 @@ class CALayer : public Object<CALayer, NSObject> {
   virtual bool hasOwnContents() const;
   /// Where it may draw, in its own coordinates, sublayers and shadow left out.
   virtual CGRect contentBounds() const { return state_.bounds; }
-  /// The outline of its background: the bounds with round corners.
-  CGPath backgroundPath() const;
+  /// The outline of its background: the bounds with round corners, that far in on every side.
+  CGPath backgroundPath(double inset = 0) const;
 
  protected:
   /// The values of every layer.

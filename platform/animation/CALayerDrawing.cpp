@@ -55,11 +55,12 @@ void CALayer::renderInContext(CGContext& context) {
 
 bool CALayer::hasOwnContents() const { return state_.contents || drawing_; }
 
-CGPath CALayer::backgroundPath() const {
-  if (state_.cornerRadius <= 0) return CGPath::rect(state_.bounds);
-  return state_.cornerCurve == CALayerCornerCurve::continuous
-             ? CGPath::continuousRoundedRect(state_.bounds, state_.cornerRadius)
-             : CGPath::roundedRect(state_.bounds, state_.cornerRadius);
+CGPath CALayer::backgroundPath(double inset) const {
+  const CGRect rect = state_.bounds.insetBy(inset, inset);
+  const double radius = state_.cornerRadius - inset;
+  if (!(radius > 0)) return CGPath::rect(rect);
+  return state_.cornerCurve == CALayerCornerCurve::continuous ? CGPath::continuousRoundedRect(rect, radius)
+                                                              : CGPath::roundedRect(rect, radius);
 }
 
 void CALayer::paintContents(Painter& painter, double mediaTime) const {

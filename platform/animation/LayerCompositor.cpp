@@ -102,7 +102,9 @@ void LayerCompositor::paintParts(Canvas& canvas, const Placed& layer, const CGRe
     canvas.setTransform(layer.toPixels);
     const UIColor color = faded(*shown.backgroundColor(), opacity);
     if (shown.cornerRadius() > 0 && touchesCorners(layer, clip)) {
-      canvas.fill(shown.backgroundPath(), color, false);
+      // Under an opaque border the background ends in the border's middle, or it would colour the border's smooth edge.
+      const bool isFramed = shown.borderWidth() > 0 && shown.borderColor().alpha() >= 1;
+      canvas.fill(shown.backgroundPath(isFramed ? shown.borderWidth() / 2 : 0), color, false);
     } else {
       canvas.fill(shown.bounds(), color);
     }
@@ -166,9 +168,7 @@ void LayerCompositor::paintBorder(Canvas& canvas, const CALayer& shown) {
     return;
   }
   CGPath ring = shown.backgroundPath();
-  const double radius = std::max(0.0, shown.cornerRadius() - width);
-  ring.append(shown.cornerCurve() == CALayerCornerCurve::continuous ? CGPath::continuousRoundedRect(inner, radius)
-                                                                    : CGPath::roundedRect(inner, radius));
+  ring.append(shown.backgroundPath(width));
   canvas.fill(ring, shown.borderColor(), true);
 }
 

@@ -24,8 +24,9 @@ void QtRunLoop::run() {
 }
 
 void QtRunLoop::stop() {
-  QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
+  // `quit` would ask the windows first, and they never close by themselves.
+  const auto leave = [] { QCoreApplication::exit(); };
+  QMetaObject::invokeMethod(QCoreApplication::instance(), leave, Qt::QueuedConnection);
 }
 
 void QtRunLoop::wakeUp() {
