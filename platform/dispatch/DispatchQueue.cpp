@@ -89,24 +89,20 @@ class SerialTarget final : public DispatchQueue::Target, public std::enable_shar
   bool runs_ = false;
 };
 
-template <class T, class... Args>
-std::shared_ptr<DispatchQueue::Target>& forever(Args... args) {
-  return *new std::shared_ptr<DispatchQueue::Target>(std::make_shared<T>(args...));
-}
-
 }  // namespace
 
+// The queues of the process are never destroyed: threads of the pool may outlive static objects.
+
 DispatchQueue DispatchQueue::main() {
-  static const std::shared_ptr<Target>& target = forever<MainTarget>();
+  static const auto& target = *new std::shared_ptr<Target>(std::make_shared<MainTarget>());
   return DispatchQueue(target);
 }
 
 DispatchQueue DispatchQueue::global(QOS qos) {
-  using Targets = std::array<std::shared_ptr<Target>, 5>;
-  static const Targets& targets =
-      *new Targets{forever<GlobalTarget>(QOS::userInteractive), forever<GlobalTarget>(QOS::userInitiated),
-                   forever<GlobalTarget>(QOS::standard), forever<GlobalTarget>(QOS::utility),
-                   forever<GlobalTarget>(QOS::background)};
+  static const auto& targets = *new std::array<std::shared_ptr<Target>, 5>{
+      std::make_shared<GlobalTarget>(QOS::userInteractive), std::make_shared<GlobalTarget>(QOS::userInitiated),
+      std::make_shared<GlobalTarget>(QOS::standard), std::make_shared<GlobalTarget>(QOS::utility),
+      std::make_shared<GlobalTarget>(QOS::background)};
   return DispatchQueue(targets[static_cast<std::size_t>(qos)]);
 }
 
