@@ -42,6 +42,25 @@ class Window {
   std::shared_ptr<const TextLayout> layout_;
 };
 
+constexpr std::size_t indicatorBytes = 4;
+constexpr std::size_t flagBytes = 2 * indicatorBytes;
+
+/// Flags are pairs of regional indicators, and which two make a pair is counted from the beginning of their row, which
+/// may lie far outside of a window. This is the row that a position is in or begins, empty for none.
+NSRange rowOfFlags(const std::string& text, std::size_t position) {
+  const auto isIndicator = [&](std::size_t at) {
+    if (at + indicatorBytes > text.size() || text.compare(at, 3, "\xF0\x9F\x87") != 0) return false;
+    const auto last = static_cast<unsigned char>(text[at + 3]);
+    return last >= 0xA6 && last <= 0xBF;
+  };
+  std::size_t start = std::min(position, text.size());
+  while (start > 0 && start < text.size() && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+  std::size_t end = start;
+  while (isIndicator(end)) end += indicatorBytes;
+  while (start >= indicatorBytes && isIndicator(start - indicatorBytes)) start -= indicatorBytes;
+  return {static_cast<std::int64_t>(start), static_cast<std::int64_t>(end - start)};
+}
+
 bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
 }  // namespace
@@ -120,18 +139,33 @@ void EditableText::replace(NSRange range, std::string_view replacement) {
 
 std::size_t EditableText::next(std::size_t position) const {
   if (position >= text_.size()) return text_.size();
+  const NSRange flags = rowOfFlags(text_, position);
+  if (flags.contains(static_cast<std::int64_t>(position))) {
+    const std::size_t start = static_cast<std::size_t>(flags.location);
+    return std::min(static_cast<std::size_t>(flags.end()), start + ((position - start) / flagBytes + 1) * flagBytes);
+  }
   return std::min(text_.size(), Window(text_, position).next(position));
 }
 
 std::size_t EditableText::previous(std::size_t position) const {
   if (position == 0 || text_.empty()) return 0;
   position = std::min(position, text_.size());
+  const NSRange flags = rowOfFlags(text_, position - 1);
+  if (flags.contains(static_cast<std::int64_t>(position) - 1)) {
+    const std::size_t start = static_cast<std::size_t>(flags.location);
+    return start + (position - 1 - start) / flagBytes * flagBytes;
+  }
   return Window(text_, position).previous(position);
 }
 
 std::size_t EditableText::boundaryBefore(std::size_t position) const {
   if (position == 0) return 0;
   if (position >= text_.size()) return text_.size();
+  const NSRange flags = rowOfFlags(text_, position);
+  if (flags.contains(static_cast<std::int64_t>(position))) {
+    const std::size_t start = static_cast<std::size_t>(flags.location);
+    return start + (position - start) / flagBytes * flagBytes;
+  }
   const Window window(text_, position);
   const std::size_t before = window.previous(position);
   return window.next(before) == position ? position : before;

@@ -45,7 +45,7 @@ ScrollMotion ScrollMotion::glide(double position, double velocity, Limits limits
   motion.logRate_ = 1000 * std::log(std::clamp(rate, 0.5, 0.9999));
   motion.glideVelocity_ = velocity;
   motion.glideTime_ = std::log(slowest / std::abs(velocity)) / motion.logRate_;
-  const double rest = motion.position(motion.glideTime_);
+  const double rest = motion.glided(motion.glideTime_);
   motion.target_ = std::clamp(rest, limits.least, limits.most);
   if (motion.target_ == rest) return motion;
   // It reaches the edge while it still has speed: there the spring takes over.
@@ -84,8 +84,12 @@ ScrollMotion ScrollMotion::travel(double from, double to, double seconds) {
   return motion;
 }
 
+double ScrollMotion::glided(double seconds) const {
+  return from_ + glideVelocity_ * (std::exp(logRate_ * seconds) - 1) / logRate_;
+}
+
 double ScrollMotion::position(double seconds) const {
-  if (seconds < glideTime_) return from_ + glideVelocity_ * (std::exp(logRate_ * seconds) - 1) / logRate_;
+  if (seconds < glideTime_) return glided(seconds);
   const double inPhase = seconds - glideTime_;
   switch (kind_) {
     case Kind::rest:

@@ -40,6 +40,7 @@ class ScrollMotion {
 
  private:
   enum class Kind { rest, spring, travel };
+  double glided(double seconds) const;
   void springFrom(double position, double velocity, double target);
 
   double from_ = 0;

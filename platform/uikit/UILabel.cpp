@@ -156,10 +156,14 @@ std::shared_ptr<const TextLayout> UILabel::laidOut(CGSize size, std::int64_t lin
   style.lineBreakMode = lineBreakMode_;
   style.numberOfLines = static_cast<int>(std::min<std::int64_t>(lines, 100000));
   if (adjustsFontSize_ && lines == 1 && size.width < CGFloatMax) {
-    const double natural = TextLayout::measure(string, style).width;
-    if (natural > size.width) {
-      const double least = minimumScaleFactor_ > 0 ? minimumScaleFactor_ : 0.5;
-      style.font = style.font.fontWithSize(style.font.pointSize() * std::max(least, size.width / natural));
+    const double largest = style.font.pointSize();
+    const double least = largest * (minimumScaleFactor_ > 0 ? minimumScaleFactor_ : 0.5);
+    double natural = TextLayout::measure(string, style).width;
+    while (natural > size.width && style.font.pointSize() > least) {
+      // Letters are not exactly in proportion to their size: a last half point may be missing.
+      const double next = std::floor(style.font.pointSize() * size.width / natural * 2) / 2;
+      style.font = style.font.fontWithSize(std::max(least, std::min(next, style.font.pointSize() - 0.5)));
+      natural = TextLayout::measure(string, style).width;
     }
   }
   std::shared_ptr<const TextLayout> layout = TextLayout::make(string, style, size.width);

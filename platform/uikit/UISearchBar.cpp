@@ -132,6 +132,7 @@ void UISearchBar::setPlaceholder(std::optional<std::string> placeholder) {
 bool UISearchBar::isEnabled() const { return field_->isEnabled(); }
 void UISearchBar::setEnabled(bool enabled) {
   field_->setEnabled(enabled);
+  field_->setAlpha(enabled ? 1 : 0.5);
   cancel_->setEnabled(enabled);
 }
 

@@ -1,9 +1,12 @@
 #include "platform/uikit/WKWebView.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
-#include "platform/animation/CALayer.h"
+#include "platform/graphics/UIGraphicsImageRenderer.h"
+#include "platform/graphics/UIImage.h"
+#include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UILabel.h"
 
 namespace platform {
@@ -13,16 +16,34 @@ namespace {
 constexpr double iconSide = 44;
 constexpr double gap = 12;
 
+const Ref<UIImage>& globe() {
+  static const Ref<UIImage> picture =
+      UIGraphicsImageRenderer(CGSize{iconSide, iconSide}).imageWithActions([](CGContext& context) {
+        constexpr double middle = iconSide / 2;
+        constexpr double radius = middle - 2;
+        context.setStrokeColor(UIColor::systemGray3());
+        context.setLineWidth(1.6);
+        context.addEllipse({middle - radius, middle - radius, 2 * radius, 2 * radius});
+        context.addEllipse({middle - radius * 0.42, middle - radius, radius * 0.84, 2 * radius});
+        context.moveTo({middle, middle - radius});
+        context.addLineTo({middle, middle + radius});
+        for (const double latitude : {-0.45, 0.0, 0.45}) {
+          const double half = radius * std::sqrt(1 - latitude * latitude);
+          context.moveTo({middle - half, middle + radius * latitude});
+          context.addLineTo({middle + half, middle + radius * latitude});
+        }
+        context.strokePath();
+      });
+  return picture;
+}
+
 }  // namespace
 
 void WKWebView::initWithFrame(CGRect frame) {
   Super::initWithFrame(frame);
   setBackgroundColor(UIColor::systemBackground());
   setClipsToBounds(true);
-  icon_ = make<UIView>();
-  icon_->layer()->setCornerRadius(iconSide / 2);
-  icon_->layer()->setBorderWidth(2);
-  icon_->layer()->setBorderColor(UIColor::systemGray3());
+  icon_ = make<UIImageView>(globe());
   address_ = make<UILabel>();
   address_->setFont(UIFont::systemFont(15));
   address_->setTextColor(UIColor::secondaryLabel());
