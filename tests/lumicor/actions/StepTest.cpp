@@ -7,6 +7,7 @@ namespace lumicor::test {
 
 Ref<UINavigationController> CartScreen::navigationController() const {
   ++lookups;
+  if (onLookup) onLookup();
   return UIViewController::navigationController();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ namespace lumicor::test {
 struct CartScreen : Object<CartScreen, UIViewController> {
   Ref<UINavigationController> navigationController() const override;
   mutable int lookups = 0;
+  std::function<void()> onLookup;
 };
 
 /// A host's delegate, data source and target in one: it writes down what it hears.

@@ -131,11 +131,9 @@ TEST_F(TLActionsTaskTest, GoesOnOnceTheScreenIsThere) {
 
 TEST_F(TLActionsTaskTest, ActsOnWhatItFoundAlsoWhenThatWasTakenAwayMeanwhile) {
   addButton("a");
+  const Ref<UIView> button = screen_->view()->subviews()[0];
+  screen_->onLookup = [button] { DispatchQueue::main().async([button] { button->removeFromSuperview(); }); };
   run({step("a")});
-  RunLoop::main();
-  RunLoop::advance(1.49);
-  DispatchQueue::main().asyncAfter(0.01, [] {});
-  DispatchQueue::main().asyncAfter(0.01, [this] { screen_->view()->subviews()[0]->removeFromSuperview(); });
   RunLoop::advance(60);
   EXPECT_THAT(events_, ElementsAre(Pair(1.5, "press a"), Pair(3.5, "success")));
 }
@@ -230,7 +228,7 @@ class ScrollStepTest : public TLActionsTaskTest {
     layout->setScrollDirection(UICollectionViewScrollDirection::horizontal);
     layout->setItemSize({100, 100});
     layout->setMinimumLineSpacing(0);
-    const auto grid = add<UICollectionView>("list", CGRect{0, 0, 300, 100}, layout);
+    const auto grid = add<UICollectionView>("list", CGRect{0, 300, 300, 100}, layout);
     grid->registerClass<UICollectionViewCell>("cell");
     source_ = make<Source>();
     grid->setDataSource(source_);

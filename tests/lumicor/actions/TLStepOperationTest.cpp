@@ -264,6 +264,7 @@ TEST_F(CellStepTest, SelectsARowAndTellsTheDelegate) {
   EXPECT_EQ(table->indexPathForSelectedRow(), IndexPath(1, 0));
   EXPECT_THAT(goods_->heard, ElementsAre("row 1"));
   table->setDelegate(nullptr);
+  table->layoutIfNeeded();
   EXPECT_EQ(perform(step("row 2")), done);
   EXPECT_EQ(table->indexPathForSelectedRow(), IndexPath(2, 0));
 }

@@ -121,7 +121,7 @@ TEST_F(LumicorElementsTaskTest, KeepsWhatEarlierTreesPutIntoTheRegistryUntilAWho
   read();
   const auto other = make<FeedScreen>();
   window()->addSubview(other->view());
-  const auto more = make<UIScrollView>(CGRect{0, 0, 1, 1});
+  const auto more = make<UIScrollView>(CGRect{0, 300, 1, 1});
   more->setAccessibilityIdentifier("more");
   other->view()->addSubview(more);
   EXPECT_THAT(LumicorElementsTask::traverseStoryboardView(other->view(), "").scrollDetails,
@@ -161,16 +161,28 @@ TEST_F(LumicorElementsTaskTest, AddsVisibleRegionsAfterTheTreeWithTheRootsKind) 
   EXPECT_EQ(names(read()).size(), 3U);
 }
 
-TEST_F(LumicorElementsTaskTest, ReadsTreesOfAnyDepth) {
-  Ref<UIView> at = add("top", {0, 0, 100, 100});
-  for (int i = 0; i < 20000; ++i) at = add(nullptr, {0, 0, 100, 100}, at);
-  at->setAccessibilityIdentifier("bottom");
-  EXPECT_THAT(names(read()), ElementsAre("top", "bottom"));
-  while (at) {  // taken apart from below: the platform's own teardown is not on trial
-    const Ref<UIView> parent = at->superview();
-    at->removeFromSuperview();
-    at = parent;
+/// A view that stands for something of another toolkit: it answers for what it stands for.
+struct StandIn : Object<StandIn, UIView> {
+  std::vector<Ref<UIView>> parts;
+  const std::vector<Ref<UIView>>& subviews() const override { return parts; }
+  CGRect bounds() const override { return {0, 0, 30, 40}; }
+  CGRect convertRect(CGRect rect, const UIView*) const override { return rect.offsetBy(7, 8); }
+  std::optional<std::string> accessibilityIdentifier() const override {
+    return parts.empty() ? std::optional<std::string>("bottom") : std::nullopt;
   }
+};
+
+TEST_F(LumicorElementsTaskTest, ReadsTreesOfAnyDepthAndViewsOfAnyMaking) {
+  std::vector<Ref<StandIn>> chain = {make<StandIn>()};
+  for (int i = 0; i < 20000; ++i) {
+    chain.push_back(make<StandIn>());
+    chain[chain.size() - 2]->parts.push_back(chain.back());
+  }
+  root()->addSubview(chain.front());
+  const auto all = LumicorElementsTask::getAllElements(chain.front(), "tap").elements;
+  EXPECT_THAT(all, ElementsAre(LumicroElement("bottom", "", 7, 8, 30, 40, "", false, "", "", "", "Default",
+                                              LumicorType::TYPE_DEFAULT, LumicorInputType::TYPE_DEFAULT)));
+  for (const auto& view : chain) view->parts.clear();  // or the chain would be let go from within
 }
 
 TEST_F(LumicorElementsTaskDeathTest, StopsAtGeometryThatIsNoNumber) {
