@@ -30,8 +30,8 @@ void PickerWheel::init(UIPickerView& picker, std::int64_t component) {
 }
 
 void PickerWheel::exportMethods(MethodTable<PickerWheel>& table) {
-  table.add<&PickerWheel::cameToRest>("scrollViewDidEndDecelerating:");
-  table.add<&PickerWheel::cameToRest>("scrollViewDidEndScrollingAnimation:");
+  table.add<&PickerWheel::motionEnded>("scrollViewDidEndDecelerating:");
+  table.add<&PickerWheel::motionEnded>("scrollViewDidEndScrollingAnimation:");
   table.add<&PickerWheel::dragEnded>("scrollViewDidEndDragging:willDecelerate:");
 }
 
@@ -82,6 +82,8 @@ void PickerWheel::dragEnded(const Ref<NSObject>&, bool decelerates) {
   turnedByHand_ = true;
   if (!decelerates) cameToRest();
 }
+
+void PickerWheel::motionEnded(const Ref<NSObject>&) { cameToRest(); }
 
 void PickerWheel::cameToRest() {
   if (isTracking() && isHeld()) return;

@@ -37,6 +37,7 @@ class PickerWheel : public Object<PickerWheel, UIScrollView> {
   Ref<UIView> makeRow(std::int64_t row);
   void bend(UIView& view, std::int64_t row) const;
   void cameToRest();
+  void motionEnded(const Ref<NSObject>& wheel);
   void dragEnded(const Ref<NSObject>& wheel, bool decelerates);
 
   UIPickerView* picker_ = nullptr;
