@@ -161,6 +161,7 @@ TEST_F(AppearanceTest, ASegueMakesItsDestinationPreparesItAndPresentsIt) {
   EXPECT_EQ(source->presentedViewController(), destination);
   EXPECT_TRUE(source->hasSegue("more"));
   EXPECT_FALSE(source->hasSegue("less"));
+  source->prepared = nullptr;  // a segue owns its source
 }
 
 TEST_F(AppearanceTest, AnUnknownSegueIsAProgrammingError) {
