@@ -56,6 +56,11 @@ LoopbackServer::LoopbackServer(Handler handler) : handler_(std::move(handler)) {
 LoopbackServer::~LoopbackServer() {
   ::shutdown(listener_, SHUT_RDWR);
   thread_.join();
+  {
+    // A client may have opened a connection and never used it.
+    const std::lock_guard lock(mutex_);
+    for (const int socket : open_) ::shutdown(socket, SHUT_RDWR);
+  }
   for (std::thread& answer : answers_) answer.join();
   ::close(listener_);
 }
@@ -75,6 +80,10 @@ void LoopbackServer::serve() {
     const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     if (socket < 0) return;
     ++connections_;
+    {
+      const std::lock_guard lock(mutex_);
+      open_.insert(socket);
+    }
     answers_.emplace_back([this, socket] { answer(socket); });
   }
 }
@@ -88,6 +97,8 @@ void LoopbackServer::answer(int socket) {
     request.append(buffer, static_cast<std::size_t>(read));
   }
   if (isComplete(request)) handler_(request, Connection(socket));
+  const std::lock_guard lock(mutex_);
+  open_.erase(socket);
   ::close(socket);
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -46,6 +47,7 @@ class LoopbackServer {
   int port_ = 0;
   std::atomic<int> connections_{0};
   std::mutex mutex_;
+  std::set<int> open_;  // guarded by the mutex: connections that are being answered
   std::vector<std::thread> answers_;
   std::thread thread_;
 };

@@ -1,6 +1,7 @@
 #include <condition_variable>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
 
 #include "platform/dispatch/BackgroundActivity.h"
@@ -221,8 +222,10 @@ TEST_F(URLSessionNetworkTest, StreamsUploadsAndDownloadsThroughFiles) {
 }
 
 TEST_F(URLSessionNetworkTest, HoldsVirtualTimeUntilAllRepliesAreThere) {
-  const LoopbackServer server([](const std::string& request, const Connection& connection) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::promise<void> everyTaskWasStarted;
+  const std::shared_future<void> start = everyTaskWasStarted.get_future().share();
+  const LoopbackServer server([start](const std::string& request, const Connection& connection) {
+    start.wait();
     connection.write(reply(request.substr(4, 3)));
   });
   std::vector<double> instants;
@@ -235,6 +238,7 @@ TEST_F(URLSessionNetworkTest, HoldsVirtualTimeUntilAllRepliesAreThere) {
                    })
         ->resume();
   }
+  everyTaskWasStarted.set_value();
   RunLoop::advance(1000);
   EXPECT_EQ(instants, std::vector<double>(20, Clock::virtualMediaTimeAtStart));
 }
