@@ -44,6 +44,8 @@ std::optional<URLError::Code> codeOf(QNetworkReply::NetworkError error, bool has
     default:
       break;
   }
+  const bool isAboutProxy = error >= QNetworkReply::ProxyConnectionRefusedError;
+  if (isAboutProxy && !isAboutContent) return URLError::cannotConnectToHost;
   return hasStatus ? URLError::networkConnectionLost : URLError::badServerResponse;
 }
 

@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QHostAddress>
 #include <QNetworkAccessManager>
+#include <QNetworkProxy>
 #include <atomic>
 #include <cstdlib>
 #include <functional>
@@ -18,6 +20,17 @@
 namespace platform {
 
 namespace {
+
+/// The person's proxies, except for this very machine, which needs none.
+class ProxyChoice final : public QNetworkProxyFactory {
+ public:
+  QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override {
+    const QString host = query.peerHostName();
+    const QHostAddress address(host);
+    if (host == QLatin1String("localhost") || address.isLoopback()) return {QNetworkProxy::NoProxy};
+    return systemProxyForQuery(query);
+  }
+};
 
 /// The thread with its event loop and its manager. Any thread, except that it cannot stop itself.
 class NetworkThread {
@@ -81,6 +94,7 @@ class NetworkThread {
     if (!QCoreApplication::instance()) application = std::make_unique<QCoreApplication>(count, arguments);
     ownsApplication_.store(application != nullptr);
     QNetworkAccessManager manager;
+    manager.setProxyFactory(new ProxyChoice);  // the manager's from here on
     QEventLoop loop;
     manager_ = &manager;
     loop_ = &loop;

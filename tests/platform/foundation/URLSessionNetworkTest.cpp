@@ -1,4 +1,5 @@
 #include <condition_variable>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -90,6 +91,7 @@ TEST_F(URLSessionNetworkTest, DeliversErrorPagesAsReplies) {
 TEST_F(URLSessionNetworkTest, TellsWhyAServerCouldNotBeReached) {
   const std::string nobody = "http://127.0.0.1:" + std::to_string(LoopbackServer::freePort()) + "/";
   EXPECT_EQ(load(nobody).error, URLError(URLError::cannotConnectToHost));
+  for (const char* const proxy : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) ::unsetenv(proxy);
   EXPECT_EQ(load("http://no-such-host.invalid/").error, URLError(URLError::cannotFindHost));
 }
 
