@@ -10,6 +10,12 @@ namespace platform {
 
 namespace {
 
+bool isPlain(const std::string& text, std::size_t at) {
+  if (at >= text.size()) return false;
+  const auto byte = static_cast<unsigned char>(text[at]);
+  return byte >= 0x20 && byte < 0x7f;
+}
+
 /// A piece of the text around a position, shaped, so that questions about characters cost the same in a long text. It
 /// begins at a byte before which a character surely ends (plain ASCII), or far enough away.
 class Window {
@@ -17,14 +23,10 @@ class Window {
   Window(const std::string& text, std::size_t position) {
     constexpr std::size_t reach = 96;
     constexpr std::size_t farthest = 4096;
-    const auto isPlain = [&](std::size_t at) {
-      const auto byte = static_cast<unsigned char>(text[at]);
-      return byte >= 0x20 && byte < 0x7f;
-    };
     start_ = position > reach ? position - reach : 0;
-    while (start_ > 0 && !isPlain(start_) && position - start_ < farthest) --start_;
+    while (start_ > 0 && !isPlain(text, start_) && position - start_ < farthest) --start_;
     std::size_t end = std::min(text.size(), position + reach);
-    while (end < text.size() && !isPlain(end) && end - position < farthest) ++end;
+    while (end < text.size() && !isPlain(text, end) && end - position < farthest) ++end;
     TextStyle style;
     style.lineBreakMode = NSLineBreakMode::byClipping;
     layout_ = TextLayout::make(std::string_view(text).substr(start_, end - start_), style);
@@ -54,7 +56,9 @@ NSRange rowOfFlags(const std::string& text, std::size_t position) {
     return last >= 0xA6 && last <= 0xBF;
   };
   std::size_t start = std::min(position, text.size());
-  while (start > 0 && start < text.size() && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+  for (std::size_t i = 1; i < indicatorBytes && start > 0 && start < text.size(); ++i) {
+    if ((static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+  }
   std::size_t end = start;
   while (isIndicator(end)) end += indicatorBytes;
   while (start >= indicatorBytes && isIndicator(start - indicatorBytes)) start -= indicatorBytes;
@@ -139,6 +143,7 @@ void EditableText::replace(NSRange range, std::string_view replacement) {
 
 std::size_t EditableText::next(std::size_t position) const {
   if (position >= text_.size()) return text_.size();
+  if (isPlain(text_, position) && isPlain(text_, position + 1)) return position + 1;  // plain letters join with nothing
   const NSRange flags = rowOfFlags(text_, position);
   if (flags.contains(static_cast<std::int64_t>(position))) {
     const std::size_t start = static_cast<std::size_t>(flags.location);
@@ -150,6 +155,7 @@ std::size_t EditableText::next(std::size_t position) const {
 std::size_t EditableText::previous(std::size_t position) const {
   if (position == 0 || text_.empty()) return 0;
   position = std::min(position, text_.size());
+  if (isPlain(text_, position - 1) && (position == 1 || isPlain(text_, position - 2))) return position - 1;
   const NSRange flags = rowOfFlags(text_, position - 1);
   if (flags.contains(static_cast<std::int64_t>(position) - 1)) {
     const std::size_t start = static_cast<std::size_t>(flags.location);
@@ -161,6 +167,7 @@ std::size_t EditableText::previous(std::size_t position) const {
 std::size_t EditableText::boundaryBefore(std::size_t position) const {
   if (position == 0) return 0;
   if (position >= text_.size()) return text_.size();
+  if (isPlain(text_, position) && isPlain(text_, position - 1)) return position;
   const NSRange flags = rowOfFlags(text_, position);
   if (flags.contains(static_cast<std::int64_t>(position))) {
     const std::size_t start = static_cast<std::size_t>(flags.location);

@@ -88,6 +88,17 @@ double ScrollMotion::glided(double seconds) const {
   return from_ + glideVelocity_ * (std::exp(logRate_ * seconds) - 1) / logRate_;
 }
 
+double ScrollMotion::travelLeft(double seconds) const {
+  const double part = seconds / endTime_;
+  return 1 - part * part * (3 - 2 * part);
+}
+
+void ScrollMotion::retarget(double seconds, double target) {
+  if (kind_ != Kind::travel || seconds >= endTime_) return;
+  offset_ = (position(seconds) - target) / travelLeft(seconds);
+  target_ = target;
+}
+
 double ScrollMotion::position(double seconds) const {
   if (seconds < glideTime_) return glided(seconds);
   const double inPhase = seconds - glideTime_;
@@ -99,9 +110,7 @@ double ScrollMotion::position(double seconds) const {
       return target_ + (offset_ + offsetVelocity_ * inPhase) * std::exp(-springFrequency * inPhase);
     case Kind::travel: {
       if (inPhase >= endTime_) return target_;
-      const double part = inPhase / endTime_;
-      const double left = 1 - part * part * (3 - 2 * part);
-      return target_ + offset_ * left;
+      return target_ + offset_ * travelLeft(inPhase);
     }
   }
   return target_;

@@ -28,6 +28,8 @@ class ScrollMotion {
   double velocity(double seconds) const;
   bool isOver(double seconds) const { return seconds >= glideTime_ + endTime_; }
   double target() const { return target_; }
+  /// A travel under way goes on to another place from where it is after so many seconds, arriving when it would have.
+  void retarget(double seconds, double target);
   /// The whole motion takes place elsewhere.
   void shift(double by) {
     from_ += by;
@@ -41,6 +43,8 @@ class ScrollMotion {
  private:
   enum class Kind { rest, spring, travel };
   double glided(double seconds) const;
+  /// What part of a travel still lies ahead.
+  double travelLeft(double seconds) const;
   void springFrom(double position, double velocity, double target);
 
   double from_ = 0;

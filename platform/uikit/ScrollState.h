@@ -45,6 +45,7 @@ struct ScrollState {
   ScrollMotion motionX{0};
   ScrollMotion motionY{0};
   FrameTicker ticker;
+  double movedSeconds = 0;
 
   struct Range {
     double least;

@@ -159,6 +159,19 @@ void TableContent::tile() {
   tileHeaders();
   stale = false;
   tiling = false;
+  followGoal();
+}
+
+void TableContent::followGoal() {
+  if (!goal) return;
+  if (table.isDragging() || !geometry.contains(goal->path)) {
+    goal = std::nullopt;
+    return;
+  }
+  const CGPoint offset{table.contentOffset().x, offsetFor(goal->path, goal->position)};
+  if (table.isScrollingAnimated()) return table.retargetScrolling(offset);
+  goal = std::nullopt;
+  if (table.contentOffset() != offset) table.setContentOffset(offset, false);
 }
 
 /// False when the pass has to be done again: the offset had to follow heights that changed, or the counts were no more

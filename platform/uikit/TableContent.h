@@ -89,6 +89,15 @@ class TableContent {
   void tileIfStale();
   void layOutSurroundings();
 
+  /// Where an animated scroll is to end. Rows on the way turn out to have other heights than they were thought to have:
+  /// the offset to arrive at follows.
+  struct Goal {
+    IndexPath path;
+    UITableViewScrollPosition position;
+  };
+  std::optional<Goal> goal;
+  void followGoal();
+
   // ---- Changes
   TableChanges pending;
   UITableViewRowAnimation pendingAnimation = UITableViewRowAnimation::automatic;

@@ -26,23 +26,38 @@ double toPixel(double value) {
 
 // ---- What is shown
 
+TextRange TextFieldContent::shownRange() const {
+  // Of a text that nobody can have typed only what lies around the caret is laid out.
+  constexpr std::size_t manageable = 8192;
+  constexpr std::size_t step = 2048;
+  const std::size_t size = edit.text().size();
+  if (size <= manageable) return {0, size};
+  const std::size_t middle = editing ? edit.caret() / step * step : 0;
+  return {edit.boundaryBefore(middle > step ? middle - step : 0), edit.boundaryBefore(middle + 2 * step)};
+}
+
 std::string TextFieldContent::shownText() const {
-  if (!field.isSecureTextEntry()) return onOneLine(edit.text());
+  const TextRange range = shownRange();
+  if (!field.isSecureTextEntry())
+    return onOneLine(std::string_view(edit.text()).substr(range.start, range.end - range.start));
   std::string dots;
-  for (std::size_t at = 0; at < edit.text().size(); at = edit.next(at)) dots += dot;
+  for (std::size_t at = range.start; at < range.end; at = edit.next(at)) dots += dot;
   return dots;
 }
 
 std::size_t TextFieldContent::toShown(std::size_t position) const {
-  if (!field.isSecureTextEntry()) return position;
+  const TextRange range = shownRange();
+  position = std::clamp(position, range.start, range.end);
+  if (!field.isSecureTextEntry()) return position - range.start;
   std::size_t shown = 0;
-  for (std::size_t at = 0; at < position && at < edit.text().size(); at = edit.next(at)) shown += dotBytes;
+  for (std::size_t at = range.start; at < position; at = edit.next(at)) shown += dotBytes;
   return shown;
 }
 
 std::size_t TextFieldContent::fromShown(std::size_t shown) const {
-  if (!field.isSecureTextEntry()) return shown;
-  std::size_t at = 0;
+  const TextRange range = shownRange();
+  if (!field.isSecureTextEntry()) return range.start + shown;
+  std::size_t at = range.start;
   for (std::size_t passed = 0; passed + dotBytes <= shown; passed += dotBytes) at = edit.next(at);
   return at;
 }

@@ -45,6 +45,7 @@ class TextFieldContent {
   std::size_t touchAnchor = 0;
 
   // ---- Text as it is shown: secret as dots, on one line
+  TextRange shownRange() const;
   std::string shownText() const;
   std::size_t toShown(std::size_t position) const;
   std::size_t fromShown(std::size_t shown) const;

@@ -193,6 +193,13 @@ void UIScrollView::shiftContentOffset(CGPoint by) {
   setBounds(CGRect{contentOffset() + by, bounds().size});
 }
 
+bool UIScrollView::isScrollingAnimated() const { return scroll_->moving == ScrollState::Moving::scrolling; }
+
+void UIScrollView::retargetScrolling(CGPoint offset) {
+  scroll_->motionX.retarget(scroll_->movedSeconds, offset.x);
+  scroll_->motionY.retarget(scroll_->movedSeconds, offset.y);
+}
+
 bool UIScrollView::isHeld() const { return scroll_->held; }
 bool UIScrollView::isTracking() const { return scroll_->held || scroll_->pan->numberOfTouches() > 0; }
 bool UIScrollView::isDragging() const { return scroll_->dragging; }

@@ -95,6 +95,9 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void shiftContentOffset(CGPoint by);
   /// Where a drag that was let go comes to rest; a subclass that wants another place gets the content sent there.
   virtual CGPoint restingOffset(CGPoint proposed) { return proposed; }
+  /// A scrolling animation is under way; it can be sent on to another place.
+  bool isScrollingAnimated() const;
+  void retargetScrolling(CGPoint offset);
   /// A finger stopped the gliding content and is still down.
   bool isHeld() const;
 

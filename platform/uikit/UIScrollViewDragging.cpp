@@ -64,6 +64,7 @@ void ScrollState::tell(SEL selector) const {
 
 void ScrollState::startMoving(Moving kind) {
   moving = kind;
+  movedSeconds = 0;
   indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
   const Weak<NSObject> alive = view.shared_from_this();
   ticker.start([this, alive](double seconds) {
@@ -72,6 +73,7 @@ void ScrollState::startMoving(Moving kind) {
 }
 
 void ScrollState::tick(double seconds) {
+  movedSeconds = seconds;
   const bool over = motionX.isOver(seconds) && motionY.isOver(seconds);
   const double scale = UIScreen::main().scale();
   const auto onPixel = [scale](double value) { return std::round(value * scale) / scale; };

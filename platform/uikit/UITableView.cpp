@@ -175,6 +175,14 @@ void UITableView::scrollToRow(IndexPath indexPath, UITableViewScrollPosition pos
   content_->stale = true;
   setNeedsLayout();
   setContentOffset({contentOffset().x, offset}, animated);
+  if (isScrollingAnimated() && position != UITableViewScrollPosition::none) {
+    content_->goal = TableContent::Goal{indexPath, position};
+  }
+}
+
+void UITableView::setContentOffset(CGPoint offset, bool animated) {
+  content_->goal = std::nullopt;
+  Super::setContentOffset(offset, animated);
 }
 
 // ---- Settings

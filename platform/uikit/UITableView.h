@@ -131,6 +131,8 @@ class UITableView : public Object<UITableView, UIScrollView> {
   Ref<UIView> backgroundView() const;
   void setBackgroundView(const Ref<UIView>& view);
 
+  using UIScrollView::setContentOffset;
+  void setContentOffset(CGPoint offset, bool animated) override;
   void layoutSubviews() override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;

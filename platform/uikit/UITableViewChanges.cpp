@@ -18,6 +18,7 @@ constexpr double changeSeconds = 0.3;
 void UITableView::reloadData() {
   content_->pending = {};
   content_->selected.clear();
+  content_->goal = std::nullopt;
   content_->unload();
   content_->loadIfNeeded();  // counts are those of this moment, whenever the cells are made
   setNeedsLayout();
@@ -189,6 +190,10 @@ void TableContent::carryOver(const TableChanges& changes,
     if (const std::optional<IndexPath> now = changes.newPath(path)) stillSelected.insert(*now);
   }
   selected = std::move(stillSelected);
+  if (goal) {
+    const std::optional<IndexPath> now = changes.newPath(goal->path);
+    goal = now ? std::optional(Goal{*now, goal->position}) : std::nullopt;
+  }
   dropHeaders(headers, {});
   dropHeaders(footers, {});
 }
