@@ -77,7 +77,12 @@ void LayerCompositor::paintPlaced(Canvas& canvas, const Placed& layer, const CGR
 }
 
 void LayerCompositor::paintGroup(Canvas& canvas, const Placed& layer, const CGRect& clip) {
-  const CGRect area = treeArea(layer).insetBy(-1, -1).intersection(clip).integral();
+  CGRect reach = treeArea(layer);
+  if (const Ref<CALayer>& mask = layer.model.mask()) {
+    reach = reach.intersection(areaOf(*mask, layer.toPixels, layer.isMoving));
+  }
+  if (reach.isEmpty()) return;
+  const CGRect area = reach.insetBy(-1, -1).intersection(clip).integral();
   if (area.isEmpty()) return;
   const int width = static_cast<int>(area.width()), height = static_cast<int>(area.height());
   const CGRect all(0, 0, width, height);
@@ -219,12 +224,18 @@ CGRect LayerCompositor::treeArea(const Placed& layer) const {
   CGRect area = ownArea(layer.shown, layer.toPixels);
   if (layer.shown.masksToBounds()) return area;
   for (const Ref<CALayer>& sublayer : layer.model.sublayers()) {
-    if (sublayer->isHidden()) continue;
-    const Ref<CALayer> shown = sublayer->hasAnimations() ? sublayer->presentationAt(mediaTime_) : sublayer;
-    const bool isMoving = layer.isMoving || sublayer->hasAnimations();
-    area = area.unionWith(treeArea({*sublayer, *shown, place(*shown, layer.toPixels, isMoving), isMoving}));
+    area = area.unionWith(areaOf(*sublayer, layer.toPixels, layer.isMoving));
   }
   return area;
+}
+
+CGRect LayerCompositor::areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const {
+  if (layer.isHidden()) return {};
+  if (!layer.hasAnimations()) {
+    return treeArea({layer, layer, place(layer, parentToPixels, isMoving), isMoving});
+  }
+  const Ref<CALayer> shown = layer.presentationAt(mediaTime_);
+  return treeArea({layer, *shown, place(*shown, parentToPixels, true), true});
 }
 
 }  // namespace platform

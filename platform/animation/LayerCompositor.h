@@ -44,7 +44,9 @@ class LayerCompositor {
   static void paintBorder(Canvas& canvas, const CALayer& shown);
   /// True when the clip reaches into a round corner.
   static bool touchesCorners(const Placed& layer, const CGRect& clip);
+  /// Where a layer and all below it may paint.
   CGRect treeArea(const Placed& layer) const;
+  CGRect areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const;
 
   double mediaTime_;
 };

@@ -11,7 +11,14 @@ void Bitmap::reset(int width, int height) {
   const bool isUsable = width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= maximumPixels;
   width_ = isUsable ? width : 0;
   height_ = isUsable ? height : 0;
-  pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0u);
+  const std::size_t count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+  if (count > pixels_.capacity() && pixels_.capacity() > 0) {
+    // One that is used again and again at growing sizes must not ask for fresh memory each time.
+    const std::size_t room = std::max(count, pixels_.capacity() * 2);
+    pixels_ = {};
+    pixels_.reserve(room);
+  }
+  pixels_.assign(count, 0u);
 }
 
 Bitmap::Bitmap(Bitmap&& other) noexcept
