@@ -5,6 +5,7 @@
 #include <QHostAddress>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
+#include <QTimer>
 #include <atomic>
 #include <cstdlib>
 #include <functional>
@@ -41,15 +42,19 @@ class NetworkThread {
   }
 
   enum class Start { ifNeeded, never };
-  /// Runs the work on the thread. After the end of the program's main part it is dropped.
-  void run(Start startThread, std::function<void(QNetworkAccessManager&)> work) {
+  using Job = std::function<void(QNetworkAccessManager&)>;
+  /// Runs the job on the thread. After the end of the program's main part it is dropped.
+  void run(Start startThread, Job job) {
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable()) {
       if (startThread == Start::never || isOver_) return;
       start();
     }
-    QMetaObject::invokeMethod(
-        manager_, [manager = manager_, work = std::move(work)] { work(*manager); }, Qt::QueuedConnection);
+    {
+      const std::lock_guard jobsLock(jobsMutex_);
+      jobs_.push_back(std::move(job));
+    }
+    QMetaObject::invokeMethod(doorbell_, "start", Qt::QueuedConnection);
   }
 
   void stopForGood() {
@@ -61,8 +66,7 @@ class NetworkThread {
   void stop() {
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable() || thread_.get_id() == std::this_thread::get_id()) return;
-    QMetaObject::invokeMethod(
-        manager_, [loop = loop_] { loop->quit(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(loop_, "quit", Qt::QueuedConnection);
     thread_.join();
   }
 
@@ -96,19 +100,34 @@ class NetworkThread {
     QNetworkAccessManager manager;
     manager.setProxyFactory(new ProxyChoice);  // the manager's from here on
     QEventLoop loop;
-    manager_ = &manager;
+    QTimer doorbell;
+    doorbell.setSingleShot(true);
+    QObject::connect(&doorbell, &QTimer::timeout, &manager, [&] { runJobs(manager); });
+    doorbell_ = &doorbell;
     loop_ = &loop;
     ready.set_value();
     loop.exec();
+    runJobs(manager);  // the last of them, which then lose their connection
     for (const auto& weak : std::exchange(exchanges_, {})) {
       if (const auto exchange = weak.lock()) exchange->abort();
     }
   }
 
+  void runJobs(QNetworkAccessManager& manager) {
+    std::vector<Job> jobs;
+    {
+      const std::lock_guard lock(jobsMutex_);
+      jobs.swap(jobs_);
+    }
+    for (const Job& job : jobs) job(manager);
+  }
+
   std::mutex mutex_;
+  std::mutex jobsMutex_;
+  std::vector<Job> jobs_;
   std::thread thread_;
   std::atomic<bool> ownsApplication_{false};
-  QNetworkAccessManager* manager_ = nullptr;
+  QTimer* doorbell_ = nullptr;  // rung by other threads when there are jobs
   QEventLoop* loop_ = nullptr;
   std::vector<std::weak_ptr<QtHttpExchange>> exchanges_;
   bool isOver_ = false;

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
@@ -61,16 +62,17 @@ class URLSessionNetworkTest : public testing::Test {
 
 TEST_F(URLSessionNetworkTest, CarriesRequestAndReply) {
   std::string received;
-  const LoopbackServer server([&](const std::string& request, const Connection& connection) {
+  auto server = std::make_unique<LoopbackServer>([&](const std::string& request, const Connection& connection) {
     received = request;
     connection.write(reply("{\"statusCode\":200}", "HTTP/1.1 500 Oh"));
   });
-  URLRequest post(*URL::parse(server.address("/sdk/init?a=%20b")));
+  URLRequest post(*URL::parse(server->address("/sdk/init?a=%20b")));
   post.setHTTPMethod("POST");
   post.setValue("application/json", "Content-Type");
   post.setValue("k", "secret-key");
   post.setHTTPBody("{\"a\":1}");
   const Outcome outcome = load(post);
+  server = nullptr;  // its thread has written down what it received
   EXPECT_THAT(received, HasSubstr("POST /sdk/init?a=%20b HTTP/1.1\r\n"));
   EXPECT_THAT(received, HasSubstr("\r\nsecret-key: k\r\n"));
   EXPECT_THAT(received, HasSubstr("\r\nContent-Type: application/json\r\n"));
@@ -117,7 +119,7 @@ TEST_F(URLSessionNetworkTest, TimesOutWhenNothingMoves) {
 }
 
 TEST_F(URLSessionNetworkTest, ClosesTheConnectionOnAReplyThatIsTooLong) {
-  std::size_t sent = 0;
+  std::atomic<std::size_t> sent{0};
   const LoopbackServer endless([&](const std::string&, const Connection& connection) {
     const std::string block(64 << 10, 'x');
     connection.write("HTTP/1.1 200 OK\r\n\r\n");  // no length: only counting helps
