@@ -117,6 +117,7 @@ bool UISlider::beginTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
   const CGRect knob = thumbRect(bounds(), value_);
   if (!knob.insetBy(-reach, -reach).contains(at)) return false;
   grip_ = at.x - knob.midX();
+  valueAtGrip_ = value_;
   return true;
 }
 
@@ -132,7 +133,7 @@ bool UISlider::continueTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) 
 }
 
 void UISlider::endTracking(const Ref<UITouch>&, const Ref<UIEvent>&) {
-  if (!continuous_) sendActionsForControlEvents(UIControlEvents::valueChanged);
+  if (!continuous_ && value_ != valueAtGrip_) sendActionsForControlEvents(UIControlEvents::valueChanged);
 }
 
 }  // namespace platform

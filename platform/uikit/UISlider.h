@@ -53,6 +53,7 @@ class UISlider : public Object<UISlider, UIControl> {
   float maximum_ = 1;
   bool continuous_ = true;
   double grip_ = 0;
+  float valueAtGrip_ = 0;
 };
 
 }  // namespace platform

@@ -60,7 +60,8 @@ TEST_F(ControlPicturesTest, Buttons) {
     const auto filled = put(make<UIButton>(), {126, y, 120, 44});
     filled->setTitle("Checkout", UIControlState::normal);
     filled->setImage(leaf(), UIControlState::normal);
-    filled->setImageEdgeInsets({0, -8, 0, 8});
+    filled->setContentEdgeInsets({0, 6, 0, 6});
+    filled->setImageEdgeInsets({0, -6, 0, 6});
     filled->setBackgroundColor(UIColor::systemBlue());
     filled->setBackgroundColor(UIColor(0, 0.36, 0.8, 1), UIControlState::highlighted);
     filled->setTitle("In basket", UIControlState::selected);
@@ -92,8 +93,8 @@ TEST_F(ControlPicturesTest, ValueControls) {
     tinted->setOnTintColor(UIColor::systemOrange());
     const auto slider = put(make<UISlider>(), {16, y + 44, 358, 34});
     slider->setValue(0.4f);
-    const auto segments = put(make<UISegmentedControl>(std::vector<std::string>{"Green", "Black", "Herbal"}),
-                              {16, y + 92, 358, 32});
+    const auto segments =
+        put(make<UISegmentedControl>(std::vector<std::string>{"Green", "Black", "Herbal"}), {16, y + 92, 358, 32});
     segments->setSelectedSegmentIndex(1);
     segments->setEnabled(false, 2);
     const auto pages = put(make<UIPageControl>(), {16, y + 134, 358, 26});
@@ -149,6 +150,7 @@ TEST_F(ControlPicturesTest, TextInput) {
   text->layer()->setBorderWidth(0.5);
   text->layer()->setBorderColor(UIColor::separator());
   put(text, {16, y, 358, 90});
+  editing->setInputView(make<UIView>());  // the keyboard has pictures of its own
   editing->becomeFirstResponder();
   editing->setSelectedRange({0, 6});
   advance(1);
@@ -209,19 +211,23 @@ TEST_F(ControlPicturesTest, Labels) {
   };
   label("A plain label", 24);
   label("One line that is too long for the room it has and ends in three dots", 24);
-  label("Three lines at most, and this text is long enough to want a fourth one, which it does not get, however much it "
-        "goes on about the many kinds of tea there are",
-        66)
+  label(
+      "Three lines at most, and this text is long enough to want a fourth one, which it does not get, however much it "
+      "goes on about the many kinds of tea there are",
+      66)
       ->setNumberOfLines(3);
   label("Right aligned", 24)->setTextAlignment(NSTextAlignment::right);
-  label("Centred, bold and blue", 24)->setTextAlignment(NSTextAlignment::center);
+  const auto centred = label("Centred, bold and blue", 24);
+  centred->setTextAlignment(NSTextAlignment::center);
+  centred->setFont(UIFont::boldSystemFont(17));
+  centred->setTextColor(UIColor::systemBlue());
   label("Disabled", 24)->setEnabled(false);
   const auto fitting = label("Shrinks to fit: a line that is somewhat too long for it", 24);
   fitting->setAdjustsFontSizeToFitWidth(true);
   const auto attributed = label("", 24);
   attributed->setAttributedText(make<NSAttributedString>(
-      "Underlined, in purple", NSTextAttributes{UIFont::boldSystemFont(17), UIColor::systemPurple(), true, 0}));
-  label("\xF0\x9F\x8D\xB5 tea \xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x91\xA7 caf\xC3\xA9 \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", 28);
+      "With attributes of its own", NSTextAttributes{UIFont::boldSystemFont(17), UIColor::systemPurple(), false, 0}));
+  label("Left to right caf\xC3\xA9 and right to left \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", 28);
   advance(1);
   picture("labels");
 }
