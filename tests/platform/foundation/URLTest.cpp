@@ -57,10 +57,10 @@ TEST(URL, IsNotFormedByTextThatIsNoAddress) {
 }
 
 TEST(URL, NamesFiles) {
-  const URL file = URL::fileURL("/tmp/my film 100%.mp4");
-  EXPECT_EQ(file.absoluteString(), "file:///tmp/my%20film%20100%25.mp4");
+  const URL file = URL::fileURL("/films/my film 100%.mp4");
+  EXPECT_EQ(file.absoluteString(), "file:///films/my%20film%20100%25.mp4");
   EXPECT_TRUE(file.isFileURL());
-  EXPECT_EQ(url(file.absoluteString()).path(), "/tmp/my film 100%.mp4");
+  EXPECT_EQ(url(file.absoluteString()).path(), "/films/my film 100%.mp4");
 }
 
 TEST(URL, ResolvesReferencesAsTheyAreReadThere) {
