@@ -1,5 +1,7 @@
 // What a layer shows by itself.
 
+#include <utility>
+
 #include "platform/animation/CALayer.h"
 #include "platform/animation/LayerRenderer.h"
 #include "platform/engine/Painter.h"
@@ -21,13 +23,16 @@ void CALayer::setNeedsDisplay() {
 }
 
 void CALayer::displayIfNeeded() {
-  if (needsDisplay_) display();
-  if (!subtreeNeedsDisplay_) return;
-  subtreeNeedsDisplay_ = false;
-  if (mask_) mask_->displayIfNeeded();
-  // Drawing may change the tree.
-  const std::vector<Ref<CALayer>> sublayers = sublayers_;
-  for (const Ref<CALayer>& sublayer : sublayers) sublayer->displayIfNeeded();
+  // Drawing may change the tree, which may be of any depth.
+  std::vector<Ref<CALayer>> open{self()};
+  while (!open.empty()) {
+    const Ref<CALayer> layer = std::move(open.back());
+    open.pop_back();
+    if (layer->needsDisplay_) layer->display();
+    if (!std::exchange(layer->subtreeNeedsDisplay_, false)) continue;
+    open.insert(open.end(), layer->sublayers_.rbegin(), layer->sublayers_.rend());
+    if (layer->mask_) open.push_back(layer->mask_);
+  }
 }
 
 void CALayer::display() {

@@ -21,6 +21,19 @@ bool hasShadow(const CALayer& layer) { return layer.shadowOpacity() > 0 && !laye
 /// A blur as drawing code counts it fades over twice the radius of a layer's shadow.
 constexpr double blurPerRadius = 2;
 
+/// One level further down, for as long as it lives.
+class Descent {
+ public:
+  explicit Descent(int& depth) : depth_(depth) { ++depth_; }
+  ~Descent() { --depth_; }
+  Descent(const Descent&) = delete;
+  Descent& operator=(const Descent&) = delete;
+  bool isTooDeep() const { return depth_ > LayerCompositor::deepestLevel; }
+
+ private:
+  int& depth_;
+};
+
 }  // namespace
 
 CGAffineTransform LayerCompositor::place(const CALayer& shown, const CGAffineTransform& parentToPixels, bool isMoving) {
@@ -54,6 +67,8 @@ void LayerCompositor::paintRoot(Canvas& canvas, const CALayer& root, const CGAff
 void LayerCompositor::paint(Canvas& canvas, const CALayer& layer, const CGAffineTransform& parentToPixels,
                             bool isMoving, const CGRect& clip) {
   if (layer.isHidden()) return;
+  const Descent descent(depth_);
+  if (descent.isTooDeep()) return;
   if (!layer.hasAnimations()) {
     return paintPlaced(canvas, {layer, layer, place(layer, parentToPixels, isMoving), isMoving}, clip);
   }
@@ -231,6 +246,8 @@ CGRect LayerCompositor::treeArea(const Placed& layer) const {
 
 CGRect LayerCompositor::areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const {
   if (layer.isHidden()) return {};
+  const Descent descent(depth_);
+  if (descent.isTooDeep()) return {};
   if (!layer.hasAnimations()) {
     return treeArea({layer, layer, place(layer, parentToPixels, isMoving), isMoving});
   }

@@ -15,6 +15,9 @@ class LayerCompositor {
  public:
   explicit LayerCompositor(double mediaTime) : mediaTime_(mediaTime) {}
 
+  /// Layers nested deeper than anybody builds a screen are not painted: painting goes down by calls.
+  static constexpr int deepestLevel = 500;
+
   /// The layer without its own position and transform: `toPixels` takes its coordinates to the canvas. `clip` in pixels
   /// of the canvas; the caller has clipped the canvas to it.
   void paintRoot(Canvas& canvas, const CALayer& root, const CGAffineTransform& toPixels, const CGRect& clip);
@@ -49,6 +52,7 @@ class LayerCompositor {
   CGRect areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const;
 
   double mediaTime_;
+  mutable int depth_ = 0;
 };
 
 }  // namespace platform

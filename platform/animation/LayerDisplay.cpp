@@ -78,7 +78,7 @@ void LayerDisplay::collect(CALayer& layer, const Visit& visit) {
   layer.vacatedBounds_ = {};
   if (isNews) dirty_ = dirty_.unionWith(layer.shownBounds_);
   layer.shownBounds_ = {};
-  if (layer.isHidden()) return;
+  if (layer.isHidden() || visit.depth > LayerCompositor::deepestLevel) return;
 
   const bool isMoving = noteMoving(layer) || visit.isParentMoving;
   if (layer.mask_) noteMask(*layer.mask_);
@@ -91,7 +91,7 @@ void LayerDisplay::collect(CALayer& layer, const Visit& visit) {
   CGRect clip = visit.clip;
   if (shown.masksToBounds()) clip = clip.intersection(toPixels.apply(shown.bounds()));
   for (const Ref<CALayer>& sublayer : layer.sublayers_) {
-    collect(*sublayer, {toPixels, clip, isChanged, isMoving});
+    collect(*sublayer, {toPixels, clip, isChanged, isMoving, visit.depth + 1});
     area = area.unionWith(sublayer->shownBounds_);
   }
   layer.shownBounds_ = area;

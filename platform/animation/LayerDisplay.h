@@ -40,6 +40,7 @@ class LayerDisplay {
     CGRect clip;
     bool isParentChanged;
     bool isParentMoving;
+    int depth = 0;
   };
   void rootChanged();
   /// Finds where everything is now, and adds to `dirty_` where something was or is that changed.

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/animation/CALayer.h"
+#include "platform/graphics/UIImage.h"
 #include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 #include "platform/uikit/UIApplication.h"
@@ -178,7 +179,7 @@ TEST_F(TreeTest, MayBeOfAnyDepth) {
   innermost->setTag(7);
   EXPECT_EQ(root->viewWithTag(7), innermost);
   root->setTintColor(UIColor::black());
-  window()->layer()->displayIfNeeded();
+  EXPECT_EQ(UIApplication::shared().screenshot()->cgImage()->color(10, 10), UIColor::white());
   root->removeFromSuperview();
   EXPECT_EQ(innermost->window(), nullptr);
   innermost.reset();
