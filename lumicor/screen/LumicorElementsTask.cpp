@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::string_view trackerViewIdentifier = "lumicorTrackerView";
 constexpr std::string_view collectionMark = "LumicorCollectionView";
-constexpr std::size_t expectedElements = 64;
 
 /// Shared by all readings of the process, emptied by getAllElements.
 LumicorScrollDetails& scrollRegistry() {
@@ -33,8 +32,8 @@ Ref<UIWindow> firstKeyWindow() {
 }
 
 /// An element as it is read from the screen: what only a recorded action knows stays empty.
-void appendElement(std::vector<LumicroElement>& elements, std::string identifier, CGPoint origin, CGSize size,
-                   LumicorElementKind kind) {
+void appendElement(std::vector<LumicroElement>& elements, std::string&& identifier, CGPoint origin, CGSize size,
+                   LumicorElementKind&& kind) {
   elements.emplace_back(std::move(identifier), std::string(), LumicorUtils::truncated(origin.x),
                         LumicorUtils::truncated(origin.y), LumicorUtils::truncated(size.width),
                         LumicorUtils::truncated(size.height), std::string(), false, std::string(), std::string(),
@@ -65,55 +64,54 @@ std::optional<LumicorScrollView> scrollRecord(UIView& view) {
   return LumicorScrollView{std::ssize(scrollRegistry()), x, y};
 }
 
-/// One reading of one tree.
-class Traversal {
- public:
-  explicit Traversal(std::string_view actionName)
-      : window_(firstKeyWindow()),
-        actionName_(actionName),
-        isCollection_(actionName.find(collectionMark) != actionName.npos) {
-    elements_.reserve(expectedElements);
-  }
-
-  std::vector<LumicroElement> read(UIView& root) {
-    std::vector<UIView*> pending = {&root};
-    while (!pending.empty()) {
-      UIView& view = *pending.back();
-      pending.pop_back();
-      if (window_) visit(view);
-      const std::vector<Ref<UIView>>& subviews = view.subviews();
-      for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) pending.push_back(subview->get());
-    }
-    return std::move(elements_);
-  }
-
- private:
-  void visit(UIView& view) {
-    std::optional<std::string> identifier = view.accessibilityIdentifier();
-    if (!identifier || *identifier == trackerViewIdentifier) return;
-    const CGRect bounds = view.bounds();
-    const CGRect inWindow = view.convertRect(bounds, window_.get());
-    appendElement(elements_, *std::move(identifier), inWindow.origin, bounds.size, elementKindOf(view));
-    if (auto record = scrollRecord(view)) {
-      scrollRegistry().insert_or_assign(elements_.back().elementId(), *record);
-    }
-    if (isCollection_) {
-      LumicorScrollDetails& registry = scrollRegistry();
-      registry.insert_or_assign(actionName_, LumicorScrollView{std::ssize(registry), 0, 0});
-    }
-  }
-
-  Ref<UIWindow> window_;
-  std::string actionName_;
-  bool isCollection_;
-  std::vector<LumicroElement> elements_;
+struct NamedView {
+  UIView* view;
+  std::string identifier;
 };
+
+/// The views that the host has named, depth first and back to front, a view before its subviews. Uses no stack for
+/// depth. The tracker's own view is left out, what lies in it is not.
+std::vector<NamedView> namedViews(UIView& root) {
+  std::vector<NamedView> named;
+  std::vector<UIView*> pending = {&root};
+  while (!pending.empty()) {
+    UIView& view = *pending.back();
+    pending.pop_back();
+    std::optional<std::string> identifier = view.accessibilityIdentifier();
+    if (identifier && *identifier != trackerViewIdentifier) named.push_back({&view, *std::move(identifier)});
+    const std::vector<Ref<UIView>>& subviews = view.subviews();
+    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) pending.push_back(subview->get());
+  }
+  return named;
+}
+
+/// One element for each named view, none without a key window. Scroll positions go to the registry.
+std::vector<LumicroElement> readElements(UIView& root, const std::string& actionName) {
+  std::vector<LumicroElement> elements;
+  const Ref<UIWindow> window = firstKeyWindow();
+  if (!window) return elements;
+  const bool isCollection = actionName.find(collectionMark) != std::string::npos;
+  LumicorScrollDetails& registry = scrollRegistry();
+  std::vector<NamedView> named = namedViews(root);
+  elements.reserve(named.size());  // elements are large: they are made where they stay
+  for (NamedView& found : named) {
+    const CGRect bounds = found.view->bounds();
+    const CGPoint origin = found.view->convertRect(bounds, window.get()).origin;
+    appendElement(elements, std::move(found.identifier), origin, bounds.size, elementKindOf(*found.view));
+    if (const auto record = scrollRecord(*found.view)) {
+      registry.insert_or_assign(elements.back().elementId(), *record);
+    }
+    // Once more for every named view, so that its index tells how many there were before the last one.
+    if (isCollection) registry.insert_or_assign(actionName, LumicorScrollView{std::ssize(registry), 0, 0});
+  }
+  return elements;
+}
 
 }  // namespace
 
 LumicorScreenElements LumicorElementsTask::traverseStoryboardView(const Ref<UIView>& view,
                                                                   std::string_view actionName) {
-  std::vector<LumicroElement> elements = Traversal(actionName).read(*view);
+  std::vector<LumicroElement> elements = readElements(*view, std::string(actionName));
   return {std::move(elements), scrollRegistry()};
 }
 
@@ -124,7 +122,7 @@ LumicorScreenElements LumicorElementsTask::getAllElements(const Ref<UIView>& vie
   for (const auto& [label, region] : Lumicor::shared().swiftUICoordinates()) {
     if (!region.isVisible) continue;
     // A region has no view of its own: it takes the kind and the scroll position of the whole screen's.
-    appendElement(screen.elements, label, region.rect.origin, region.rect.size, elementKindOf(*view));
+    appendElement(screen.elements, std::string(label), region.rect.origin, region.rect.size, elementKindOf(*view));
     if (const auto record = scrollRecord(*view)) screen.scrollDetails.try_emplace(label, *record);
     ++regions;
   }
