@@ -23,11 +23,16 @@ double withoutDust(double value) {
 
 CGPoint withoutDust(CGPoint point) { return {withoutDust(point.x), withoutDust(point.y)}; }
 
-/// From the coordinates of a layer to its superlayer's.
-CGAffineTransform transformToSuperlayer(const CALayer& layer) {
+/// The point of a layer's own coordinates that lies at its position.
+CGPoint pivotOf(const CALayer& layer) {
   const CGRect bounds = layer.bounds();
   const CGPoint anchor = layer.anchorPoint();
-  const CGPoint pivot{bounds.origin.x + bounds.size.width * anchor.x, bounds.origin.y + bounds.size.height * anchor.y};
+  return {bounds.origin.x + bounds.size.width * anchor.x, bounds.origin.y + bounds.size.height * anchor.y};
+}
+
+/// From the coordinates of a layer to its superlayer's.
+CGAffineTransform transformToSuperlayer(const CALayer& layer) {
+  const CGPoint pivot = pivotOf(layer);
   const CGPoint position = layer.position();
   const CGAffineTransform& own = layer.transform();
   if (own.isIdentity()) {
@@ -97,8 +102,17 @@ void UIView::sizeToFit() {
 CGAffineTransform UIView::transformToRoot() const {
   CGAffineTransform whole;
   for (const UIView* view = this; view->storage_->superview; view = view->storage_->superview) {
-    whole = whole.then(transformToSuperlayer(*view->storage_->layer));
+    const CALayer& layer = *view->storage_->layer;
+    if (layer.transform().isIdentity()) {  // nearly always, and asked for every element of a screen
+      const CGPoint offset = layer.position() - pivotOf(layer);
+      whole.tx += offset.x;
+      whole.ty += offset.y;
+    } else {
+      whole = whole.then(transformToSuperlayer(layer));
+    }
   }
+  whole.tx = withoutDust(whole.tx);
+  whole.ty = withoutDust(whole.ty);
   return whole;
 }
 
@@ -117,7 +131,7 @@ CGPoint UIView::convertPointFrom(CGPoint point, const UIView* from) const {
 CGRect UIView::convertRect(CGRect rect, const UIView* to) const {
   if (to == this) return rect;
   CGAffineTransform whole = transformToRoot();
-  if (to) whole = whole.then(to->transformToRoot().inverted());
+  if (to && to->storage_->superview) whole = whole.then(to->transformToRoot().inverted());
   const CGRect result = whole.apply(rect);
   return {withoutDust(result.origin), result.size};
 }
