@@ -20,9 +20,14 @@ using testing::ElementsAre;
 class ChatScreen : public test::ChatFixture {
  protected:
   void SetUp() override {
-    service_.answer("/sdk/steps/get", URLProtocol::Reply::never());
+    service_.answer("/sdk/steps/get",
+                    URLProtocol::Reply::failure(URLError::Code::networkConnectionLost).after(answerTime));
     openChat();
   }
+  // A request under way keeps itself alive until it is answered.
+  void TearDown() override { pass(answerTime + 1); }
+
+  static constexpr double answerTime = 30;
 
   void send(const std::string& text) {
     chat()->inputTextField()->setText(text);
