@@ -38,12 +38,8 @@ Ref<UINavigationController> navigationControllerFrom(const Ref<UIViewController>
 
 std::int64_t LumicorUtils::millisecondsSinceEpoch() { return truncated(Clock::secondsSince1970() * 1000); }
 
-std::int64_t LumicorUtils::truncated(double value) {
-  // The upper bound is the first double that no longer fits; the lower one fits exactly.
-  if (!(value >= -9223372036854775808.0 && value < 9223372036854775808.0)) {
-    fatalError("a number cannot be made a 64-bit integer: " + std::to_string(value));
-  }
-  return static_cast<std::int64_t>(value);
+void LumicorUtils::failTruncation(double value) {
+  fatalError("a number cannot be made a 64-bit integer: " + std::to_string(value));
 }
 
 std::optional<std::int64_t> LumicorUtils::decimalInteger(std::string_view text) {

@@ -26,7 +26,12 @@ class LumicorUtils {
   /// Since 1970, truncated toward zero.
   static std::int64_t millisecondsSinceEpoch();
   /// Truncated toward zero. A number that is not finite or does not fit is a fatal programming error.
-  static std::int64_t truncated(double value);
+  static std::int64_t truncated(double value) {
+    // The upper bound is the first double that no longer fits; the lower one fits exactly.
+    if (!(value >= -9223372036854775808.0 && value < 9223372036854775808.0)) [[unlikely]]
+      failTruncation(value);
+    return static_cast<std::int64_t>(value);
+  }
   /// A whole decimal number, with or without a sign, that fits; none for any other text.
   static std::optional<std::int64_t> decimalInteger(std::string_view text);
 
@@ -43,6 +48,9 @@ class LumicorUtils {
 
   /// What kind of element a view is and what it holds (lumicor/screen/LumicorElementKind.h).
   static LumicorElementKind getLumicorElementType(const Ref<UIView>& view);
+
+ private:
+  [[noreturn]] static void failTruncation(double value);
 };
 
 }  // namespace lumicor
