@@ -57,6 +57,11 @@ TEST_F(LumicorElementKindTest, ReadsLabelsByTextThenAttributedTextThenDescriptio
   expect(label, Type::TYPE_TEXT, Input::TYPE_DEFAULT, "Bold");
   label->setText("");
   expect(label, Type::TYPE_TEXT, Input::TYPE_DEFAULT, "");
+  struct TwoTexts : Object<TwoTexts, UILabel> {
+    std::optional<std::string> text() const override { return ""; }
+    Ref<NSAttributedString> attributedText() const override { return make<NSAttributedString>("other"); }
+  };
+  expect(make<TwoTexts>(), Type::TYPE_TEXT, Input::TYPE_DEFAULT, "");
   label->setText("Total");
   label->setUserInteractionEnabled(true);
   expect(label, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "Total");

@@ -108,9 +108,11 @@ TEST_F(LumicorElementsTaskTest, ReportsWhereScrollContainersOfTheCurrentScreenSt
   EXPECT_THAT(read().scrollDetails, IsEmpty());
 }
 
-TEST_F(LumicorElementsTaskTest, FindsTheOwningScreenBehindItsNavigationController) {
-  const auto feed = add<UIScrollView>("feed", {0, 0, 100, 100});
-  show(make<UINavigationController>(screen_));
+TEST_F(LumicorElementsTaskTest, PassesNavigationControllersOverOnTheWayToTheOwningScreen) {
+  const auto navigation = make<UINavigationController>(make<UIViewController>());
+  screen_->addChildViewController(navigation);
+  root()->addSubview(navigation->view());
+  add<UIScrollView>("feed", {0, 300, 100, 100}, navigation->view());
   EXPECT_EQ(read().scrollDetails.size(), 1U);
   Lumicor::shared().setCurrentView("UINavigationController");
   EXPECT_THAT(read().scrollDetails, IsEmpty());
