@@ -6,6 +6,7 @@
 
 #include "platform/uikit/CaretBlink.h"
 #include "platform/uikit/EditableText.h"
+#include "platform/uikit/TextLongPress.h"
 #include "platform/uikit/UITextField.h"
 
 namespace platform {
@@ -43,6 +44,7 @@ class TextFieldContent {
   double scrolled = 0;  ///< how far the text is moved to the left to keep the caret in view
   bool touchSelects = false;
   std::size_t touchAnchor = 0;
+  TextLongPress longPress;
 
   // ---- Text as it is shown: secret as dots, on one line
   TextRange shownRange() const;
@@ -71,6 +73,7 @@ class TextFieldContent {
   void returnPressed();
   void clearTapped();
   bool command(char letter);
+  void showMenu(CGPoint at);
 };
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include "platform/uikit/CaretBlink.h"
 #include "platform/uikit/EditableText.h"
 #include "platform/uikit/ParagraphStack.h"
+#include "platform/uikit/TextLongPress.h"
 #include "platform/uikit/UITextView.h"
 
 namespace platform {
@@ -51,6 +52,9 @@ class TextViewContent {
   void tell(SEL selector) const;
   bool moveVertically(bool down, bool extend);
   bool command(char letter);
+
+  TextLongPress longPress;
+  void showMenu(CGPoint at);
 };
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/graphics/TextLayout.h"
+#include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/TextFieldContent.h"
 #include "platform/uikit/UIPasteboard.h"
 
@@ -39,6 +40,7 @@ bool TextFieldContent::replaceByUser(NSRange range, const std::string& replaceme
 }
 
 void TextFieldContent::announceChange() {
+  TextEditMenu::dismiss();
   textDidChange();
   blink.restart();
   field.sendActionsForControlEvents(UIControlEvents::editingChanged);
@@ -48,6 +50,7 @@ void TextFieldContent::announceChange() {
 }
 
 void TextFieldContent::selectionDidChange() {
+  TextEditMenu::dismiss();
   keepCaretVisible();
   field.setNeedsDisplay();
   blink.restart();
@@ -108,6 +111,7 @@ void TextFieldContent::finish() {
   if (!editing) return;
   editing = false;
   blink.stop();
+  TextEditMenu::dismiss();
   edit.moveTo(edit.caret(), false);
   textDidChange();
   field.sendActionsForControlEvents(UIControlEvents::editingDidEnd);
@@ -265,9 +269,28 @@ void UITextField::selectAll(const Ref<NSObject>&) {
 
 // ---- Touches: a tap starts editing and places the caret, two taps select a word, three everything, a drag selects
 
+void TextFieldContent::showMenu(CGPoint at) {
+  const bool readable = !field.isSecureTextEntry();
+  TextEditMenu::Commands commands;
+  commands.cut = commands.copy = readable && edit.hasSelection();
+  commands.paste = UIPasteboard::general().hasStrings();
+  commands.selectAll = !edit.text().empty() && static_cast<std::size_t>(edit.selection().length) < edit.text().size();
+  const CGRect bounds = field.bounds();
+  TextEditMenu::show(as<UIView>(field.shared_from_this()), {at.x, bounds.minY(), 0, bounds.size.height}, commands);
+}
+
 bool UITextField::beginTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
+  const CGPoint at = touch->locationInView(this);
+  content_->longPress.begin([weak = weakSelf(), at] {
+    const Ref<UITextField> field = weak.lock();
+    if (!field || !field->becomeFirstResponder()) return;
+    TextFieldContent& content = *field->content_;
+    if (!content.edit.hasSelection()) content.edit.moveTo(content.positionAt(at), false);
+    content.selectionDidChange();
+    content.showMenu(at);
+  });
   content_->touchSelects = isEditing();
-  content_->touchAnchor = content_->positionAt(touch->locationInView(this));
+  content_->touchAnchor = content_->positionAt(at);
   return true;
 }
 
@@ -279,6 +302,7 @@ bool UITextField::continueTracking(const Ref<UITouch>& touch, const Ref<UIEvent>
   const double anchorX = content_->layout()->caretRect(content_->toShown(content_->touchAnchor)).minX() +
                          content_->textLeft(*content_->layout(), content_->contentRect());
   if (position == content_->touchAnchor && std::abs(at.x - anchorX) < enough) return true;
+  if (!content_->longPress.happened()) content_->longPress.cancel();
   content_->edit.moveTo(content_->touchAnchor, false);
   content_->edit.moveTo(position, true);
   content_->selectionDidChange();
@@ -288,6 +312,9 @@ bool UITextField::continueTracking(const Ref<UITouch>& touch, const Ref<UIEvent>
 void UITextField::endTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
   const Ref<NSObject> keeper = self();
   const CGPoint at = touch->locationInView(this);
+  const bool wasLong = content_->longPress.happened();
+  content_->longPress.cancel();
+  if (wasLong) return;
   if (!isEditing()) {
     if (!bounds().contains(at) || !becomeFirstResponder()) return;
   }
@@ -302,6 +329,9 @@ void UITextField::endTracking(const Ref<UITouch>& touch, const Ref<UIEvent>&) {
   content_->selectionDidChange();
 }
 
-void UITextField::cancelTracking(const Ref<UIEvent>&) { content_->touchSelects = false; }
+void UITextField::cancelTracking(const Ref<UIEvent>&) {
+  content_->longPress.cancel();
+  content_->touchSelects = false;
+}
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/foundation/NotificationCenter.h"
+#include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/TextViewContent.h"
 #include "platform/uikit/UIPasteboard.h"
 #include "platform/uikit/UITouch.h"
@@ -40,6 +41,7 @@ bool TextViewContent::replaceByUser(NSRange range, const std::string& replacemen
   const auto start = static_cast<std::size_t>(range.location);
   paragraphs.replaced(edit, start, static_cast<std::size_t>(range.end()), start + replacement.size());
   columnX = std::nullopt;
+  TextEditMenu::dismiss();
   showCaret();
   view.setNeedsDisplay();
   view.invalidateIntrinsicContentSize();
@@ -52,6 +54,7 @@ bool TextViewContent::replaceByUser(NSRange range, const std::string& replacemen
 }
 
 void TextViewContent::selectionDidChange() {
+  TextEditMenu::dismiss();
   showCaret();
   view.setNeedsDisplay();
   blink.restart();
@@ -107,6 +110,7 @@ void TextViewContent::finish() {
   if (!editing) return;
   editing = false;
   blink.stop();
+  TextEditMenu::dismiss();
   edit.moveTo(edit.caret(), false);
   view.setNeedsDisplay();
   tell(didEnd);
@@ -250,8 +254,33 @@ void UITextView::selectAll(const Ref<NSObject>&) {
 
 // ---- Touches. A drag scrolls; the pan recogniser then cancels the touch.
 
+void TextViewContent::showMenu(CGPoint at) {
+  TextEditMenu::Commands commands;
+  commands.copy = edit.hasSelection();
+  commands.cut = commands.copy && view.isEditable();
+  commands.paste = view.isEditable() && UIPasteboard::general().hasStrings();
+  commands.selectAll = !edit.text().empty() && static_cast<std::size_t>(edit.selection().length) < edit.text().size();
+  const double line = caretRect().size.height;
+  TextEditMenu::show(as<UIView>(view.shared_from_this()), {at.x, at.y - line, 0, 2 * line}, commands);
+}
+
 void UITextView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {
-  if (isDecelerating()) Super::touchesBegan(touches, event);
+  if (isDecelerating()) return Super::touchesBegan(touches, event);
+  if (touches.empty() || !isSelectable()) return;
+  content_->longPress.begin([weak = weakSelf(), at = touches.front()->locationInView(this)] {
+    const Ref<UITextView> view = weak.lock();
+    if (!view || !view->becomeFirstResponder()) return;
+    TextViewContent& content = *view->content_;
+    if (!content.edit.hasSelection()) {
+      if (view->isEditable()) {
+        content.edit.moveTo(content.positionAt(at), false);
+      } else {
+        content.edit.selectWordAt(content.positionAt(at));
+      }
+    }
+    content.selectionDidChange();
+    content.showMenu(at);
+  });
 }
 
 void UITextView::touchesMoved(const UITouches&, const Ref<UIEvent>&) {}
@@ -259,7 +288,9 @@ void UITextView::touchesMoved(const UITouches&, const Ref<UIEvent>&) {}
 void UITextView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
   const Ref<NSObject> keeper = self();
   if (isHeld()) return Super::touchesEnded(touches, event);
-  if (touches.empty()) return;
+  const bool wasLong = content_->longPress.happened();
+  content_->longPress.cancel();
+  if (touches.empty() || wasLong) return;
   const Ref<UITouch> touch = touches.front();
   const bool several = touch->tapCount() >= 2;
   if (!isEditable() && !(isSelectable() && several)) return;
@@ -277,6 +308,7 @@ void UITextView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& even
 }
 
 void UITextView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
+  content_->longPress.cancel();
   if (isHeld()) Super::touchesCancelled(touches, event);
 }
 

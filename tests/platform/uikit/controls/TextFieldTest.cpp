@@ -1,5 +1,6 @@
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UIKeyboard.h"
@@ -304,6 +305,47 @@ TEST_F(TextFieldTest, TouchesPlaceTheCaretAndSelect) {
   advance(1);
   drag({{29, 118}, {45, 118}, {200, 118}});
   EXPECT_EQ(shown(), "[green tea]");
+}
+
+TEST_F(TextFieldTest, ALongPressOffersTheEditCommands) {
+  const auto choose = [&](const std::string& title) {
+    const auto menu = TextEditMenu::current();
+    ASSERT_NE(menu, nullptr);
+    std::vector<Ref<UIView>> open{menu};
+    while (!open.empty()) {
+      const Ref<UIView> view = open.back();
+      open.pop_back();
+      open.insert(open.end(), view->subviews().begin(), view->subviews().end());
+      const auto button = as<UIButton>(view);
+      if (!button || button->currentTitle() != title) continue;
+      hands().tap(button);
+      advance(0.5);
+      EXPECT_EQ(TextEditMenu::current(), nullptr);
+      return;
+    }
+    ADD_FAILURE() << title << " is not offered";
+  };
+  UIPasteboard::general().setString(std::nullopt);
+  field->setText("green tea");
+  longPress({60, 118});
+  EXPECT_TRUE(field->isEditing());
+  choose("Select All");
+  EXPECT_EQ(shown(), "[green tea]");
+  longPress({60, 118});
+  choose("Cut");
+  EXPECT_EQ(shown(), "|");
+  longPress({60, 118});
+  choose("Paste");
+  EXPECT_EQ(shown(), "green tea|");
+  longPress({60, 118});
+  ASSERT_NE(TextEditMenu::current(), nullptr);
+  tap(CGPoint{200, 400});  // anywhere else
+  EXPECT_EQ(TextEditMenu::current(), nullptr);
+  field->setSecureTextEntry(true);
+  field->selectAll(nullptr);
+  UIPasteboard::general().setString(std::nullopt);
+  longPress({60, 118});
+  EXPECT_EQ(TextEditMenu::current(), nullptr);  // everything is selected, and nothing may be copied
 }
 
 TEST_F(TextFieldTest, TheCaretBlinksOnlyWhileEditing) {
