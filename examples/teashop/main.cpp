@@ -17,12 +17,14 @@ struct Arguments {
   std::string service;
   std::optional<std::string> playInto;
   bool isFast = false;
+  bool playsEveryStory = false;
 };
 
 constexpr const char* usage =
-    "usage: teashop --service URL [--play FOLDER [--fast]]\n"
+    "usage: teashop --service URL [--play FOLDER [--all] [--fast]]\n"
     "  --service URL   where the assistant's service listens\n"
-    "  --play FOLDER   plays the story without a person and writes its report there\n"
+    "  --play FOLDER   plays a request without a person, visits every screen and writes the report there\n"
+    "  --all           plays every request, not only the first\n"
     "  --fast          in virtual time\n";
 
 std::optional<Arguments> parse(int count, char** values) {
@@ -36,6 +38,8 @@ std::optional<Arguments> parse(int count, char** values) {
       arguments.playInto = values[++i];
     } else if (option == "--fast") {
       arguments.isFast = true;
+    } else if (option == "--all") {
+      arguments.playsEveryStory = true;
     } else {
       return std::nullopt;
     }
@@ -60,5 +64,5 @@ int main(int count, char** values) {
   teashop::TeashopApplication::startAssistant(arguments->service);
   if (!arguments->playInto) return platform::UIApplication::shared().run("Tea shop");
   teashop::DemoPlayer player(application, arguments->service, *arguments->playInto);
-  return player.play() ? 0 : 1;
+  return player.play(arguments->playsEveryStory) ? 0 : 1;
 }

@@ -6,43 +6,49 @@
 
 #include "examples/teashop/TeashopApplication.h"
 #include "examples/teashop/demo/DemoReport.h"
+#include "examples/teashop/demo/DemoStory.h"
+#include "examples/teashop/demo/ServiceEvents.h"
 #include "platform/uikit/TouchDriver.h"
 
 namespace teashop {
 
-/// Plays the story of one request on the running shop, as a person would: it finds what it touches on the screen, taps,
-/// types and looks. It knows neither the assistant's insides nor the shop's, except for the order that must exist at
-/// last. Works in real and in virtual time. Main thread.
+/// Plays requests on the running shop, as a person would: it finds what it touches on the screen, taps, types and
+/// looks. It knows neither the assistant's insides nor the shop's, except for what must be in the books at last. Works
+/// in real and in virtual time. Main thread.
 class DemoPlayer {
  public:
   DemoPlayer(TeashopApplication& application, std::string serviceAddress, std::filesystem::path folder);
 
-  /// Plays everything and writes the report; true when all that had to hold holds.
-  bool play();
+  /// Plays the first story, or all of them, visits every screen and writes the report; true when all that had to hold
+  /// holds.
+  bool play(bool everyStory);
 
  private:
   using Condition = std::function<bool()>;
 
-  void openChat();
-  void ask();
-  void watch();
-  void readOutcome();
-  void check();
+  void tell(const DemoStory& story);
+  void openChat(const DemoStory& story);
+  void ask(const DemoStory& story);
+  void watch(const DemoStory& story);
+  void readOutcome(const DemoStory& story);
+  void checkEvents(const DemoStory& story);
+  void visitEveryScreen();
 
   /// Waits until the condition holds, at most so many seconds; a condition that never holds is noted as a failed check.
   bool until(const std::string& what, const Condition& condition, double seconds = 20);
   void tap(const platform::Ref<platform::UIView>& view);
   void stage(const std::string& title, const std::string& asked, const std::string& done);
-  void checkOrder();
-  void checkEvents();
 
   TeashopApplication& application_;
-  std::string serviceAddress_;
+  ServiceEvents events_;
   DemoReport report_;
   platform::TouchDriver driver_;
   double startedAt_;
   double lastStageAt_;
-  bool isBroken_ = false;  // a condition never held: what follows makes no sense any more
+  double pictureSeconds_ = 0;  // of processor time
+  std::size_t pictures_ = 0;
+  std::int64_t lastEvent_ = 0;  // the newest that belongs to a story already told
+  bool isBroken_ = false;       // a condition never held: what follows makes no sense any more
 };
 
 }  // namespace teashop

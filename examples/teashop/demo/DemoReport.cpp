@@ -50,7 +50,7 @@ constexpr const char* style = R"css(
   h2 { font-size: 20px; margin: 56px 0 16px; }
   .lead { color: var(--soft); max-width: 640px; margin: 0 0 24px; }
   .request { background: #fff; border: 1px solid var(--line); border-radius: 14px; padding: 16px 20px; font-size: 18px; }
-  .stages { display: grid; grid-template-columns: repeat(auto-fill, minmax(230px, 1fr)); gap: 28px 24px; }
+  .stages { margin: 20px 0; display: grid; grid-template-columns: repeat(auto-fill, minmax(230px, 1fr)); gap: 28px 24px; }
   figure { margin: 0; }
   figure img { width: 100%; border-radius: 22px; border: 1px solid var(--line); box-shadow: 0 8px 28px rgba(34,38,31,.10); }
   figcaption { padding: 12px 4px 0; font-size: 14px; }
@@ -112,23 +112,36 @@ void writeExchange(std::ostream& page, const std::filesystem::path& file) {
 
 }  // namespace
 
-bool DemoReport::holds() const {
-  return !checks_.empty() && std::ranges::all_of(checks_, [](const Check& check) { return check.holds; });
+void DemoReport::begin(std::string title, std::string request) {
+  parts_.push_back({std::move(title), std::move(request), {}, {}});
 }
 
-bool DemoReport::write(const std::string& request, double seconds, bool inVirtualTime) const {
+bool DemoReport::holds() const {
+  bool isAnyChecked = false;
+  for (const Part& part : parts_) {
+    if (!std::ranges::all_of(part.checks, &Check::holds)) return false;
+    isAnyChecked = isAnyChecked || !part.checks.empty();
+  }
+  return isAnyChecked;
+}
+
+bool DemoReport::write(const Times& times) const {
   std::ofstream page(folder_ / "report.html");
-  page << "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>A request is carried out</title>"
+  page << "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>The assistant at work</title>"
        << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><style>" << style
-       << "</style></head><body><main>\n<h1>" << (holds() ? "The order was placed" : "The order was not placed")
-       << "</h1>\n<p class=\"lead\">A customer opened the chat, typed one sentence, and watched the shop being "
+       << "</style></head><body><main>\n<h1>"
+       << (holds() ? "Every request was carried out" : "Not every request was carried out")
+       << "</h1>\n<p class=\"lead\">A customer opened the chat, said what was wanted, and watched the shop being "
           "operated. "
-       << (inVirtualTime ? "Played in virtual time: " : "Played in real time: ") << secondsText(seconds)
-       << " from the first tap to the last word.</p>\n<div class=\"request\">\u201c" << escaped(request)
-       << "\u201d</div>\n<h2>Stage by stage</h2>\n";
-  writeStages(page, stages_);
-  page << "<h2>What had to hold</h2>\n";
-  writeChecks(page, checks_);
+       << (times.areVirtual ? "Played in virtual time: " : "Played in real time: ") << secondsText(times.seconds)
+       << " from the first tap to the last word, of which " << secondsText(times.processorSeconds)
+       << " of processor time beside the pictures.</p>\n";
+  for (const Part& part : parts_) {
+    page << "<h2>" << escaped(part.title) << "</h2>\n";
+    if (!part.request.empty()) page << "<div class=\"request\">\u201c" << escaped(part.request) << "\u201d</div>\n";
+    writeStages(page, part.stages);
+    if (!part.checks.empty()) writeChecks(page, part.checks);
+  }
   writeExchange(page, folder_ / "http.jsonl");
   page << "</main></body></html>\n";
   return static_cast<bool>(page.flush());

@@ -6,7 +6,8 @@
 
 namespace teashop {
 
-/// What a play of the demo has to tell: one page with a picture for each stage, and the HTTP exchange below.
+/// What a play of the demo has to tell: one page in parts, each with a picture for each stage, and the HTTP exchange
+/// below.
 class DemoReport {
  public:
   struct Stage {
@@ -21,23 +22,34 @@ class DemoReport {
     bool holds;
     std::string found;  ///< what was there instead, when it does not hold
   };
+  struct Part {
+    std::string title;
+    std::string request;  ///< what was asked of the assistant; empty when nothing was
+    std::vector<Stage> stages;
+    std::vector<Check> checks;
+  };
+  struct Times {
+    double seconds;  ///< from the first tap to the last word
+    bool areVirtual;
+    double processorSeconds;  ///< of this process for the requests, without pictures
+  };
 
   explicit DemoReport(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-  void add(Stage stage) { stages_.push_back(std::move(stage)); }
-  void add(Check check) { checks_.push_back(std::move(check)); }
-  const std::vector<Stage>& stages() const { return stages_; }
+  /// What is added from now on belongs to a new part.
+  void begin(std::string title, std::string request);
+  void add(Stage stage) { parts_.back().stages.push_back(std::move(stage)); }
+  void add(Check check) { parts_.back().checks.push_back(std::move(check)); }
   bool holds() const;
   const std::filesystem::path& folder() const { return folder_; }
 
   /// Writes report.html; the exchange is read from http.jsonl beside it when there is one. False when it cannot be
   /// written.
-  bool write(const std::string& request, double seconds, bool inVirtualTime) const;
+  bool write(const Times& times) const;
 
  private:
   std::filesystem::path folder_;
-  std::vector<Stage> stages_;
-  std::vector<Check> checks_;
+  std::vector<Part> parts_;
 };
 
 }  // namespace teashop

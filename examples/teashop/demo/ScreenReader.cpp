@@ -3,6 +3,9 @@
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UILabel.h"
+#include "platform/uikit/UITableView.h"
+#include "platform/uikit/UITextField.h"
+#include "platform/uikit/UITextView.h"
 
 namespace teashop {
 
@@ -59,6 +62,35 @@ bool screenReader::readsPartly(const std::string& text) {
   return find([&](const Ref<UIView>& view) {
            return labelSatisfies(view, [&](const std::string& shown) { return shown.find(text) != std::string::npos; });
          }) != nullptr;
+}
+
+bool screenReader::shows(const std::string& accessibilityIdentifier) {
+  return named(accessibilityIdentifier) != nullptr;
+}
+
+std::string screenReader::textOf(const std::string& accessibilityIdentifier) {
+  const auto view = named(accessibilityIdentifier);
+  if (const auto label = as<UILabel>(view)) return label->text().value_or("");
+  if (const auto field = as<UITextField>(view)) return field->text().value_or("");
+  if (const auto area = as<UITextView>(view)) return area->text().value_or("");
+  return "";
+}
+
+std::string screenReader::lowestText() {
+  const auto list = find([](const Ref<UIView>& view) { return as<UITableView>(view) != nullptr; });
+  if (!list) return "";
+  std::string lowest;
+  double bottom = 0;
+  findIn(list, [&](const Ref<UIView>& view) {
+    const auto label = as<UILabel>(view);
+    const double end = view->convertRect(view->bounds(), nullptr).maxY();
+    if (label && label->text() && end > bottom) {
+      bottom = end;
+      lowest = *label->text();
+    }
+    return false;
+  });
+  return lowest;
 }
 
 }  // namespace teashop

@@ -21,6 +21,11 @@ platform::Ref<platform::UIView> buttonTitled(const std::string& title);
 /// Whether some label on the screen reads exactly so, or holds the text.
 bool reads(const std::string& text);
 bool readsPartly(const std::string& text);
+bool shows(const std::string& accessibilityIdentifier);
+/// What the named label, field or text view reads; empty when it is not there.
+std::string textOf(const std::string& accessibilityIdentifier);
+/// The lowest text of the list in front, as in a chat the last thing that was said.
+std::string lowestText();
 
 }  // namespace screenReader
 
