@@ -56,6 +56,8 @@ class CollectionContent {
   void prepareIfNeeded();
   void tile();
   void tileIfStale();
+  CGPoint nearestOffset(CGRect rect) const;
+  /// In the direction that the position does not speak of, the item only comes into view.
   CGPoint offsetFor(CGRect rect, UICollectionViewScrollPosition position) const;
 
   // ---- Changes

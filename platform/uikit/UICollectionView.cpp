@@ -184,10 +184,22 @@ void UICollectionView::reloadItems(const std::vector<IndexPath>& indexPaths) {
 
 // ---- Scrolling to an item
 
+/// The offset that moves no further than it takes to see the rectangle.
+CGPoint CollectionContent::nearestOffset(CGRect rect) const {
+  const UIEdgeInsets insets = view.adjustedContentInset();
+  const CGSize size = view.bounds().size;
+  const auto nearest = [](double offset, double first, double last) {
+    return last < first ? last : std::clamp(offset, first, last);
+  };
+  const CGPoint now = view.contentOffset();
+  return {nearest(now.x, rect.maxX() - size.width + insets.right, rect.minX() - insets.left),
+          nearest(now.y, rect.maxY() - size.height + insets.bottom, rect.minY() - insets.top)};
+}
+
 CGPoint CollectionContent::offsetFor(CGRect rect, UICollectionViewScrollPosition position) const {
   const UIEdgeInsets insets = view.adjustedContentInset();
   const CGSize size = view.bounds().size;
-  CGPoint offset = view.contentOffset();
+  CGPoint offset = nearestOffset(rect);
   switch (position) {
     case UICollectionViewScrollPosition::none:
       break;

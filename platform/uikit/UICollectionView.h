@@ -85,6 +85,7 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
   std::vector<IndexPath> indexPathsForSelectedItems() const;
   void selectItem(std::optional<IndexPath> indexPath, bool animated, UICollectionViewScrollPosition position);
   void deselectItem(IndexPath indexPath, bool animated);
+  /// In the direction that the position does not speak of, the item only comes into view.
   void scrollToItem(IndexPath indexPath, UICollectionViewScrollPosition position, bool animated);
 
   void layoutSubviews() override;

@@ -164,6 +164,13 @@ TEST_F(CollectionViewTest, ScrollsItemsToWhereTheyAreWished) {
   EXPECT_NEAR(frame(20).midX() - view->contentOffset().x, 195, 0.5);
   view->scrollToItem(IndexPath(0, 0), Position::centeredHorizontally, false);
   EXPECT_EQ(view->contentOffset().x, 0);
+  view->setContentOffset({0, 40});
+  layout->setScrollDirection(UICollectionViewScrollDirection::vertical);
+  view->scrollToItem(IndexPath(49, 0), Position::centeredHorizontally, false);
+  settle();
+  EXPECT_NE(view->cellForItemAtIndexPath(IndexPath(49, 0)), nullptr) << "it comes into view the other way too";
+  view->scrollToItem(IndexPath(0, 0), Position::centeredHorizontally, false);
+  EXPECT_EQ(view->contentOffset().y, frame(0).minY());
   for (const IndexPath path : {IndexPath(50, 0), IndexPath(-1, 0), IndexPath(0, 3), IndexPath(INT64_MAX, -1)}) {
     view->scrollToItem(path, Position::left, false);
     view->selectItem(path, false, Position::none);
