@@ -8,7 +8,7 @@ namespace platform {
 
 namespace {
 
-constexpr UIColor standardGround = UIColor(0.976, 0.976, 0.98, 0.96);
+constexpr UIColor standardGround = UIColor(0.976, 0.976, 0.98, 1);
 
 }  // namespace
 

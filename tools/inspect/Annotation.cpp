@@ -75,13 +75,17 @@ void drawFrame(CGContext& context, const LumicroElement& element, std::size_t nu
   const CGRect frame = frameOf(element, origin);
   const UIColor color = isActed ? acted : colorOf(element);
   const auto outline = UIBezierPath::bezierPathWithRoundedRect(frame.insetBy(0.75, 0.75), 3);
-  context.setFillColor(color.colorWithAlphaComponent(isActed ? 0.28 : 0.06));
-  outline->fill(context);
+  const bool isContainer = element.type() == LumicorType::TYPE_DEFAULT;  // it stays clear: others lie on it
+  if (isActed || !isContainer) {
+    context.setFillColor(color.colorWithAlphaComponent(isActed ? 0.28 : 0.06));
+    outline->fill(context);
+  }
   outline->setLineWidth(isActed ? 2.5 : 1.5);
   context.setStrokeColor(color);
   outline->stroke(context);
-  drawBadge(context, std::to_string(number), {frame.origin.x - badgeHeight / 2, frame.origin.y - badgeHeight / 2},
-            color);
+  // Like the tab of a folder: above the frame's corner, so that it hides nothing of what it tells of.
+  const double top = std::max(frame.minY() - badgeHeight + 1, origin.y);
+  drawBadge(context, std::to_string(number), {std::max(frame.minX(), origin.x), top}, color);
 }
 
 void drawRow(CGContext& context, const LumicroElement& element, std::size_t number, CGPoint at, bool isActed) {

@@ -26,8 +26,8 @@ struct DemoStory {
   std::string outcome;          ///< what the chat says at last
   bool reopensChat = true;
   /// What of the shop's books must hold, in words, and whether it does. None: nothing is on the books.
-  std::string kept;
-  std::function<bool(const Shop& shop)> isKept;
+  std::string kept = {};
+  std::function<bool(const Shop& shop)> isKept = {};
 };
 
 /// The first is the story that is told when one is asked for; together they use every kind of step on every kind of
