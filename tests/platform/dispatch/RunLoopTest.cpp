@@ -37,7 +37,7 @@ TEST(RunLoop, WaitsForActivityThatIsHeldElsewhere) {
   const VirtualTime time;
   double arrival = 0;
   std::thread device([&, activity = BackgroundActivity("device")]() mutable {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int i = 0; i < 2000; ++i) std::this_thread::yield();  // longer than the main thread takes to begin waiting
     DispatchQueue::main().async([&] { arrival = CACurrentMediaTime(); });
     activity.end();
   });
