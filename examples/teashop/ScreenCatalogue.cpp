@@ -4,7 +4,13 @@
 
 #include "examples/teashop/screens/ConfirmationScreen.h"
 #include "examples/teashop/screens/DeliveryScreen.h"
+#include "examples/teashop/screens/FilterScreen.h"
+#include "examples/teashop/screens/PreferencesScreen.h"
 #include "examples/teashop/screens/ProductScreen.h"
+#include "examples/teashop/screens/SearchScreen.h"
+#include "examples/teashop/screens/StoryScreen.h"
+#include "examples/teashop/screens/TermsScreen.h"
+#include "examples/teashop/screens/TimerScreen.h"
 #include "platform/uikit/UINavigationController.h"
 
 namespace teashop {
@@ -13,9 +19,10 @@ using namespace platform;
 
 namespace {
 
-enum Tab { shopTab, cartTab, accountTab };
+enum Tab { shopTab, cartTab, storiesTab, accountTab };
 
 Ref<UINavigationController> goTo(TeashopApplication& application, Tab tab) {
+  if (application.tabs()->presentedViewController()) application.tabs()->dismissViewController(false);
   application.tabs()->setSelectedIndex(tab);
   auto navigation = as<UINavigationController>(application.tabs()->selectedViewController());
   navigation->popToRootViewControllerAnimated(false);
@@ -32,8 +39,9 @@ Order sampleOrder(TeashopApplication& application) {
   fill(application.shop()->cart);
   return {1042,
           application.shop()->cart.lines(),
-          application.shop()->cart.total(),
-          {"Ada Lovelace", "12 Harbour Street", "Bristol"}};
+          application.shop()->cart.total() + giftWrapPrice,
+          {"Ada Lovelace", "12 Harbour Street", "Bristol", "2030-12-24", "Afternoon, ring the bell", "The blue door",
+           true}};
 }
 
 }  // namespace
@@ -41,6 +49,16 @@ Order sampleOrder(TeashopApplication& application) {
 const std::vector<NamedScreen>& screenCatalogue() {
   static const std::vector<NamedScreen> screens = {
       {"shop", "the list of teas", [](TeashopApplication& application) { goTo(application, shopTab); }},
+      {"filter", "which teas to show",
+       [](TeashopApplication& application) {
+         goTo(application, shopTab)
+             ->presentViewController(make<UINavigationController>(make<FilterScreen>(TeaFilter{}, [](const auto&) {})),
+                                     false);
+       }},
+      {"search", "finding a tea by words",
+       [](TeashopApplication& application) {
+         goTo(application, shopTab)->pushViewController(make<SearchScreen>(application.shop()), false);
+       }},
       {"product", "one tea",
        [](TeashopApplication& application) {
          goTo(application, shopTab)
@@ -60,13 +78,32 @@ const std::vector<NamedScreen>& screenCatalogue() {
        [](TeashopApplication& application) {
          goTo(application, cartTab)->pushViewController(make<ConfirmationScreen>(sampleOrder(application)), false);
        }},
-      {"account", "the orders of the customer",
+      {"stories", "a gallery to read", [](TeashopApplication& application) { goTo(application, storiesTab); }},
+      {"story", "one story",
+       [](TeashopApplication& application) {
+         auto screen = make<StoryScreen>(application.shop());
+         screen->setStory(storyShelves()[1].stories[5]);
+         goTo(application, storiesTab)->pushViewController(screen, false);
+       }},
+      {"account", "the customer's corner",
        [](TeashopApplication& application) {
          if (application.shop()->orders.orders().empty()) {
            fill(application.shop()->cart);
            application.shop()->orders.place(application.shop()->cart, sampleOrder(application).delivery);
          }
          goTo(application, accountTab);
+       }},
+      {"timer", "how long a pot takes",
+       [](TeashopApplication& application) {
+         goTo(application, accountTab)->pushViewController(make<TimerScreen>(), false);
+       }},
+      {"preferences", "how the customer likes tea",
+       [](TeashopApplication& application) {
+         goTo(application, accountTab)->pushViewController(make<PreferencesScreen>(application.shop()), false);
+       }},
+      {"terms", "the small print",
+       [](TeashopApplication& application) {
+         goTo(application, accountTab)->pushViewController(make<TermsScreen>(), false);
        }},
   };
   return screens;

@@ -3,6 +3,7 @@
 #include "examples/teashop/screens/AccountScreen.h"
 #include "examples/teashop/screens/CartScreen.h"
 #include "examples/teashop/screens/ShopScreen.h"
+#include "examples/teashop/screens/StoriesScreen.h"
 #include "examples/teashop/views/Theme.h"
 #include "lumicor/core/Lumicor.h"
 #include "platform/graphics/UIImage.h"
@@ -34,6 +35,7 @@ TeashopApplication::TeashopApplication() {
   tabs_->setViewControllers({
       tab(make<ShopScreen>(shop_), "Shop", "cup.and.saucer", "tabShop"),
       tab(make<CartScreen>(shop_), "Cart", "cart", "tabCart"),
+      tab(make<StoriesScreen>(shop_), "Stories", "book", "tabStories"),
       tab(make<AccountScreen>(shop_), "Account", "person", "tabAccount"),
   });
   tabs_->tabBar()->setAccessibilityIdentifier("tabBar");

@@ -41,6 +41,8 @@ class Element {
   virtual void forEachChild(const std::function<void(Element&)>& visit) = 0;
   /// True when something outside its layout (a scrolled ancestor) moved a reader of geometry.
   virtual bool hasMoved() const { return false; }
+  /// True for what only keeps others apart: a stack gives it what they leave.
+  virtual bool isSpacer() const { return false; }
 
   /// Calls what waits for it, outermost first, once until the opposite happens.
   void appear();

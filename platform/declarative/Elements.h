@@ -55,6 +55,7 @@ class SpacerElement final : public LeafElement {
   void update(const Description& description, const Environment& environment) override;
   /// Along a stack's direction alone: the stack asks with the other side at zero.
   CGSize sizeThatFits(ProposedSize offered) override;
+  bool isSpacer() const override { return true; }
 
  private:
   double minimum_ = 0;
@@ -189,6 +190,8 @@ class StackElement final : public Element {
   ProposedSize along(std::optional<double> length, ProposedSize offered) const;
 
   std::vector<Slot> children_;
+  CGSize fitted_;  // the last answer of sizeThatFits, and the children's sizes in it
+  std::vector<CGSize> fittedChildren_;
   Direction direction_ = Direction::vertical;
   double spacing_ = 0;
   Alignment alignment_;

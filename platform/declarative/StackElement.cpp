@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 #include "platform/declarative/Elements.h"
 
@@ -11,6 +12,7 @@ void StackElement::update(const Description& description, const Environment& env
   direction_ = properties.direction;
   spacing_ = properties.spacing;
   alignment_ = properties.alignment;
+  fittedChildren_.clear();
   children_.resize(properties.children.size());
   for (std::size_t i = 0; i < children_.size(); ++i) children_[i].update(properties.children[i], environment);
 }
@@ -19,7 +21,8 @@ ProposedSize StackElement::along(std::optional<double> length, ProposedSize offe
   return isHorizontal() ? ProposedSize{length, offered.height} : ProposedSize{offered.width, length};
 }
 
-/// The least flexible child chooses first; each is offered an equal share of what the others before it left.
+/// The least flexible child chooses first; each is offered an equal share of what the others before it left. Spacers
+/// come last and share the rest.
 std::vector<CGSize> StackElement::childSizes(ProposedSize offered) {
   std::vector<CGSize> sizes(children_.size());
   if (children_.empty()) return sizes;
@@ -41,10 +44,13 @@ std::vector<CGSize> StackElement::childSizes(ProposedSize offered) {
   }
   std::vector<std::size_t> order(children_.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  std::ranges::stable_sort(order, {}, [&](std::size_t i) { return flexibility[i]; });
+  std::ranges::stable_sort(order, {},
+                           [&](std::size_t i) { return std::pair(children_[i]->isSpacer(), flexibility[i]); });
   double left = std::max(0.0, *length - spacing_ * static_cast<double>(children_.size() - 1));
-  double waiting = static_cast<double>(order.size());
+  const auto spacers = std::ranges::count_if(children_, [](const Slot& child) { return child->isSpacer(); });
+  double waiting = static_cast<double>(order.size()) - static_cast<double>(spacers);
   for (const std::size_t i : order) {
+    if (waiting == 0) waiting = static_cast<double>(spacers);
     sizes[i] = children_[i]->sizeThatFits(along(left / waiting, offered));
     left = std::max(0.0, left - lengthOf(sizes[i]));
     waiting -= 1;
@@ -62,11 +68,15 @@ CGSize StackElement::sizeThatFits(ProposedSize offered) {
   }
   if (direction_ == Direction::depth) return largest;
   if (!sizes.empty()) length += spacing_ * static_cast<double>(sizes.size() - 1);
-  return isHorizontal() ? CGSize{length, largest.height} : CGSize{largest.width, length};
+  fitted_ = isHorizontal() ? CGSize{length, largest.height} : CGSize{largest.width, length};
+  fittedChildren_ = sizes;
+  return fitted_;
 }
 
 void StackElement::place(CGRect rect) {
-  const std::vector<CGSize> sizes = childSizes({rect.size.width, rect.size.height});
+  // Offered no more than they chose, children would choose again, and differently where they just fit.
+  const bool isAsFitted = rect.size == fitted_ && fittedChildren_.size() == children_.size();
+  const std::vector<CGSize> sizes = isAsFitted ? fittedChildren_ : childSizes({rect.size.width, rect.size.height});
   double at = isHorizontal() ? rect.origin.x : rect.origin.y;
   for (std::size_t i = 0; i < children_.size(); ++i) {
     CGRect within = rect;

@@ -31,6 +31,10 @@ class UICollectionViewCell : public Object<UICollectionViewCell, UICollectionReu
   /// Shown while the cell is selected or held.
   Ref<UIView> selectedBackgroundView() const { return selectedBackgroundView_; }
   void setSelectedBackgroundView(const Ref<UIView>& view);
+  /// The segue of the screen that a person's choice of the cell performs, after the delegate was told.
+  const std::optional<std::string>& selectionSegueIdentifier() const { return selectionSegue_; }
+  void setSelectionSegueIdentifier(std::optional<std::string> identifier) { selectionSegue_ = std::move(identifier); }
+
   bool isSelected() const { return selected_; }
   virtual void setSelected(bool selected);
   bool isHighlighted() const { return highlighted_; }
@@ -43,6 +47,7 @@ class UICollectionViewCell : public Object<UICollectionViewCell, UICollectionReu
   Ref<UIView> contentView_;
   Ref<UIView> backgroundView_;
   Ref<UIView> selectedBackgroundView_;
+  std::optional<std::string> selectionSegue_;
   bool selected_ = false;
   bool highlighted_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/uikit/CollectionContent.h"
+#include "platform/uikit/SelectionSegue.h"
 #include "platform/uikit/UITouch.h"
 
 // Choosing items: by a finger, which highlights first, and by program.
@@ -69,8 +70,11 @@ void CollectionContent::choose(IndexPath path) {
   }
   if (!contains(path)) return;
   selected.insert(path);
-  if (const auto cell = visible.find(path); cell != visible.end()) cell->second->setSelected(true);
+  Ref<UICollectionViewCell> cell;
+  if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
+  if (cell) cell->setSelected(true);
   tell(didSelect, path);
+  if (cell) performSelectionSegue(cell, cell->selectionSegueIdentifier());
 }
 
 void UICollectionView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {

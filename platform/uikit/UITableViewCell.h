@@ -51,6 +51,10 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
   std::optional<UIEdgeInsets> separatorInset() const { return separatorInset_; }
   void setSeparatorInset(std::optional<UIEdgeInsets> insets);
 
+  /// The segue of the screen that a person's choice of the cell performs, after the delegate was told.
+  const std::optional<std::string>& selectionSegueIdentifier() const { return selectionSegue_; }
+  void setSelectionSegueIdentifier(std::optional<std::string> identifier) { selectionSegue_ = std::move(identifier); }
+
   bool isSelected() const { return selected_; }
   void setSelected(bool selected) { setSelected(selected, false); }
   virtual void setSelected(bool selected, bool animated);
@@ -97,6 +101,7 @@ class UITableViewCell : public Object<UITableViewCell, UIView> {
   Ref<UIView> standardAccessory_;
   Ref<UIView> separator_;
   Ref<UIView> highlight_;
+  std::optional<std::string> selectionSegue_;
   std::optional<UIEdgeInsets> separatorInset_;
   Placement placement_;
   bool selected_ = false;

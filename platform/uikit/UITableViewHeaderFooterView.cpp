@@ -33,7 +33,13 @@ void UITableViewHeaderFooterView::setRole(Role role, double margin) {
   textLabel_->setFont(plain ? UIFont::systemFont(15, UIFontWeightSemibold) : UIFont::systemFont(13));
   textLabel_->setTextColor(plain ? UIColor::label() : UIColor::secondaryLabel());
   // A plain header stays at the top while rows pass below it.
-  if (plain && !backgroundColor()) setBackgroundColor(UIColor::systemGray6());
+  if (plain && !backgroundColor()) {
+    setBackgroundColor(UIColor::systemGray6());
+    hasStandardGround_ = true;
+  } else if (!plain && hasStandardGround_) {
+    setBackgroundColor(std::nullopt);
+    hasStandardGround_ = false;
+  }
   setNeedsLayout();
 }
 

@@ -34,6 +34,7 @@ class UITableViewHeaderFooterView : public Object<UITableViewHeaderFooterView, U
   std::string reuseIdentifier_;
   Ref<UIView> contentView_;
   Ref<UILabel> textLabel_;
+  bool hasStandardGround_ = false;
   Role role_ = Role::plainHeader;
   double margin_ = 16;
 };

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/uikit/SelectionSegue.h"
 #include "platform/uikit/TableContent.h"
 #include "platform/uikit/UITouch.h"
 
@@ -84,8 +85,11 @@ void TableContent::choose(IndexPath path) {
   }
   if (!isSelectable(path)) return;
   selected.insert(path);
-  if (const auto cell = visible.find(path); cell != visible.end()) cell->second->setSelected(true, false);
+  Ref<UITableViewCell> cell;
+  if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
+  if (cell) cell->setSelected(true, false);
   tell(didSelect, path);
+  if (cell) performSelectionSegue(cell, cell->selectionSegueIdentifier());
 }
 
 void UITableView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {

@@ -46,7 +46,8 @@ void Cart::changed() {
 }
 
 const Order& OrderBook::place(const Cart& cart, Delivery delivery) {
-  orders_.push_back({nextNumber_++, cart.lines(), cart.total(), std::move(delivery)});
+  const Pence total = cart.total() + (delivery.isGift ? giftWrapPrice : 0);
+  orders_.push_back({nextNumber_++, cart.lines(), total, std::move(delivery)});
   return orders_.back();
 }
 

@@ -43,7 +43,13 @@ struct Delivery {
   std::string name;
   std::string street;
   std::string city;
+  std::string date = {};   ///< "2030-12-24", empty for as soon as possible
+  std::string slot = {};   ///< "Afternoon, ring the bell", empty for any time
+  std::string notes = {};  ///< for whoever brings it
+  bool isGift = false;     ///< wrapped as a present
 };
+
+inline constexpr Pence giftWrapPrice = 250;
 
 struct Order {
   std::int64_t number;

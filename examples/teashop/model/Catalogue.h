@@ -15,6 +15,9 @@ std::string priceText(Pence price);
 
 enum class TeaKind { green, black, oolong, white, herbal };
 
+inline constexpr TeaKind teaKinds[] = {TeaKind::green, TeaKind::black, TeaKind::oolong, TeaKind::white,
+                                       TeaKind::herbal};
+
 std::string_view kindName(TeaKind kind);
 
 /// One tea of the shop. The identifier names it to code ("sencha"), the name to people ("Sencha Fukamushi").
@@ -28,6 +31,9 @@ struct Product {
   Pence price;      ///< for a packet
   int grams;        ///< in a packet
   unsigned liquor;  ///< colour of the brewed cup, 0xRRGGBB
+  int packetsLeft;  ///< of those delivered last
+  int packetsDelivered;
+  bool caffeineFree;
 };
 
 /// What the shop sells, in the order it is shown.

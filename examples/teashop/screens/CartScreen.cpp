@@ -5,7 +5,10 @@
 #include "examples/teashop/views/Theme.h"
 #include "platform/layout/NSLayoutConstraint.h"
 #include "platform/layout/UILayoutGuide.h"
+#include "platform/uikit/UIAlertController.h"
+#include "platform/uikit/UIBarButtonItem.h"
 #include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UINavigationItem.h"
 
 namespace teashop {
 
@@ -14,6 +17,7 @@ using namespace platform;
 void CartScreen::exportMethods(MethodTable<CartScreen>& table) {
   table.add<&CartScreen::numberOfRows>("tableView:numberOfRowsInSection:")
       .add<&CartScreen::cellForRow>("tableView:cellForRowAtIndexPath:")
+      .add<&CartScreen::askToClear>("askToClear")
       .add<&CartScreen::pay>("pay");
 }
 
@@ -21,6 +25,9 @@ void CartScreen::viewDidLoad() {
   Super::viewDidLoad();
   setTitle("Cart");
   view()->setBackgroundColor(theme::paper);
+  auto clear = make<UIBarButtonItem>(UIBarButtonSystemItem::trash, self(), sel("askToClear"));
+  clear->setAccessibilityIdentifier("cartClear");
+  navigationItem()->setRightBarButtonItem(clear);
   table_ = make<UITableView>();
   table_->setTranslatesAutoresizingMaskIntoConstraints(false);
   table_->setAccessibilityIdentifier("cartList");
@@ -71,6 +78,7 @@ void CartScreen::showCart() {
   empty_->setHidden(!shop_->cart.isEmpty());
   total_->setText(priceText(shop_->cart.total()));
   pay_->setEnabled(!shop_->cart.isEmpty());
+  navigationItem()->rightBarButtonItem()->setEnabled(!shop_->cart.isEmpty());
 }
 
 std::int64_t CartScreen::numberOfRows(const Ref<UITableView>&, std::int64_t) {
@@ -81,6 +89,19 @@ Ref<UITableViewCell> CartScreen::cellForRow(const Ref<UITableView>& table, const
   auto cell = as<ProductCell>(table->dequeueReusableCell(ProductCell::reuseIdentifier, path));
   cell->showLine(shop_->cart.lines()[static_cast<std::size_t>(path.row())]);
   return cell;
+}
+
+void CartScreen::askToClear() {
+  auto question =
+      make<UIAlertController>("Empty the cart?", std::optional<std::string>("The teas stay in the shop, of course."));
+  question->addAction(make<UIAlertAction>("Empty it", UIAlertActionStyle::destructive, [weak = weakSelf()] {
+    const Ref<CartScreen> screen = weak.lock();
+    if (!screen) return;
+    screen->shop_->cart.clear();
+    screen->showCart();
+  }));
+  question->addAction(make<UIAlertAction>("Keep it", UIAlertActionStyle::cancel));
+  presentViewController(question, true);
 }
 
 void CartScreen::pay() {

@@ -22,6 +22,7 @@ class CartScreen final : public platform::Object<CartScreen, platform::UIViewCon
   platform::Ref<platform::UITableViewCell> cellForRow(const platform::Ref<platform::UITableView>& table,
                                                       const platform::IndexPath& path);
   void pay();
+  void askToClear();
   void showCart();
 
   ShopRef shop_;

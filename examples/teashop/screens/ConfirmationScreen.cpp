@@ -1,10 +1,11 @@
 #include "examples/teashop/screens/ConfirmationScreen.h"
 
+#include "examples/teashop/screens/OrderSummary.h"
+#include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/PrimaryButton.h"
 #include "examples/teashop/views/TeaCupView.h"
 #include "examples/teashop/views/Theme.h"
 #include "platform/layout/NSLayoutConstraint.h"
-#include "platform/layout/UILayoutGuide.h"
 #include "platform/uikit/UINavigationController.h"
 
 namespace teashop {
@@ -12,7 +13,7 @@ namespace teashop {
 using namespace platform;
 
 void ConfirmationScreen::exportMethods(MethodTable<ConfirmationScreen>& table) {
-  table.add<&ConfirmationScreen::done>("done");
+  table.add<&ConfirmationScreen::done>("done").add<&ConfirmationScreen::rated>("rated");
 }
 
 void ConfirmationScreen::viewDidLoad() {
@@ -22,45 +23,53 @@ void ConfirmationScreen::viewDidLoad() {
   auto cup = make<TeaCupView>();
   cup->setTranslatesAutoresizingMaskIntoConstraints(false);
   cup->setLiquor(colorOf(order_.lines.front().product->liquor));
+  setWidth(cup, 112);
+  setHeight(cup, 112);
   auto heading = makeLabel("The kettle is on", theme::title(), theme::ink);
-  heading->setTextAlignment(NSTextAlignment::center);
   auto number = makeLabel("Order " + std::to_string(order_.number), theme::headline(), theme::leaf);
   number->setAccessibilityIdentifier("orderNumber");
-  std::string lines;
-  for (const Cart::Line& line : order_.lines) {
-    lines += std::to_string(line.quantity) + " \u00d7 " + line.product->name + "\n";
-  }
-  auto summary = makeLabel(lines + priceText(order_.total) + " to " + order_.delivery.name + ",\n" +
-                               order_.delivery.street + ", " + order_.delivery.city,
-                           theme::body(), theme::inkSoft);
-  summary->setAccessibilityIdentifier("orderSummary");
-  summary->setTextAlignment(NSTextAlignment::center);
+  rating_ = make<RatingControl>();
+  rating_->setAccessibilityIdentifier("rating");
+  rating_->addTarget(self(), sel("rated"), UIControlEvents::valueChanged);
+  ratingNote_ = makeLabel("How was ordering?", theme::caption(), theme::inkSoft);
+  ratingNote_->setAccessibilityIdentifier("ratingNote");
+  auto summary = makeSummary();
+  auto column = makeColumn({cup, heading, number, summary, rating_, ratingNote_}, 8);
+  column->setAlignment(UIStackViewAlignment::center);
+  column->setCustomSpacing(20, cup);
+  column->setCustomSpacing(20, number);
+  column->setCustomSpacing(18, summary);
+  column->setCustomSpacing(0, rating_);
   auto done = make<PrimaryButton>();
   done->setTitle("Back to the teas", UIControlState::normal);
   done->setAccessibilityIdentifier("confirmationDone");
   done->addTarget(self(), sel("done"), UIControlEvents::touchUpInside);
-  for (const Ref<UIView>& part : std::initializer_list<Ref<UIView>>{cup, heading, number, summary, done}) {
-    view()->addSubview(part);
-  }
+  setHeight(done, 52);
+  view()->addSubview(column);
+  view()->addSubview(done);
   const auto safe = view()->safeAreaLayoutGuide();
-  const auto centre = view()->centerXAnchor();
   NSLayoutConstraint::activateConstraints({
-      cup->topAnchor().constraintEqualToAnchor(safe->topAnchor(), 48),
-      cup->centerXAnchor().constraintEqualToAnchor(centre),
-      cup->widthAnchor().constraintEqualToConstant(132),
-      cup->heightAnchor().constraintEqualToConstant(132),
-      heading->topAnchor().constraintEqualToAnchor(cup->bottomAnchor(), 28),
-      heading->centerXAnchor().constraintEqualToAnchor(centre),
-      number->topAnchor().constraintEqualToAnchor(heading->bottomAnchor(), 8),
-      number->centerXAnchor().constraintEqualToAnchor(centre),
-      summary->topAnchor().constraintEqualToAnchor(number->bottomAnchor(), 20),
-      summary->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor(), 2 * theme::margin),
-      summary->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -2 * theme::margin),
+      column->topAnchor().constraintEqualToAnchor(safe->topAnchor(), 28),
+      column->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor(), theme::margin),
+      column->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -theme::margin),
+      summary->widthAnchor().constraintEqualToAnchor(column->widthAnchor()),
       done->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor(), theme::margin),
       done->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -theme::margin),
-      done->heightAnchor().constraintEqualToConstant(52),
       done->bottomAnchor().constraintEqualToAnchor(safe->bottomAnchor(), -16),
   });
+}
+
+Ref<UIView> ConfirmationScreen::makeSummary() {
+  auto summary = make<OrderSummary>(order_);
+  addChildViewController(summary);
+  summary->didMoveToParent(self());
+  summary->view()->setTranslatesAutoresizingMaskIntoConstraints(false);
+  return summary->view();
+}
+
+void ConfirmationScreen::rated() {
+  ratingNote_->setText("Thank you: " + std::to_string(rating_->rating()) + " of " +
+                       std::to_string(RatingControl::stars));
 }
 
 void ConfirmationScreen::done() { navigationController()->popToRootViewControllerAnimated(true); }

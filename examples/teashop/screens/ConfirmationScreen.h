@@ -1,11 +1,13 @@
 #pragma once
 
 #include "examples/teashop/model/Cart.h"
+#include "examples/teashop/views/RatingControl.h"
+#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIViewController.h"
 
 namespace teashop {
 
-/// Says that the order was placed, and what it was.
+/// The order was placed: its number, what it holds, and stars to say how ordering was.
 class ConfirmationScreen final : public platform::Object<ConfirmationScreen, platform::UIViewController> {
  public:
   explicit ConfirmationScreen(Order order) : order_(std::move(order)) {}
@@ -14,8 +16,13 @@ class ConfirmationScreen final : public platform::Object<ConfirmationScreen, pla
   static void exportMethods(platform::MethodTable<ConfirmationScreen>& table);
 
  private:
+  platform::Ref<platform::UIView> makeSummary();
+  void rated();
   void done();
+
   Order order_;
+  platform::Ref<RatingControl> rating_;
+  platform::Ref<platform::UILabel> ratingNote_;
 };
 
 }  // namespace teashop

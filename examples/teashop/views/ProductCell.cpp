@@ -61,6 +61,11 @@ void ProductCell::showProduct(const Product& product) {
   show(product, product.taste, priceText(product.price));
 }
 
+void ProductCell::showResult(const Product& product) {
+  setAccessibilityIdentifier("result-" + product.id);
+  show(product, std::string(kindName(product.kind)) + " tea \u00b7 " + product.origin, priceText(product.price));
+}
+
 void ProductCell::showLine(const Cart::Line& line) {
   setAccessibilityIdentifier("cart-" + line.product->id);
   show(*line.product, std::to_string(line.quantity) + " \u00d7 " + priceText(line.product->price),

@@ -14,6 +14,8 @@ class ProductCell final : public platform::Object<ProductCell, platform::UITable
   void initWithStyle(platform::UITableViewCellStyle style, const std::string& reuse) override;
   /// As a tea of the shop; the cell is named "product-<id>".
   void showProduct(const Product& product);
+  /// As what a search found; the cell is named "result-<id>".
+  void showResult(const Product& product);
   /// As a line of the cart; the cell is named "cart-<id>".
   void showLine(const Cart::Line& line);
 

@@ -26,15 +26,16 @@ void TeaCupView::setLiquor(const UIColor& color) {
   setNeedsDisplay();
 }
 
-void TeaCupView::draw(CGRect, CGContext& context) {
-  const CGRect area = bounds();
+void TeaCupView::draw(CGRect, CGContext& context) { drawTeaCup(context, bounds(), liquor_); }
+
+void drawTeaCup(CGContext& context, CGRect area, const UIColor& liquor) {
   const CGPoint center{area.origin.x + area.size.width / 2, area.origin.y + area.size.height / 2};
   const double radius = std::min(area.size.width, area.size.height) / 2;
   context.setFillColor(theme::leafTint);
   context.fillEllipse(circle(center, radius));
   context.setFillColor(UIColor::white());
   context.fillEllipse(circle(center, radius * 0.74));
-  context.setFillColor(liquor_);
+  context.setFillColor(liquor);
   context.fillEllipse(circle(center, radius * 0.64));
   context.setFillColor(UIColor::white(1, 0.16));
   context.fillEllipse(circle({center.x - radius * 0.18, center.y - radius * 0.2}, radius * 0.3));

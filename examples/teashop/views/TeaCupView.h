@@ -1,8 +1,12 @@
 #pragma once
 
+#include "platform/graphics/CGContext.h"
 #include "platform/uikit/UIView.h"
 
 namespace teashop {
+
+/// A cup of tea seen from above, as large as fits.
+void drawTeaCup(platform::CGContext& context, platform::CGRect area, const platform::UIColor& liquor);
 
 /// A cup of tea seen from above: saucer, cup, the liquor in its own colour with a soft highlight. Scales with its
 /// bounds.

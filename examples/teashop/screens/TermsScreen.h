@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/uikit/UIViewController.h"
+
+namespace teashop {
+
+/// The terms of the shop, as a page of its site.
+class TermsScreen final : public platform::Object<TermsScreen, platform::UIViewController> {
+ public:
+  void viewDidLoad() override;
+};
+
+}  // namespace teashop

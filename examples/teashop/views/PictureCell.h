@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "platform/uikit/UICollectionViewCell.h"
+#include "platform/uikit/UIImageView.h"
+
+namespace teashop {
+
+/// A picture that fills its cell.
+class PictureCell final : public platform::Object<PictureCell, platform::UICollectionViewCell> {
+ public:
+  static constexpr const char* reuseIdentifier = "PictureCell";
+  void initWithFrame(platform::CGRect frame) override;
+  void show(const platform::Ref<platform::UIImage>& picture, const std::string& identifier);
+
+ private:
+  platform::Ref<platform::UIImageView> picture_;
+};
+
+}  // namespace teashop

@@ -1,0 +1,18 @@
+#include "platform/uikit/SelectionSegue.h"
+
+#include "platform/uikit/UIView.h"
+#include "platform/uikit/UIViewController.h"
+
+namespace platform {
+
+void performSelectionSegue(const Ref<UIView>& cell, const std::optional<std::string>& identifier) {
+  if (!identifier) return;
+  for (Ref<UIResponder> at = cell; at; at = at->nextResponder()) {
+    const auto screen = as<UIViewController>(at);
+    if (!screen || !screen->hasSegue(*identifier)) continue;
+    if (screen->shouldPerformSegue(*identifier, cell)) screen->performSegue(*identifier, cell);
+    return;
+  }
+}
+
+}  // namespace platform
