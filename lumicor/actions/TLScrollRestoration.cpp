@@ -43,6 +43,7 @@ void scrollToCollectionItem(std::string_view viewId) {
   const auto item = LumicorUtils::decimalInteger(parts[3]);
   if (!section || !item) return;
   collection->scrollToItem(IndexPath{*item, *section}, UICollectionViewScrollPosition::centeredHorizontally, false);
+  collection->layoutIfNeeded();
 }
 
 }  // namespace
@@ -51,6 +52,7 @@ TLScrollOutcome restoreScrollPosition(const TLScrollActionDetails& details, cons
   const CGPoint offset{static_cast<double>(details.offsets.x), static_cast<double>(details.offsets.y)};
   if (const auto scrollable = scrollableNamed(details.viewId)) {
     scrollable->setContentOffset(offset, false);
+    scrollable->layoutIfNeeded();  // what came into view has its cells before the target is looked up
     return TLScrollOutcome::restored;
   }
   if (const auto text = as<UITextView>(TLStepTarget::findView(details.viewId, viewName))) {

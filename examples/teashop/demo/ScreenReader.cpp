@@ -2,6 +2,7 @@
 
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIButton.h"
+#include "platform/uikit/UIControl.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UITableView.h"
 #include "platform/uikit/UITextField.h"
@@ -66,6 +67,11 @@ bool screenReader::readsPartly(const std::string& text) {
 
 bool screenReader::shows(const std::string& accessibilityIdentifier) {
   return named(accessibilityIdentifier) != nullptr;
+}
+
+bool screenReader::isSelected(const std::string& accessibilityIdentifier) {
+  const auto control = as<UIControl>(named(accessibilityIdentifier));
+  return control && control->isSelected();
 }
 
 std::string screenReader::textOf(const std::string& accessibilityIdentifier) {

@@ -22,6 +22,8 @@ platform::Ref<platform::UIView> buttonTitled(const std::string& title);
 bool reads(const std::string& text);
 bool readsPartly(const std::string& text);
 bool shows(const std::string& accessibilityIdentifier);
+/// Whether the named control is there and selected.
+bool isSelected(const std::string& accessibilityIdentifier);
 /// What the named label, field or text view reads; empty when it is not there.
 std::string textOf(const std::string& accessibilityIdentifier);
 /// The lowest text of the list in front, as in a chat the last thing that was said.

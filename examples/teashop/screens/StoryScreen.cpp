@@ -31,8 +31,6 @@ void StoryScreen::viewDidLoad() {
                                      sel("turnFavouriteOver"));
   favourite_->setAccessibilityIdentifier("storyFavourite");
   navigationItem()->setRightBarButtonItem(favourite_);
-  showFavourite();
-
   auto picture = make<UIImageView>(
       teaPictures::hills({view()->bounds().size.width, pictureHeight}, colorOf(story_.tint), storyPictureSeed(story_)));
   picture->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -42,6 +40,10 @@ void StoryScreen::viewDidLoad() {
   setHeight(picture, pictureHeight);
   auto title = makeLabel(story_.title, theme::title(), theme::ink);
   title->setAccessibilityIdentifier("storyTitle");
+  note_ = makeLabel("Kept among your favourites", theme::caption(), theme::leaf);
+  note_->setAccessibilityIdentifier("storyNote");
+  auto heading = makeColumn({title, note_}, 4);
+  showFavourite();
   auto text = make<UITextView>();
   text->setTranslatesAutoresizingMaskIntoConstraints(false);
   text->setEditable(false);
@@ -51,18 +53,18 @@ void StoryScreen::viewDidLoad() {
   text->setBackgroundColor(std::nullopt);
   text->setTextContainerInset({0, 0, 24, 0});
   text->setAccessibilityIdentifier("storyText");
-  for (const Ref<UIView>& part : std::initializer_list<Ref<UIView>>{picture, title, text}) view()->addSubview(part);
+  for (const Ref<UIView>& part : std::initializer_list<Ref<UIView>>{picture, heading, text}) view()->addSubview(part);
   const auto safe = view()->safeAreaLayoutGuide();
   NSLayoutConstraint::activateConstraints({
       picture->topAnchor().constraintEqualToAnchor(safe->topAnchor()),
       picture->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor()),
       picture->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor()),
-      title->topAnchor().constraintEqualToAnchor(picture->bottomAnchor(), 20),
-      title->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor(), theme::margin),
-      title->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -theme::margin),
-      text->topAnchor().constraintEqualToAnchor(title->bottomAnchor(), 12),
-      text->leadingAnchor().constraintEqualToAnchor(title->leadingAnchor()),
-      text->trailingAnchor().constraintEqualToAnchor(title->trailingAnchor()),
+      heading->topAnchor().constraintEqualToAnchor(picture->bottomAnchor(), 20),
+      heading->leadingAnchor().constraintEqualToAnchor(safe->leadingAnchor(), theme::margin),
+      heading->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -theme::margin),
+      text->topAnchor().constraintEqualToAnchor(heading->bottomAnchor(), 12),
+      text->leadingAnchor().constraintEqualToAnchor(heading->leadingAnchor()),
+      text->trailingAnchor().constraintEqualToAnchor(heading->trailingAnchor()),
       text->bottomAnchor().constraintEqualToAnchor(safe->bottomAnchor()),
   });
 }
@@ -74,6 +76,7 @@ void StoryScreen::turnFavouriteOver() {
 
 void StoryScreen::showFavourite() {
   const bool isFavourite = shop_->favouriteStories.contains(story_.title);
+  note_->setHidden(!isFavourite);
   favourite_->setImage(UISystemSymbol::image(isFavourite ? "heart.fill" : "heart"));
 }
 

@@ -3,6 +3,7 @@
 #include "examples/teashop/Shop.h"
 #include "examples/teashop/model/Stories.h"
 #include "platform/uikit/UIBarButtonItem.h"
+#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIViewController.h"
 
 namespace teashop {
@@ -24,6 +25,7 @@ class StoryScreen final : public platform::Object<StoryScreen, platform::UIViewC
   ShopRef shop_;
   Story story_;
   platform::Ref<platform::UIBarButtonItem> favourite_;
+  platform::Ref<platform::UILabel> note_;
 };
 
 }  // namespace teashop
