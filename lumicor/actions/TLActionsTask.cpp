@@ -2,6 +2,7 @@
 
 #include <unordered_set>
 
+#include "lumicor/actions/TLActionsObserver.h"
 #include "lumicor/actions/TLScrollRestoration.h"
 #include "lumicor/actions/TLStepOperation.h"
 #include "lumicor/actions/TLStepTarget.h"
@@ -67,12 +68,14 @@ void TLActionsTask::runStep(std::size_t i) {
 }
 
 void TLActionsTask::restoreScrollPositions(std::size_t i) {
+  if (const auto observer = observer_.lock()) observer->stepBegins(i, steps_[i]);
   const DispatchGroup entries;
   const auto failed = std::make_shared<bool>(false);
   for (const TLScrollActionDetails& details : steps_[i].scrollDetails) {
     entries.enter();
     DispatchQueue::main().async([task = self(), i, &details, entries, failed] {
       const TLScrollOutcome outcome = restoreScrollPosition(details, task->steps_[i].viewName);
+      if (const auto observer = task->observer_.lock()) observer->scrollRestored(i, details, outcome);
       if (outcome == TLScrollOutcome::failed) *failed = true;
       if (outcome != TLScrollOutcome::stalled) entries.leave();  // a stalled entry ends the run without a word
     });
@@ -91,10 +94,12 @@ void TLActionsTask::lookUpAndPerform(std::size_t i, int retriesLeft) {
   TLStepTarget target = TLStepTarget::find(step);
   TLTaskResult result;
   result.clipboardContent = clipboardText();
+  const bool isThere = step.actionType == TLActionType::systemBack || target.isThereFor(step.actionType);
+  if (const auto observer = observer_.lock()) observer->lookedUp(i, target, isThere);
   if (step.actionType == TLActionType::systemBack) {
     performSystemBack();
     finishStep(i, std::move(result));
-  } else if (target.isThereFor(step.actionType)) {
+  } else if (isThere) {
     DispatchQueue::main().async([task = self(), i, target = std::move(target), result = std::move(result)]() mutable {
       performStep(task->steps_[i], target, result);
       task->finishStep(i, std::move(result));
@@ -108,6 +113,7 @@ void TLActionsTask::lookUpAndPerform(std::size_t i, int retriesLeft) {
 }
 
 void TLActionsTask::finishStep(std::size_t i, TLTaskResult result) {
+  if (const auto observer = observer_.lock()) observer->stepEnded(i, result);
   const bool ends = runEndsAfterStep(i, steps_.size(), result.success);
   DispatchQueue::main().asyncAfter(pauseAfterStep, [task = self(), i, ends, result = std::move(result)] {
     if (!ends) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "lumicor/actions/TLAction.h"
@@ -11,6 +12,8 @@
 namespace lumicor {
 
 using namespace platform;
+
+class TLActionsObserver;
 
 /// Performs steps on the host's live screens, paced so that screens have time to appear, and reports one result.
 ///
@@ -25,6 +28,9 @@ class TLActionsTask : public Object<TLActionsTask, NSObject> {
   /// Steps sorted by index, each scroll entry's viewId already cut to its target. The callback may be none.
   explicit TLActionsTask(std::vector<TLAction> steps, Callback callback = nullptr);
 
+  /// Before the run starts. Held weakly.
+  void setObserver(std::weak_ptr<TLActionsObserver> observer) { observer_ = std::move(observer); }
+
   /// Starts the run on the current screen; without one it is a fatal programming error.
   void start();
 
@@ -36,6 +42,7 @@ class TLActionsTask : public Object<TLActionsTask, NSObject> {
 
   std::vector<TLAction> steps_;
   Callback callback_;
+  std::weak_ptr<TLActionsObserver> observer_;
 };
 
 /// Whether a run goes on after a step of that position and outcome.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lumicor/actions/TLActionsTask.h"
+#include "lumicor/actions/TLStepPreparation.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/network/LumicorNetworkTask.h"
@@ -29,18 +30,6 @@ const Ref<TLChatViewController>& chatScreen() { return TLFloaterManager::shared(
 
 void say(const std::string& text) {
   if (const auto chat = chatScreen()) chat->addMessage(text);
-}
-
-/// The part of a scroll target that names something on the screen: what follows the first "-".
-void cutScrollTarget(TLScrollActionDetails& details) {
-  const std::size_t dash = details.viewId.find('-');
-  if (dash != std::string::npos) details.viewId.erase(0, dash + 1);
-}
-
-std::vector<TLAction> prepared(std::vector<TLAction> steps) {
-  for (TLAction& step : steps) std::ranges::for_each(step.scrollDetails, cutScrollTarget);
-  std::ranges::stable_sort(steps, {}, &TLAction::index);
-  return steps;
 }
 
 std::int64_t shouldOpenChatWindow(const TLStepsAnswer& answer) {
@@ -82,7 +71,7 @@ void runEnded(const std::shared_ptr<const TLStepsAnswer>& answer, const TLTaskRe
 
 void carryOut(std::vector<TLAction> steps, const std::shared_ptr<const TLStepsAnswer>& answer) {
   LumicorNetworkTask::logEvent(LumicorLogEvent::ACTION_RESPONSE, "");
-  const auto task = make<TLActionsTask>(prepared(std::move(steps)),
+  const auto task = make<TLActionsTask>(preparedSteps(std::move(steps)),
                                         [answer](const TLTaskResult& result) { runEnded(answer, result); });
   if (const auto chat = chatScreen()) chat->closeWithoutAnimation();
   DispatchQueue::main().asyncAfter(pauseBeforeRun, [task] { task->start(); });

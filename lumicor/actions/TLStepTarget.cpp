@@ -24,7 +24,8 @@ void append(Items& items, const Items& more) { items.insert(items.end(), more.be
 Items barButtonItems(UIViewController& screen) {
   Items items;
   if (const auto navigation = screen.navigationController()) {
-    for (const Ref<UINavigationItem>& item : navigation->navigationBar()->items()) {
+    // The bar holds the items of covered screens too; only those of the one in front can be pressed.
+    if (const Ref<UINavigationItem> item = navigation->navigationBar()->topItem()) {
       append(items, item->leftBarButtonItems());
       append(items, item->rightBarButtonItems());
     }
