@@ -187,6 +187,24 @@ TEST_F(LumicorElementsTaskTest, ReadsTreesOfAnyDepthAndViewsOfAnyMaking) {
   for (const auto& view : chain) view->parts.clear();  // or the chain would be let go from within
 }
 
+TEST_F(LumicorElementsTaskTest, ReadsAndFreesAScreenNestedTwentyThousandDeep) {
+  Ref<UIView> tree = make<UIView>(CGRect{0, 0, 30, 40});
+  tree->setAccessibilityIdentifier("bottom");
+  const Weak<UIView> bottom = tree;
+  for (int i = 0; i < 20000; ++i) {
+    auto outer = make<UIView>(CGRect{0, 0, 30, 40});
+    outer->addSubview(tree);
+    tree = std::move(outer);
+  }
+  root()->addSubview(tree);
+  const auto all = LumicorElementsTask::getAllElements(root(), "tap").elements;
+  ASSERT_EQ(all.size(), 1u);
+  EXPECT_EQ(all.front().elementId(), "bottom");
+  tree->removeFromSuperview();
+  tree = nullptr;
+  EXPECT_TRUE(bottom.expired());
+}
+
 TEST_F(LumicorElementsTaskDeathTest, StopsAtGeometryThatIsNoNumber) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   Lumicor::shared().addSwiftUICoordinates("bad", {std::numeric_limits<double>::quiet_NaN(), 0, 1, 1});

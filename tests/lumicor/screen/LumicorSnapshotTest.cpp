@@ -151,4 +151,85 @@ TEST(LumicorSnapshot, FailsAsAWholeAndNamesThePlace) {
   EXPECT_THAT(decoded.error(), testing::HasSubstr("actionElement.elementDescription"));
 }
 
+// ---- Malformed input, read the way a reply is read
+
+/// Every way in which one member of a record can be wrong: gone, null, of another type, out of its range.
+std::vector<std::pair<std::string, JSONValue>> broken(const JSONValue& record, const std::string& name) {
+  const JSONValue& value = *record.find(name);
+  std::vector<std::pair<std::string, JSONValue>> all;
+  JSONValue missing = record;
+  std::erase_if(*missing.asObject(), [&](const auto& member) { return member.first == name; });
+  all.emplace_back("missing", missing);
+  const auto with = [&](const std::string& what, const JSONValue& wrong) {
+    JSONValue changed = record;
+    all.emplace_back(what, changed.set(name, wrong));
+  };
+  with("null", nullptr);
+  with("another type", value.asString() ? JSONValue(7) : JSONValue("7"));
+  with("a list of lists", JSONValue::array({JSONValue::array({})}));
+  if (!value.asObject()) with("an object", JSONValue::object({{"a", 1}}));
+  if (value.asInteger()) {
+    with("a fraction", 0.5);
+    with("beyond 64 bits", 1e19);
+  }
+  if (name == "type" || name == "inputType") {
+    with("outside the vocabulary", "TYPE_UNHEARD_OF");
+    with("of the other vocabulary", name == "type" ? "TYPE_BUTTON" : "TYPE_TEXT");
+  }
+  return all;
+}
+
+TEST(MalformedSnapshots, FailWithThePathOfWhatIsWrong) {
+  const JSONValue whole = toJSONValue(cart());
+  const auto expectRefused = [](const JSONValue& snapshot, const std::string& path, const std::string& what) {
+    const auto decoded = decodeJSON<LumicorSnapshot>(*snapshot.encode());
+    EXPECT_FALSE(decoded) << path << ": " << what;
+    EXPECT_THAT(decoded.error(), testing::StartsWith(path)) << what;
+  };
+  for (const auto& [name, value] : *whole.asObject()) {
+    for (const auto& [what, snapshot] : broken(whole, name)) expectRefused(snapshot, name, what);
+  }
+  const JSONValue& element = whole.find("elements")->asArray()->at(1);
+  for (const auto& [name, value] : *element.asObject()) {
+    for (const auto& [what, wrong] : broken(element, name)) {
+      JSONValue snapshot = whole;
+      snapshot.set("elements", JSONValue::array({element, wrong}));
+      expectRefused(snapshot, "elements[1]." + name, what);
+      expectRefused(JSONValue(whole).set("actionElement", wrong), "actionElement." + name, what);
+    }
+  }
+  const JSONValue& scroll = *whole.find("scrollDetails")->find("feed");
+  for (const auto& [name, value] : *scroll.asObject()) {
+    for (const auto& [what, wrong] : broken(scroll, name)) {
+      expectRefused(JSONValue(whole).set("scrollDetails", JSONValue::object({{"feed", wrong}})),
+                    "scrollDetails.feed." + name, what);
+    }
+  }
+}
+
+TEST(MalformedSnapshots, AreRefusedBeforeTheyCostMemoryOrStack) {
+  for (const std::string& text :
+       {std::string(100'000'000, '['), std::string(60'000'000, '['), "{\"elements\":" + std::string(100'000, '['),
+        "{\"elements\":[{\"elementId\":" + std::string(100'000, '{')}) {
+    const auto decoded = decodeJSON<LumicorSnapshot>(text);
+    EXPECT_FALSE(decoded);
+    EXPECT_FALSE(decoded.error().empty());
+    EXPECT_LT(decoded.error().size(), 500u);
+  }
+}
+
+TEST(LumicorSnapshot, StaysJSONWhateverItsIdentifiersAre) {
+  for (const std::string& id : {std::string(), std::string(1 << 20, 'x'), std::string("\xff\xc3(\0\x1f", 5),
+                                std::string("caf\xc3\xa9 \xf0\x9f\x8d\xb5")}) {
+    const auto text = encodeJSON(std::vector{element(id)});
+    ASSERT_TRUE(text);
+    const auto parsed = JSONValue::parse(*text);
+    ASSERT_TRUE(parsed) << parsed.error();
+    ASSERT_TRUE(decodeJSON<std::vector<LumicroElement>>(*text));
+    const std::string& read = *parsed->asArray()->at(0).find("elementId")->asString();
+    const bool isText = id.empty() || id[0] != '\xff';
+    EXPECT_EQ(read == id, isText);
+  }
+}
+
 }  // namespace lumicor::test
