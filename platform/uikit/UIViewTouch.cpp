@@ -4,6 +4,7 @@
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/UITextView.h"
 #include "platform/uikit/UIViewController.h"
 #include "platform/uikit/UIViewStorage.h"
 
@@ -88,9 +89,19 @@ void UIView::removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer)
 
 const std::vector<Ref<UIGestureRecognizer>>& UIView::gestureRecognizers() const { return storage_->gestureRecognizers; }
 
+namespace {
+
+/// Whether a tap is the view's own: a control's, or an editable text's. Recognisers of views around it do without.
+bool claimsTaps(const UIView& view) {
+  if (const auto* const control = dynamic_cast<const UIControl*>(&view)) return control->isEnabled();
+  const auto* const text = dynamic_cast<const UITextView*>(&view);
+  return text && text->isEditable();
+}
+
+}  // namespace
+
 bool UIView::gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) {
-  const auto* control = dynamic_cast<const UIControl*>(this);
-  if (!control || !control->isEnabled() || recognizer->view_ == this) return true;
+  if (recognizer->view_ == this || !claimsTaps(*this)) return true;
   const auto tap = as<UITapGestureRecognizer>(recognizer);
   return !tap || tap->numberOfTapsRequired() > 1 || tap->numberOfTouchesRequired() > 1;
 }
