@@ -146,6 +146,45 @@ TEST_F(TLActionsTaskTest, ReadsThePasteboardWhenTheStepBegins) {
   EXPECT_EQ(results_.at(0), (TLTaskResult{true, "a", "copied"}));
 }
 
+TEST_F(TLActionsTaskTest, TakesATargetAtTheFourthLookupAndNoLater) {
+  for (const double appears : {4.4, 4.6}) {
+    SCOPED_TRACE(appears);
+    events_.clear();
+    run({step("late")});
+    DispatchQueue::main().asyncAfter(appears, [this] { addButton("late"); });
+    RunLoop::advance(60);
+    if (appears < 4.5) {
+      EXPECT_THAT(events_, ElementsAre(Pair(4.5, "press late"), Pair(6.5, "success")));
+    } else {
+      EXPECT_THAT(events_, ElementsAre(Pair(6.5, "failure")));
+    }
+    for (const Ref<UIView>& view : std::vector(screen_->view()->subviews())) view->removeFromSuperview();
+  }
+}
+
+TEST_F(TLActionsTaskTest, FailsWhenTheScreenChangesDuringTheRun) {
+  addButton("a");
+  run({step("a"), step("a")});
+  RunLoop::advance(2);
+  const auto other = make<UIViewController>();
+  Lumicor::shared().setCurrentViewController(other);
+  RunLoop::advance(60);
+  EXPECT_THAT(events_, ElementsAre(Pair(1.5, "press a"), Pair(10.0, "failure")));
+}
+
+TEST_F(TLActionsTaskTest, TwoRunsGoOnBesideEachOther) {
+  addButton("a");
+  addButton("b");
+  run({step("a"), step("a")});
+  RunLoop::advance(1);
+  const double first = start_;
+  run({step("b")});
+  start_ = first;
+  RunLoop::advance(60);
+  EXPECT_THAT(events_, ElementsAre(Pair(1.5, "press a"), Pair(2.5, "press b"), Pair(4.5, "success"),
+                                   Pair(5.0, "press a"), Pair(7.0, "success")));
+}
+
 TEST_F(TLActionsTaskTest, RunsThousandsOfSteps) {
   addButton("a");
   run(std::vector<TLAction>(10000, step("a")));
@@ -260,6 +299,29 @@ TEST_F(ScrollStepTest, PrefersATableOverAScrollViewOfTheSameName) {
   EXPECT_EQ(restoreScrollPosition({"feed", {0, 7}}, "CartScreen"), TLScrollOutcome::restored);
   EXPECT_EQ(scroll->contentOffset(), before);
   EXPECT_EQ(table->contentOffset(), (CGPoint{0, 7}));
+}
+
+TEST_F(ScrollStepTest, FindsTheCellThatCameIntoView) {
+  struct Rows : Object<Rows, NSObject> {
+    std::int64_t count(const Ref<UITableView>&, std::int64_t) { return 500; }
+    Ref<UITableViewCell> cell(const Ref<UITableView>&, const IndexPath& path) {
+      auto cell = make<UITableViewCell>();
+      cell->setAccessibilityIdentifier("row-" + std::to_string(path.row()));
+      return cell;
+    }
+    static void exportMethods(MethodTable<Rows>& table) {
+      table.add<&Rows::count>("tableView:numberOfRowsInSection:").add<&Rows::cell>("tableView:cellForRowAtIndexPath:");
+    }
+  };
+  const auto rows = make<Rows>();
+  const auto table = add<UITableView>("feed", CGRect{0, 0, 100, 400}, UITableViewStyle::plain);
+  table->setRowHeight(40);
+  table->setDataSource(rows);
+  TLAction choose = step("row-250");
+  choose.scrollDetails = {{"feed", {0, 10000}}};
+  run({choose});
+  RunLoop::advance(60);
+  EXPECT_EQ(table->indexPathForSelectedRow(), IndexPath(250, 0));
 }
 
 TEST_F(ScrollStepTest, FailsBeforeAnyLookupWhenNothingGoesByTheName) {

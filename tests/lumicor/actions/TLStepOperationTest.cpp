@@ -366,6 +366,18 @@ TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
   EXPECT_EQ(host_->heard.size(), 2U);
 }
 
+TEST_F(StepOperationTest, LeavesBarButtonsOfACoveredScreenAlone) {
+  const auto below = make<UIViewController>();
+  const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, host_, sel("onTap:"));
+  item->setAccessibilityIdentifier("add");
+  below->navigationItem()->setRightBarButtonItem(item);
+  const auto navigation = make<UINavigationController>(below);
+  show(navigation);
+  navigation->pushViewController(screen_, false);
+  RunLoop::advance(1);
+  EXPECT_EQ(TLStepTarget::find(step("add")).barButtonItem, nullptr);
+}
+
 TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
   const auto control = make<UIButton>();
   control->addTarget(host_, sel("onTap:"), UIControlEvents::touchUpInside | UIControlEvents::touchDown);

@@ -1,0 +1,52 @@
+#include <gmock/gmock.h>
+
+#include "lumicor/core/Lumicor.h"
+#include "lumicor/screen/LumicorLabel.h"
+#include "platform/declarative/UIHostingController.h"
+#include "platform/uikit/UINavigationController.h"
+#include "tests/support/AppFixture.h"
+
+namespace lumicor::test {
+
+using namespace platform::declarative;
+using testing::HasSubstr;
+
+class LumicorLabelTest : public platform::test::AppFixture {
+ protected:
+  SwiftUICoordinates region() { return Lumicor::shared().getSwiftUICoordinates().at("price"); }
+  double top_ = 100;
+  Ref<UIHostingController> screen_ = make<UIHostingController>([this] {
+    return VStack({Color(UIColor::systemRed()).frame(10, top_),
+                   lumicorLabel(Color(UIColor::systemBlue()).frame(80, 40), "price"), Spacer()},
+                  0);
+  });
+};
+
+TEST_F(LumicorLabelTest, KeepsTheRegionWhereTheViewIsAndWhetherItShows) {
+  Lumicor::shared().setShouldEnableDebug(true);
+  testing::internal::CaptureStdout();
+  const auto navigation = make<UINavigationController>(screen_);
+  navigation->setNavigationBarHidden(true, false);
+  show(navigation);
+  advance(1);
+  EXPECT_EQ(region().rect, (CGRect{155, 147, 80, 40}));
+  EXPECT_TRUE(region().isVisible);
+  top_ = 130;
+  screen_->setNeedsUpdate();
+  advance(0.1);
+  EXPECT_EQ(region().rect, (CGRect{155, 177, 80, 40}));
+
+  navigation->pushViewController(make<UIViewController>(), false);
+  advance(1);
+  EXPECT_FALSE(region().isVisible);
+  EXPECT_EQ(region().rect, (CGRect{155, 177, 80, 40})) << "the place is kept";
+  navigation->popViewControllerAnimated(false);
+  advance(1);
+  EXPECT_TRUE(region().isVisible);
+  const std::string log = testing::internal::GetCapturedStdout();
+  Lumicor::shared().setShouldEnableDebug(false);
+  EXPECT_THAT(log, HasSubstr(", Remove Position price\n"));
+  EXPECT_THAT(log, HasSubstr(", Add back Position price\n"));
+}
+
+}  // namespace lumicor::test
