@@ -222,11 +222,40 @@ TEST_F(TLActionsTaskTest, TakesEveryTabBackToItsRootFirst) {
   inner->pushViewController(make<UIViewController>(), false);
   plain->addChildViewController(inner);  // leads to the same tab bar controller again
   const auto tabs = make<UITabBarController>();
-  tabs->setViewControllers({plain, first});
+  const auto second = make<UINavigationController>(make<UIViewController>());
+  second->pushViewController(make<UIViewController>(), false);
+  tabs->setViewControllers({plain, first, second});
   show(tabs);
   start({});
   EXPECT_EQ(first->viewControllers().size(), 1U);
+  EXPECT_EQ(second->viewControllers().size(), 1U);
   EXPECT_EQ(inner->viewControllers().size(), 2U) << "only tabs are reset, not what lies inside their screens";
+}
+
+TEST_F(TLActionsTaskTest, TakesTheNavigationAroundATabAndTheTabsOfChildrenBackToo) {
+  struct Embedding : Object<Embedding, UIViewController> {  // a child that belongs to other tabs
+    Ref<UITabBarController> tabs;
+    Ref<UITabBarController> tabBarController() const override { return tabs; }
+  };
+  const auto embedded = make<UINavigationController>(make<UIViewController>());
+  embedded->pushViewController(make<UIViewController>(), false);
+  const auto child = make<Embedding>();
+  child->tabs = make<UITabBarController>();
+  child->tabs->setViewControllers({embedded});
+  const auto plain = make<UIViewController>();
+  plain->addChildViewController(child);
+  const auto tabs = make<UITabBarController>();
+  tabs->setViewControllers({screen_, plain});
+  show(tabs);
+  start({});
+  EXPECT_EQ(embedded->viewControllers().size(), 1U);
+
+  const auto around = make<UINavigationController>(tabs);
+  show(around);
+  around->pushViewController(make<UIViewController>(), false);
+  Lumicor::shared().setCurrentViewController(plain);
+  start({});
+  EXPECT_EQ(around->viewControllers().size(), 1U);
 }
 
 TEST_F(TLActionsTaskTest, ResetsNothingWithoutATabBar) {
@@ -256,7 +285,9 @@ class ScrollStepTest : public TLActionsTaskTest {
     struct Source : Object<Source, NSObject> {
       std::int64_t items(Ref<UICollectionView>, std::int64_t) { return 20; }
       Ref<UICollectionViewCell> item(Ref<UICollectionView> grid, IndexPath path) {
-        return grid->dequeueReusableCell("cell", path);
+        auto cell = grid->dequeueReusableCell("cell", path);
+        cell->setAccessibilityIdentifier("item-" + std::to_string(path.item()));
+        return cell;
       }
       static void exportMethods(MethodTable<Source>& table) {
         table.add<&Source::items>("collectionView:numberOfItemsInSection:");
@@ -302,26 +333,16 @@ TEST_F(ScrollStepTest, PrefersATableOverAScrollViewOfTheSameName) {
 }
 
 TEST_F(ScrollStepTest, FindsTheCellThatCameIntoView) {
-  struct Rows : Object<Rows, NSObject> {
-    std::int64_t count(const Ref<UITableView>&, std::int64_t) { return 500; }
-    Ref<UITableViewCell> cell(const Ref<UITableView>&, const IndexPath& path) {
-      auto cell = make<UITableViewCell>();
-      cell->setAccessibilityIdentifier("row-" + std::to_string(path.row()));
-      return cell;
-    }
-    static void exportMethods(MethodTable<Rows>& table) {
-      table.add<&Rows::count>("tableView:numberOfRowsInSection:").add<&Rows::cell>("tableView:cellForRowAtIndexPath:");
-    }
-  };
-  const auto rows = make<Rows>();
-  const auto table = add<UITableView>("feed", CGRect{0, 0, 100, 400}, UITableViewStyle::plain);
-  table->setRowHeight(40);
-  table->setDataSource(rows);
-  TLAction choose = step("row-250");
-  choose.scrollDetails = {{"feed", {0, 10000}}};
-  run({choose});
-  RunLoop::advance(60);
-  EXPECT_EQ(table->indexPathForSelectedRow(), IndexPath(250, 0));
+  const auto grid = addGrid();
+  TLAction choose = step("item-14");
+  choose.scrollDetails = {{"LumicorCollectionView-list-0-14", {0, 0}}};
+  TLAction back = step("item-2");
+  back.scrollDetails = {{"list", {200, 0}}};
+  run({choose, back});
+  RunLoop::advance(1.6);
+  EXPECT_EQ(grid->indexPathsForSelectedItems(), std::vector{IndexPath(14, 0)}) << "at the first look-up";
+  RunLoop::advance(3.5);
+  EXPECT_EQ(grid->indexPathsForSelectedItems(), std::vector{IndexPath(2, 0)});
 }
 
 TEST_F(ScrollStepTest, FailsBeforeAnyLookupWhenNothingGoesByTheName) {
