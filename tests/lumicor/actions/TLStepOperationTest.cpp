@@ -350,6 +350,12 @@ TEST_F(StepOperationTest, FindsTheTabBarHolderBehindAModal) {
   EXPECT_EQ(TLStepTarget::find(step("x")).tabBarHolder, tabs);
 }
 
+TEST_F(StepOperationTest, FindsTheTabBarHolderAmongChildren) {
+  const auto tabs = make<UITabBarController>();
+  screen_->addChildViewController(tabs);
+  EXPECT_EQ(TLStepTarget::find(step("x")).tabBarHolder, tabs);
+}
+
 // ---- Bars
 
 TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
