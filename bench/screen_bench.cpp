@@ -22,6 +22,10 @@
 #ifdef BENCH_WITH_NLOHMANN
 #include <nlohmann/json.hpp>
 #endif
+#ifdef BENCH_WITH_RAPIDJSON
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+#endif
 
 namespace {
 
@@ -52,25 +56,25 @@ Ref<UIView> namedView(std::size_t i) {
   }
 }
 
-/// A window with ten sections of ten rows of ten cells of ten views, the first of which is named. Some named views
-/// bring views of their own along; fewer plain ones are added then.
+/// A window with sections of ten rows of ten cells of ten views, the first of which is named; ten sections make 10,000.
+/// Some named views bring views of their own along; fewer plain ones are added then.
 struct Screen {
   Ref<UIWindow> window = make<UIWindow>(CGRect{0, 0, 390, 844});
   std::size_t views = 0;
 
-  Screen() {
+  explicit Screen(std::size_t wanted) {
     const auto controller = make<UIViewController>();
     window->setRootViewController(controller);
     window->makeKeyAndVisible();
-    for (std::size_t section = 0; section < 10; ++section) {
-      const auto sectionView = add(controller->view(), make<UIView>(CGRect{0, 0, 390, 800}));
-      for (std::size_t row = 0; row < 10; ++row) {
-        const auto rowView = add(sectionView, make<UIView>(CGRect{0, 80.0 * static_cast<double>(row), 390, 80}));
-        for (std::size_t cell = 0; cell < 10; ++cell) fillCell(rowView, section * 100 + row * 10 + cell);
-      }
+    Ref<UIView> section;
+    Ref<UIView> row;
+    for (std::size_t cell = 0; cell < wanted / 10; ++cell) {
+      if (cell % 100 == 0) section = add(controller->view(), make<UIView>(CGRect{0, 0, 390, 800}));
+      if (cell % 10 == 0) row = add(section, make<UIView>(CGRect{0, static_cast<double>(cell % 100) * 8, 390, 80}));
+      fillCell(row, cell);
     }
     views = count(*controller->view());
-    while (views < allViews) {
+    while (views < wanted) {
       add(controller->view(), make<UIView>(CGRect{0, 0, 1, 1}));
       ++views;
     }
@@ -98,7 +102,7 @@ struct Screen {
 };
 
 const Screen& screen() {
-  static const Screen screen;
+  static const Screen screen(allViews);
   return screen;
 }
 
@@ -160,6 +164,44 @@ void dumpWithNlohmann() {
 }
 #endif
 
+#ifdef BENCH_WITH_RAPIDJSON
+/// The same text by a packaged streaming writer, keys and all named by hand.
+void writeWithRapidJson() {
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  const auto text = [&writer](const char* key, std::string_view value) {
+    writer.Key(key);
+    writer.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
+  };
+  const auto number = [&writer](const char* key, std::int64_t value) {
+    writer.Key(key);
+    writer.Int64(value);
+  };
+  writer.StartArray();
+  for (const LumicroElement& e : elements().elements) {
+    writer.StartObject();
+    text("elementId", e.elementId());
+    text("fragmentId", e.fragmentId());
+    number("x", e.x());
+    number("y", e.y());
+    number("width", e.width());
+    number("height", e.height());
+    text("actionName", e.actionName());
+    writer.Key("isNavigational");
+    writer.Bool(e.isNavigational());
+    text("actionId", e.actionId());
+    text("destination", e.destination());
+    text("value", e.value());
+    text("elementDescription", e.elementDescription());
+    text("type", rawValue(e.type()));
+    text("inputType", rawValue(e.inputType()));
+    writer.EndObject();
+  }
+  writer.EndArray();
+  benchmark::DoNotOptimize(buffer.GetString());
+}
+#endif
+
 /// The same records read by hand with the parser that the platform builds on.
 std::vector<LumicroElement> parseBySimdjson(const simdjson::padded_string& text) {
   static simdjson::ondemand::parser parser;
@@ -198,8 +240,11 @@ void measure(benchmark::State& state, Work work, std::initializer_list<std::pair
   for (const auto& [name, reference] : references) state.counters[name] = own / timeOf(reference);
 }
 
-/// Of a benchmark that wrote the elements: how long it took against a packaged writer.
-void compareWithNlohmann([[maybe_unused]] benchmark::State& state) {
+/// Of a benchmark that wrote the elements: how long it took against packaged writers.
+void compareWithWriters([[maybe_unused]] benchmark::State& state) {
+#ifdef BENCH_WITH_RAPIDJSON
+  state.counters["x_rapidjson"] = state.counters["ns_per_named"] * namedViews / 1e9 / timeOf(writeWithRapidJson);
+#endif
 #ifdef BENCH_WITH_NLOHMANN
   state.counters["x_nlohmann"] = state.counters["ns_per_named"] * namedViews / 1e9 / timeOf(dumpWithNlohmann);
 #endif
@@ -219,7 +264,7 @@ BENCHMARK(Read);
 
 void Encode(benchmark::State& state) {
   measure(state, [] { benchmark::DoNotOptimize(encodeJSON(elements().elements)); }, {{"x_memcpy", copyBytes}});
-  compareWithNlohmann(state);
+  compareWithWriters(state);
   state.counters["bytes"] = static_cast<double>(encodedElements().size());
 }
 BENCHMARK(Encode);
@@ -228,6 +273,21 @@ void ReadAndEncode(benchmark::State& state) {
   measure(state, [] { benchmark::DoNotOptimize(encodeJSON(readScreen().elements)); }, {{"x_walk", walkScreen}});
 }
 BENCHMARK(ReadAndEncode);
+
+/// The same for screens of other sizes: the time for each named view should stay.
+void ReadAndEncodeScreenOf(benchmark::State& state) {
+  const auto views = static_cast<std::size_t>(state.range(0));
+  const Screen other(views);
+  other.window->makeKeyAndVisible();
+  const auto work = [&] {
+    benchmark::DoNotOptimize(encodeJSON(LumicorElementsTask::getAllElements(other.root(), "tap").elements));
+  };
+  for (auto _ : state) work();
+  state.counters["ns_per_named"] = timeOf(work) / static_cast<double>(views / 10) * 1e9;
+  state.counters["x_walk"] = timeOf(work) / timeOf([&] { benchmark::DoNotOptimize(Screen::count(*other.root())); });
+  screen().window->makeKeyAndVisible();
+}
+BENCHMARK(ReadAndEncodeScreenOf)->Arg(100)->Arg(1000)->Arg(10000)->Arg(100000);
 
 void Decode(benchmark::State& state) {
   measure(state, [] { benchmark::DoNotOptimize(decodeJSON<std::vector<LumicroElement>>(encodedElements())); },

@@ -207,11 +207,12 @@ TEST_F(TLActionsTaskTest, GoesBackAndSucceedsEvenWithoutAnywhereToGo) {
   EXPECT_THAT(events_, ElementsAre(Pair(3.5, "success")));
 
   const auto navigation = make<UINavigationController>(make<UIViewController>());
+  navigation->pushViewController(make<UIViewController>(), false);
   navigation->pushViewController(screen_, false);
   show(navigation);
   run({step("", "TYPE_SYSTEM_BACK")});
   RunLoop::advance(1.6);
-  EXPECT_EQ(navigation->viewControllers().size(), 1U);
+  EXPECT_EQ(navigation->viewControllers().size(), 2U);
 }
 
 TEST_F(TLActionsTaskTest, TakesEveryTabBackToItsRootFirst) {

@@ -294,17 +294,17 @@ TEST_F(CellStepTest, LeavesACellThatLeftItsTableMeanwhileAlone) {
 TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
   const auto navigation = make<UINavigationController>(screen_);
   show(navigation);
-  goods_->prefix = "SegueIdentifier-to-detail ";
+  goods_->prefix = "tea SegueIdentifier-to-SegueIdentifier-detail ";  // its name is what follows the first mark
   addTable();
   struct Detail : Object<Detail, UIViewController> {};
   int made = 0;
-  screen_->registerSegue("to-detail 1", UIViewController::SegueKind::show, [&] {
+  screen_->registerSegue("to-SegueIdentifier-detail 1", UIViewController::SegueKind::show, [&] {
     ++made;
     return make<Detail>();
   });
-  EXPECT_EQ(perform(step("SegueIdentifier-to-detail 2")), done) << "a segue that nobody registered is passed over";
+  EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 2")), done) << "a segue that nobody registered is passed over";
   EXPECT_EQ(made, 0);
-  EXPECT_EQ(perform(step("SegueIdentifier-to-detail 1")), done);
+  EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 1")), done);
   EXPECT_EQ(made, 1);
   EXPECT_EQ(navigation->viewControllers().size(), 2U);
   RunLoop::advance(1);  // the screen has slid in: nothing holds the two any more
@@ -386,8 +386,9 @@ TEST_F(StepOperationTest, LeavesBarButtonsOfACoveredScreenAlone) {
 
 TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
   const auto control = make<UIButton>();
-  control->addTarget(host_, sel("onTap:"), UIControlEvents::touchUpInside | UIControlEvents::touchDown);
-  control->addTarget(host_, sel("onTap:"), UIControlEvents::touchDown);
+  const auto other = make<Host>();
+  control->addTarget(host_, sel("onTap:"), UIControlEvents::touchUpInside);
+  control->addTarget(other, sel("onTap:"), UIControlEvents::touchDown);
   const auto item = make<UIBarButtonItem>(control);
   item->setAccessibilityIdentifier("filter");
   const auto toolbar = make<UIToolbar>(CGRect{0, 0, 390, 44});
@@ -395,6 +396,7 @@ TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
   screen_->view()->addSubview(toolbar);
   EXPECT_EQ(perform(step("filter")), done);
   EXPECT_THAT(host_->heard, ElementsAre("tap by UIButton"));
+  EXPECT_THAT(other->heard, IsEmpty());
 
   item->setCustomView(nullptr);
   EXPECT_EQ(perform(step("filter")), done) << "an item that does nothing was pressed all the same";
