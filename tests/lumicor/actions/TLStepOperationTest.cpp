@@ -221,6 +221,7 @@ TEST_F(StepOperationTest, FindsTheSearchControllerOfAParentPresenterOrChild) {
 struct Goods : Object<Goods, NSObject> {
   std::vector<std::string> heard;
   std::string prefix = "row ";
+  std::string itemPrefix = "item ";
   std::int64_t count(Ref<UITableView>, std::int64_t) { return 3; }
   std::int64_t itemCount(Ref<UICollectionView>, std::int64_t) { return 3; }
   Ref<UITableViewCell> cell(Ref<UITableView> table, IndexPath path) {
@@ -230,7 +231,7 @@ struct Goods : Object<Goods, NSObject> {
   }
   Ref<UICollectionViewCell> item(Ref<UICollectionView> grid, IndexPath path) {
     const auto cell = grid->dequeueReusableCell("cell", path);
-    cell->setAccessibilityIdentifier("item " + std::to_string(path.item()));
+    cell->setAccessibilityIdentifier(itemPrefix + std::to_string(path.item()));
     return cell;
   }
   void selected(Ref<UITableView>, IndexPath path) { heard.push_back("row " + std::to_string(path.row())); }
@@ -255,6 +256,14 @@ class CellStepTest : public StepTest {
     table->layoutIfNeeded();
     return table;
   }
+  Ref<UICollectionView> addGrid() {
+    const auto grid = add<UICollectionView>("grid", CGRect{0, 0, 390, 300}, make<UICollectionViewFlowLayout>());
+    grid->registerClass<UICollectionViewCell>("cell");
+    grid->setDataSource(goods_);
+    grid->setDelegate(goods_);
+    grid->layoutIfNeeded();
+    return grid;
+  }
   Ref<Goods> goods_ = make<Goods>();
 };
 
@@ -270,11 +279,7 @@ TEST_F(CellStepTest, SelectsARowAndTellsTheDelegate) {
 }
 
 TEST_F(CellStepTest, SelectsAnItemAndTellsTheDelegate) {
-  const auto grid = add<UICollectionView>("grid", CGRect{0, 0, 390, 300}, make<UICollectionViewFlowLayout>());
-  grid->registerClass<UICollectionViewCell>("cell");
-  grid->setDataSource(goods_);
-  grid->setDelegate(goods_);
-  grid->layoutIfNeeded();
+  const auto grid = addGrid();
   EXPECT_EQ(perform(step("item 2")), done);
   EXPECT_THAT(grid->indexPathsForSelectedItems(), ElementsAre(IndexPath(2, 0)));
   EXPECT_THAT(goods_->heard, ElementsAre("item 2"));
@@ -302,10 +307,19 @@ TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
     ++made;
     return make<Detail>();
   });
-  EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 2")), done) << "a segue that nobody registered is passed over";
+  EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 2")), done)
+      << "a segue that nobody registered is passed over";
   EXPECT_EQ(made, 0);
   EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 1")), done);
   EXPECT_EQ(made, 1);
+  RunLoop::advance(1);
+  navigation->popViewControllerAnimated(false);
+  RunLoop::advance(1);
+
+  goods_->itemPrefix = "an item, SegueIdentifier-to-SegueIdentifier-detail ";
+  addGrid();
+  EXPECT_EQ(perform(step("an item, SegueIdentifier-to-SegueIdentifier-detail 1")), done);
+  EXPECT_EQ(made, 2);
   EXPECT_EQ(navigation->viewControllers().size(), 2U);
   RunLoop::advance(1);  // the screen has slid in: nothing holds the two any more
 }
