@@ -179,6 +179,9 @@ void ViewLayout::didEnterSuperview(UIView& view) {
 }
 
 void ViewLayout::didChangeSafeArea(UIView& view) {
+  // Looking for the engine climbs the tree: not for views whose guides nobody asked for.
+  const ViewLayout* const state = ifAny(view);
+  if (!state || (!state->safeAreaGuide_ && !state->marginsGuide_)) return;
   if (LayoutEngine* const engine = engineOf(view)) engine->insetsDidChange(view);
 }
 
