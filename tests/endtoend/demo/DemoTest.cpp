@@ -38,9 +38,10 @@ class Demo : public testing::Test {
     return service;
   }
 
-  int play(std::string* said) {
-    ChildProcess shop({TEASHOP_PROGRAM, "--service", address_, "--play", folder_ / "out", "--fast"},
-                      {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}});
+  int play(std::string* said, const std::vector<std::string>& options = {}) {
+    std::vector<std::string> command = {TEASHOP_PROGRAM, "--service", address_, "--play", folder_ / "out", "--fast"};
+    command.insert(command.end(), options.begin(), options.end());
+    ChildProcess shop(command, {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}});
     *said = shop.readAll();
     return shop.wait();
   }
@@ -76,6 +77,20 @@ TEST_F(Demo, PlacesTheOrderAndWritesAReportThatShowsIt) {
     EXPECT_NE(report.find(file.path().filename().string()), std::string::npos);
   }
   EXPECT_GE(pictures, 8);
+}
+
+TEST_F(Demo, CarriesOutEveryRequestThatTheShopsTaskFileHolds) {
+  const auto service = startService();
+  std::string said;
+  ASSERT_EQ(play(&said, {"--all"}), 0) << said;
+  const auto tasks = platform::JSONValue::parse(contentOf(fs::path(ASSISTANT_FOLDER) / "tasks.json"));
+  ASSERT_TRUE(tasks);
+  const std::string exchange = contentOf(folder_ / "out" / "http.jsonl");
+  for (const platform::JSONValue& task : *tasks->find("tasks")->asArray()) {
+    if (!task.find("steps")) continue;
+    const std::string event = R"({\"eventName\":\"TASK_SUCCESS\",\"taskId\":\")" + *task.find("id")->asString();
+    EXPECT_NE(exchange.find(event), std::string::npos) << *task.find("id")->asString();
+  }
 }
 
 TEST_F(Demo, EndsWithAnErrorWhenThereIsNoService) {
