@@ -5,6 +5,7 @@
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/NotificationCenter.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIBarButtonItem.h"
 #include "platform/uikit/UIButton.h"
@@ -25,14 +26,6 @@ namespace {
 
 constexpr double resignDelay = 0.5;
 constexpr std::string_view seguePrefix = "SegueIdentifier-";
-
-/// Sends a message to a receiver that is still there and answers it; false otherwise.
-template <class... Args>
-bool sendWhenHandled(const Ref<NSObject>& receiver, SEL selector, const Args&... args) {
-  if (!receiver || !receiver->respondsToSelector(selector)) return false;
-  receiver->perform(selector, args...);
-  return true;
-}
 
 void resignLater(const Ref<UIResponder>& responder) {
   DispatchQueue::main().asyncAfter(resignDelay, [weak = Weak<UIResponder>(responder)] {
@@ -58,7 +51,7 @@ void selectPickerRow(const Ref<UIPickerView>& picker, const std::string& value) 
   if (at->component < 0 || at->component >= picker->numberOfComponents()) return;
   if (at->row < 0 || at->row >= picker->numberOfRowsInComponent(at->component)) return;
   picker->selectRow(at->row, at->component, true);
-  sendWhenHandled(picker->delegate(), didSelect, picker, at->row, at->component);
+  sendOptional(picker->delegate(), didSelect, picker, at->row, at->component);
 }
 
 void pickInTextField(const Ref<UITextField>& field, const TLAction& step, TLTaskResult&) {
@@ -87,15 +80,15 @@ void searchInSearchBar(const Ref<UISearchBar>& bar, const TLAction& step, TLTask
   bar->setText(step.value);
   const Ref<NSObject> delegate = bar->delegate();
   if (delegate && delegate->respondsToSelector(searchClicked)) {
-    sendWhenHandled(delegate, textDidChange, bar, step.value);
-    sendWhenHandled(delegate, searchClicked, bar);
+    sendOptional(delegate, textDidChange, bar, step.value);
+    sendOptional(delegate, searchClicked, bar);
   }
   resignLater(bar);
 }
 
 void cancelSearchBar(const Ref<UISearchBar>& bar, const TLAction&, TLTaskResult&) {
   static const SEL cancelClicked = sel("searchBarCancelButtonClicked:");
-  sendWhenHandled(bar->delegate(), cancelClicked, bar);
+  sendOptional(bar->delegate(), cancelClicked, bar);
 }
 
 void pressButton(const Ref<UIButton>& button, const TLAction&, TLTaskResult& result) {
@@ -119,7 +112,7 @@ void selectTableRow(const Ref<UITableViewCell>& cell, const TLAction& step, TLTa
   const auto indexPath = table ? table->indexPathForCell(cell) : std::nullopt;
   if (!indexPath) return;
   table->selectRow(*indexPath, false, UITableViewScrollPosition::none);
-  sendWhenHandled(table->delegate(), didSelect, table, *indexPath);
+  sendOptional(table->delegate(), didSelect, table, *indexPath);
   performSegueNamedIn(step.elementId);
 }
 
@@ -129,7 +122,7 @@ void selectCollectionItem(const Ref<UICollectionViewCell>& cell, const TLAction&
   const auto indexPath = collection ? collection->indexPathForCell(cell) : std::nullopt;
   if (!indexPath) return;
   collection->selectItem(*indexPath, false, UICollectionViewScrollPosition::none);
-  sendWhenHandled(collection->delegate(), didSelect, collection, *indexPath);
+  sendOptional(collection->delegate(), didSelect, collection, *indexPath);
   performSegueNamedIn(step.elementId);
 }
 
@@ -213,8 +206,8 @@ void searchThroughController(UISearchController& search, const std::string& valu
   search.setActive(true);
   const auto bar = search.searchBar();
   bar->setText(value);
-  sendWhenHandled(bar->delegate(), searchClicked, bar);
-  sendWhenHandled(bar->delegate(), textDidChange, bar, bar->text().value_or(""));
+  sendOptional(bar->delegate(), searchClicked, bar);
+  sendOptional(bar->delegate(), textDidChange, bar, bar->text().value_or(""));
   resignLater(bar);
 }
 
@@ -227,7 +220,7 @@ bool useSearchController(const TLAction& step, const TLStepTarget& target) {
   if (step.actionType != TLActionType::searchCancel) return false;
   static const SEL cancelClicked = sel("searchBarCancelButtonClicked:");
   const auto bar = target.searchController->searchBar();
-  sendWhenHandled(bar->delegate(), cancelClicked, bar);
+  sendOptional(bar->delegate(), cancelClicked, bar);
   return true;
 }
 

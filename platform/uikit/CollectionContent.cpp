@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/runtime/OptionalMessage.h"
+
 namespace platform {
 
 namespace {
@@ -68,11 +70,9 @@ void CollectionContent::stamp(UICollectionReusableView& made, const std::string&
 Ref<UICollectionViewCell> CollectionContent::makeCell(IndexPath path) const {
   static const SEL cellForItem = sel("collectionView:cellForItemAtIndexPath:");
   Ref<UICollectionViewCell> cell;
-  const Ref<NSObject> source = dataSource.lock();
   UIView::performWithoutAnimation([&] {
-    if (source && source->respondsToSelector(cellForItem)) {
-      cell = source->perform<Ref<UICollectionViewCell>>(cellForItem, view.shared_from_this(), path);
-    }
+    cell = askOptional<Ref<UICollectionViewCell>>(dataSource.lock(), cellForItem, view.shared_from_this(), path)
+               .value_or(nullptr);
     if (!cell) cell = make<UICollectionViewCell>();
   });
   return cell;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/dispatch/DispatchWorkItem.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TableChanges.h"
 #include "platform/uikit/UICollectionView.h"
 
@@ -76,10 +77,7 @@ class CollectionContent {
 
   template <class... Args>
   void tell(SEL selector, const Args&... args) const {
-    const Ref<NSObject> receiver = view.delegate();
-    if (receiver && receiver->respondsToSelector(selector)) {
-      receiver->perform(selector, view.shared_from_this(), args...);
-    }
+    sendOptional(view.delegate(), selector, view.shared_from_this(), args...);
   }
   bool ask(SEL selector, IndexPath path) const;
 

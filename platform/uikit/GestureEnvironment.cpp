@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TouchDispatcher.h"
 #include "platform/uikit/UIView.h"
 
@@ -18,8 +19,7 @@ bool hasRecognized(State state) { return state == State::began || state == State
 
 /// Asks the delegate of `recognizer` about the other one; no without a delegate that answers.
 bool delegateSays(const Recognizer& recognizer, SEL question, const Recognizer& other) {
-  const Ref<NSObject> delegate = recognizer->delegate();
-  return delegate && delegate->respondsToSelector(question) && delegate->perform<bool>(question, recognizer, other);
+  return askOptional<bool>(recognizer->delegate(), question, recognizer, other).value_or(false);
 }
 
 bool mayRunTogether(const Recognizer& a, const Recognizer& b) {
@@ -202,10 +202,7 @@ GestureEnvironment::Verdict GestureEnvironment::judge(const Recognizer& recogniz
   if (wait) return Verdict::wait;
 
   static const SEL shouldBegin = sel("gestureRecognizerShouldBegin:");
-  const Ref<NSObject> delegate = recognizer->delegate();
-  if (delegate && delegate->respondsToSelector(shouldBegin) && !delegate->perform<bool>(shouldBegin, recognizer)) {
-    return Verdict::refused;
-  }
+  if (!askOptional<bool>(recognizer->delegate(), shouldBegin, recognizer).value_or(true)) return Verdict::refused;
   return viewsAllow(recognizer) ? Verdict::granted : Verdict::refused;
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIViewControllerTransitioning.h"
 
 namespace platform {
@@ -54,9 +55,7 @@ void NavigationTransition::end(bool completed) {
   const auto keeper = shared_from_this();
   clearSlide();
   if (plan_.animator) {
-    if (plan_.animator->respondsToSelector(sel("animationEnded:"))) {
-      plan_.animator->perform(sel("animationEnded:"), completed);
-    }
+    sendOptional(plan_.animator, sel("animationEnded:"), completed);
     // It is often the animation controller that calls, from the middle of its own work: let it live through this turn.
     DispatchQueue::main().async([keeper] {});
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UITouch.h"
@@ -127,17 +128,13 @@ Ref<UIView> PickerWheel::makeRow(std::int64_t row) {
   static const SEL titleForRow = sel("pickerView:titleForRow:forComponent:");
   const Ref<NSObject> picker = picker_->shared_from_this();
   const Ref<NSObject> delegate = picker_->delegate();
-  if (delegate && delegate->respondsToSelector(viewForRow)) {
-    const Ref<UIView> view = delegate->perform<Ref<UIView>>(viewForRow, picker, row, component_, Ref<NSObject>());
-    if (view) return view;
-  }
+  const auto own = askOptional<Ref<UIView>>(delegate, viewForRow, picker, row, component_, Ref<NSObject>());
+  if (own && *own) return *own;
   const Ref<UILabel> label = make<UILabel>();
   label->setFont(UIFont::systemFont(21));
   label->setTextAlignment(NSTextAlignment::center);
   label->setAdjustsFontSizeToFitWidth(true);
-  if (delegate && delegate->respondsToSelector(titleForRow)) {
-    label->setText(delegate->perform<std::string>(titleForRow, picker, row, component_));
-  }
+  label->setText(askOptional<std::string>(delegate, titleForRow, picker, row, component_));
   return label;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/dispatch/DispatchWorkItem.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TableChanges.h"
 #include "platform/uikit/TableGeometry.h"
 #include "platform/uikit/UITableView.h"
@@ -116,20 +117,15 @@ class TableContent {
 
   template <class... Args>
   void tell(SEL selector, const Args&... args) const {
-    const Ref<NSObject> receiver = table.delegate();
-    if (receiver && receiver->respondsToSelector(selector)) receiver->perform(selector, shared(), args...);
+    sendOptional(table.delegate(), selector, shared(), args...);
   }
   template <class R, class... Args>
   std::optional<R> ask(SEL selector, const Args&... args) const {
-    const Ref<NSObject> receiver = table.delegate();
-    if (!receiver || !receiver->respondsToSelector(selector)) return std::nullopt;
-    return receiver->perform<R>(selector, shared(), args...);
+    return askOptional<R>(table.delegate(), selector, shared(), args...);
   }
   template <class R, class... Args>
   std::optional<R> askSource(SEL selector, const Args&... args) const {
-    const Ref<NSObject> receiver = dataSource.lock();
-    if (!receiver || !receiver->respondsToSelector(selector)) return std::nullopt;
-    return receiver->perform<R>(selector, shared(), args...);
+    return askOptional<R>(dataSource.lock(), selector, shared(), args...);
   }
   Ref<NSObject> shared() const { return table.shared_from_this(); }
 

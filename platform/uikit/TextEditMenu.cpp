@@ -5,6 +5,7 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIScreen.h"
@@ -92,12 +93,23 @@ bool TextEditMenu::pointInside(CGPoint point, const Ref<UIEvent>& event) const {
   return false;
 }
 
+bool TextEditMenu::performShortcut(NSObject& owner, char letter) {
+  static constexpr std::pair<char, const char*> shortcuts[] = {
+      {'a', "selectAll:"}, {'c', "copy:"}, {'x', "cut:"}, {'v', "paste:"}};
+  for (const auto& [key, command] : shortcuts) {
+    if (key != letter) continue;
+    owner.perform(sel(command), Ref<NSObject>());
+    return true;
+  }
+  return false;
+}
+
 void TextEditMenu::choose(const Ref<NSObject>& button) {
   const Ref<TextEditMenu> keeper = self();
   dismiss();
   const Ref<UIView> owner = owner_.lock();
   for (const auto& [known, command] : choices_) {
-    if (known == button && owner && owner->respondsToSelector(command)) owner->perform(command, Ref<NSObject>(button));
+    if (known == button) sendOptional(owner, command, button);
   }
 }
 

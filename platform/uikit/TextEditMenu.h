@@ -22,6 +22,8 @@ class TextEditMenu : public Object<TextEditMenu, UIView> {
   /// window or without a command.
   static void show(const Ref<UIView>& owner, CGRect rect, Commands commands);
   static void dismiss();
+  /// The command of a letter pressed with Control, for a field or text view. False for other letters.
+  static bool performShortcut(NSObject& owner, char letter);
   /// The one that is shown, or none.
   static Ref<TextEditMenu> current();
 

@@ -12,6 +12,7 @@
 namespace platform {
 
 class TextLayout;
+class UIButton;
 
 /// What a UITextField holds. Shared by UITextField*.cpp alone.
 class TextFieldContent {
@@ -71,8 +72,6 @@ class TextFieldContent {
   bool ask(SEL selector) const;
   void tell(SEL selector) const;
   void returnPressed();
-  void clearTapped();
-  bool command(char letter);
   void showMenu(CGPoint at);
 };
 

@@ -51,7 +51,6 @@ class TextViewContent {
   bool ask(SEL selector) const;
   void tell(SEL selector) const;
   bool moveVertically(bool down, bool extend);
-  bool command(char letter);
 
   TextLongPress longPress;
   void showMenu(CGPoint at);

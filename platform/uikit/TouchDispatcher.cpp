@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/GestureEnvironment.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIWindow.h"
@@ -78,11 +79,7 @@ void TouchDispatcher::watch(Track& track) {
     const auto recognizers = view->gestureRecognizers();
     for (const Ref<UIGestureRecognizer>& recognizer : recognizers) {
       if (!recognizer->isEnabled()) continue;
-      const Ref<NSObject> delegate = recognizer->delegate();
-      if (delegate && delegate->respondsToSelector(shouldReceive) &&
-          !delegate->perform<bool>(shouldReceive, recognizer, track.touch)) {
-        continue;
-      }
+      if (!askOptional<bool>(recognizer->delegate(), shouldReceive, recognizer, track.touch).value_or(true)) continue;
       track.recognizers.push_back(recognizer);
       track.touch->recognizers_.push_back(recognizer);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UICollectionView.h"
 
 namespace platform {
@@ -53,10 +54,7 @@ namespace {
 /// An answer of the collection's delegate, or the layout's own value.
 template <class R, class... Args>
 R told(const Ref<UICollectionView>& collection, const char* selector, R otherwise, const Args&... args) {
-  const Ref<NSObject> delegate = collection->delegate();
-  const SEL name = sel(selector);
-  if (!delegate || !delegate->respondsToSelector(name)) return otherwise;
-  return delegate->perform<R>(name, collection, args...);
+  return askOptional<R>(collection->delegate(), sel(selector), collection, args...).value_or(otherwise);
 }
 
 CGSize usable(CGSize size) {

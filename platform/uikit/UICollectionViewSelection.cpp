@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/CollectionContent.h"
 #include "platform/uikit/SelectionSegue.h"
 #include "platform/uikit/UITouch.h"
@@ -16,9 +17,7 @@ constexpr double highlightDelay = 0.1;
 }  // namespace
 
 bool CollectionContent::ask(SEL selector, IndexPath path) const {
-  const Ref<NSObject> receiver = view.delegate();
-  if (!receiver || !receiver->respondsToSelector(selector)) return true;
-  return receiver->perform<bool>(selector, view.shared_from_this(), path);
+  return askOptional<bool>(view.delegate(), selector, view.shared_from_this(), path).value_or(true);
 }
 
 void CollectionContent::hold(CGPoint point) {

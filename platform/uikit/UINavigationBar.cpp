@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UISearchBar.h"
@@ -97,10 +98,7 @@ Ref<UINavigationItem> UINavigationBar::popNavigationItem(bool animated) {
   if (items_.size() < 2) return nullptr;
   const Ref<UINavigationItem> item = items_.back();
   setItems({items_.begin(), items_.end() - 1}, animated);
-  const Ref<NSObject> receiver = delegate();
-  if (receiver && receiver->respondsToSelector(sel("navigationBar:didPopItem:"))) {
-    receiver->perform(sel("navigationBar:didPopItem:"), self(), item);
-  }
+  sendOptional(delegate(), sel("navigationBar:didPopItem:"), self(), item);
   return item;
 }
 
@@ -110,11 +108,9 @@ void UINavigationBar::itemDidChange(const UINavigationItem& item, bool animated)
 
 void UINavigationBar::backButtonTapped() {
   const Ref<UINavigationItem> item = topItem();
-  const Ref<NSObject> receiver = delegate();
   if (!item || items_.size() < 2) return;
   static const SEL shouldPop = sel("navigationBar:shouldPopItem:");
-  if (receiver && receiver->respondsToSelector(shouldPop) && !receiver->perform<bool>(shouldPop, self(), item)) return;
-  popNavigationItem(true);
+  if (askOptional<bool>(delegate(), shouldPop, self(), item).value_or(true)) popNavigationItem(true);
 }
 
 void UINavigationBar::setBarTintColor(std::optional<UIColor> color) {

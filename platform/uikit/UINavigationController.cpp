@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/NavigationEdgePan.h"
 #include "platform/uikit/NavigationTransition.h"
 #include "platform/uikit/UILayoutContainerView.h"
@@ -312,15 +313,11 @@ Ref<NSObject> UINavigationController::animationControllerFor(UINavigationControl
                                                              const Ref<UIViewController>& to) {
   static const SEL selector =
       sel("navigationController:animationControllerForOperation:fromViewController:toViewController:");
-  const Ref<NSObject> receiver = delegate();
-  if (!receiver || !receiver->respondsToSelector(selector)) return nullptr;
-  return receiver->perform<Ref<NSObject>>(selector, self(), operation, from, to);
+  return askOptional<Ref<NSObject>>(delegate(), selector, self(), operation, from, to).value_or(nullptr);
 }
 
 void UINavigationController::tellDelegate(const char* selector, const Ref<UIViewController>& shown, bool animated) {
-  const Ref<NSObject> receiver = delegate();
-  const SEL name = sel(selector);
-  if (receiver && receiver->respondsToSelector(name)) receiver->perform(name, self(), shown, animated);
+  sendOptional(delegate(), sel(selector), self(), shown, animated);
 }
 
 bool UINavigationController::canPopInteractively() {

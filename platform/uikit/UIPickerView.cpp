@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/animation/CALayer.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/PickerWheel.h"
 
 namespace platform {
@@ -57,12 +58,8 @@ void UIPickerView::load() {
   loaded_ = true;
   const Ref<NSObject> source = dataSource_.lock();
   const Ref<NSObject> delegate = delegate_.lock();
-  std::int64_t components = 0;
-  if (source) {
-    components = source->respondsToSelector(numberOfComponents)
-                     ? source->perform<std::int64_t>(numberOfComponents, shared_from_this())
-                     : 1;
-  }
+  std::int64_t components =
+      askOptional<std::int64_t>(source, numberOfComponents, shared_from_this()).value_or(source ? 1 : 0);
   components = std::clamp<std::int64_t>(components, 0, 20);
   while (static_cast<std::int64_t>(wheels_.size()) > components) {
     wheels_.back()->forgetPicker();
@@ -74,13 +71,10 @@ void UIPickerView::load() {
     addSubview(wheels_.back());
   }
   for (std::int64_t component = 0; component < components; ++component) {
-    const bool counts = source->respondsToSelector(numberOfRows);
-    const std::int64_t rows = counts ? source->perform<std::int64_t>(numberOfRows, shared_from_this(), component) : 0;
-    double height = standardRowHeight;
-    if (delegate && delegate->respondsToSelector(rowHeightFor)) {
-      height = std::clamp(delegate->perform<double>(rowHeightFor, shared_from_this(), component), 8.0, 400.0);
-    }
-    wheels_[static_cast<std::size_t>(component)]->reload(rows, height);
+    const auto rows = askOptional<std::int64_t>(source, numberOfRows, shared_from_this(), component);
+    const auto height = askOptional<double>(delegate, rowHeightFor, shared_from_this(), component);
+    wheels_[static_cast<std::size_t>(component)]->reload(rows.value_or(0),
+                                                         height ? std::clamp(*height, 8.0, 400.0) : standardRowHeight);
   }
   setNeedsLayout();
 }
@@ -120,10 +114,7 @@ Ref<UIView> UIPickerView::viewForRow(std::int64_t row, std::int64_t component) c
 
 void UIPickerView::turned(std::int64_t component, std::int64_t row) {
   static const SEL didSelect = sel("pickerView:didSelectRow:inComponent:");
-  const Ref<NSObject> receiver = delegate_.lock();
-  if (receiver && receiver->respondsToSelector(didSelect)) {
-    receiver->perform(didSelect, shared_from_this(), row, component);
-  }
+  sendOptional(delegate_.lock(), didSelect, shared_from_this(), row, component);
 }
 
 CGSize UIPickerView::intrinsicContentSize() const { return standardSize; }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/ScrollState.h"
 #include "platform/uikit/UIControl.h"
 #include "platform/uikit/UIKeyboard.h"
@@ -53,12 +54,7 @@ void ScrollState::settleIntoRange() {
   if (settled != offset) view.setContentOffset(settled, false);
 }
 
-void ScrollState::tell(SEL selector) const {
-  const Ref<NSObject> receiver = delegate.lock();
-  if (receiver && receiver->respondsToSelector(selector)) {
-    receiver->perform(selector, view.shared_from_this());
-  }
-}
+void ScrollState::tell(SEL selector) const { sendOptional(delegate.lock(), selector, view.shared_from_this()); }
 
 // ---- Moving by itself
 
@@ -188,10 +184,7 @@ void ScrollState::dragEnded(bool cancelled) {
   if (wanted.x != proposed.x) motionX = ScrollMotion::spring(offset.x, speed.x, wanted.x);
   if (wanted.y != proposed.y) motionY = ScrollMotion::spring(offset.y, speed.y, wanted.y);
   const bool glides = !motionX.isOver(0) || !motionY.isOver(0);
-  const Ref<NSObject> receiver = delegate.lock();
-  if (receiver && receiver->respondsToSelector(didEndDragging)) {
-    receiver->perform(didEndDragging, view.shared_from_this(), glides);
-  }
+  sendOptional(delegate.lock(), didEndDragging, view.shared_from_this(), glides);
   if (!glides || dragging || moving != Moving::no) {
     if (!glides) indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
     return;

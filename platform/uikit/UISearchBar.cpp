@@ -7,6 +7,7 @@
 #include "platform/animation/CALayer.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UITextField.h"
@@ -84,15 +85,10 @@ void UISearchBar::exportMethods(MethodTable<UISearchBar>& table) {
 // ---- The field's delegate, passed on under the names of a search bar
 
 bool UISearchBar::ask(const char* selector, bool otherwise) {
-  const Ref<NSObject> receiver = delegate_.lock();
-  if (!receiver || !receiver->respondsToSelector(sel(selector))) return otherwise;
-  return receiver->perform<bool>(sel(selector), self());
+  return askOptional<bool>(delegate_.lock(), sel(selector), self()).value_or(otherwise);
 }
 
-void UISearchBar::tell(const char* selector) {
-  const Ref<NSObject> receiver = delegate_.lock();
-  if (receiver && receiver->respondsToSelector(sel(selector))) receiver->perform(sel(selector), self());
-}
+void UISearchBar::tell(const char* selector) { sendOptional(delegate_.lock(), sel(selector), self()); }
 
 bool UISearchBar::shouldBegin(const Ref<NSObject>&) { return ask("searchBarShouldBeginEditing:", true); }
 bool UISearchBar::shouldEnd(const Ref<NSObject>&) { return ask("searchBarShouldEndEditing:", true); }
@@ -101,17 +97,12 @@ void UISearchBar::didEnd(const Ref<NSObject>&) { tell("searchBarTextDidEndEditin
 
 bool UISearchBar::shouldChange(const Ref<NSObject>&, NSRange range, const std::string& replacement) {
   static const SEL selector = sel("searchBar:shouldChangeTextInRange:replacementText:");
-  const Ref<NSObject> receiver = delegate_.lock();
-  if (!receiver || !receiver->respondsToSelector(selector)) return true;
-  return receiver->perform<bool>(selector, self(), range, replacement);
+  return askOptional<bool>(delegate_.lock(), selector, self(), range, replacement).value_or(true);
 }
 
 void UISearchBar::didChange() {
   static const SEL selector = sel("searchBar:textDidChange:");
-  const Ref<NSObject> receiver = delegate_.lock();
-  if (receiver && receiver->respondsToSelector(selector)) {
-    receiver->perform(selector, self(), field_->text().value_or(""));
-  }
+  sendOptional(delegate_.lock(), selector, self(), field_->text().value_or(""));
 }
 
 bool UISearchBar::shouldReturn(const Ref<NSObject>&) {

@@ -1,5 +1,6 @@
 #include "platform/uikit/UISearchController.h"
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UISearchBar.h"
@@ -65,14 +66,10 @@ void UISearchController::setActive(bool active) {
 
 void UISearchController::update() {
   static const SEL selector = sel("updateSearchResultsForSearchController:");
-  const Ref<NSObject> updater = updater_.lock();
-  if (updater && updater->respondsToSelector(selector)) updater->perform(selector, self());
+  sendOptional(updater_.lock(), selector, self());
 }
 
-void UISearchController::tell(const char* selector) {
-  const Ref<NSObject> receiver = delegate();
-  if (receiver && receiver->respondsToSelector(sel(selector))) receiver->perform(sel(selector), self());
-}
+void UISearchController::tell(const char* selector) { sendOptional(delegate(), sel(selector), self()); }
 
 // ---- What lies over the searched screen
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UITabBarButton.h"
 #include "platform/uikit/UITabBarController.h"
 #include "platform/uikit/UITabBarItem.h"
@@ -52,9 +53,8 @@ void UITabBar::buttonTapped(Ref<NSObject> sender) {
   if (!item) return;
   if (const Ref<UITabBarController> controller = controller_.lock()) return controller->itemTapped(item);
   setSelectedItem(item);
-  const Ref<NSObject> receiver = delegate();
   static const SEL didSelect = sel("tabBar:didSelectItem:");
-  if (receiver && receiver->respondsToSelector(didSelect)) receiver->perform(didSelect, self(), item);
+  sendOptional(delegate(), didSelect, self(), item);
 }
 
 Ref<UIView> UITabBar::viewForItem(const Ref<UITabBarItem>& item) const {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UILayoutContainerView.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIScreen.h"
@@ -143,18 +144,14 @@ void UITabBarController::itemTapped(const Ref<UITabBarItem>& item) {
   const Ref<UIViewController> controller = *place;
   static const SEL shouldSelect = sel("tabBarController:shouldSelectViewController:");
   static const SEL didSelect = sel("tabBarController:didSelectViewController:");
-  if (const Ref<NSObject> receiver = delegate(); receiver && receiver->respondsToSelector(shouldSelect)) {
-    if (!receiver->perform<bool>(shouldSelect, self(), controller)) return;
-  }
+  if (!askOptional<bool>(delegate(), shouldSelect, self(), controller).value_or(true)) return;
   if (controller == selected_) {
     if (const auto navigation = as<UINavigationController>(controller))
       navigation->popToRootViewControllerAnimated(true);
   } else {
     select(controller);
   }
-  if (const Ref<NSObject> receiver = delegate(); receiver && receiver->respondsToSelector(didSelect)) {
-    receiver->perform(didSelect, self(), controller);
-  }
+  sendOptional(delegate(), didSelect, self(), controller);
 }
 
 bool UITabBarController::isTabBarPushedAway() const {

@@ -7,6 +7,7 @@
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UIImageView.h"
 #include "platform/uikit/UILabel.h"
@@ -203,8 +204,7 @@ void UITableViewCell::accessoryButtonTapped() {
   const Ref<UITableView> table = as<UITableView>(at);
   if (!table) return;
   const std::optional<IndexPath> path = table->indexPathForCell(self());
-  const Ref<NSObject> receiver = table->delegate();
-  if (path && receiver && receiver->respondsToSelector(tapped)) receiver->perform(tapped, table, *path);
+  if (path) sendOptional(table->delegate(), tapped, table, *path);
 }
 
 void UITableViewCell::setSelectionStyle(UITableViewCellSelectionStyle style) {

@@ -18,7 +18,6 @@ class TextFieldContent;
 inline const std::string UITextFieldTextDidBeginEditingNotification = "UITextFieldTextDidBeginEditingNotification";
 inline const std::string UITextFieldTextDidChangeNotification = "UITextFieldTextDidChangeNotification";
 inline const std::string UITextFieldTextDidEndEditingNotification = "UITextFieldTextDidEndEditingNotification";
-class UIButton;
 
 enum class UITextBorderStyle { none, line, bezel, roundedRect };
 /// When an accessory of a field (clear button, left and right view) is shown.

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/graphics/TextLayout.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/TextFieldContent.h"
 #include "platform/uikit/UIPasteboard.h"
@@ -13,26 +14,17 @@ namespace platform {
 // ---- Asking and telling
 
 bool TextFieldContent::ask(SEL selector) const {
-  const Ref<NSObject> receiver = delegate.lock();
-  if (!receiver || !receiver->respondsToSelector(selector)) return true;
-  return receiver->perform<bool>(selector, field.shared_from_this());
+  return askOptional<bool>(delegate.lock(), selector, field.shared_from_this()).value_or(true);
 }
 
-void TextFieldContent::tell(SEL selector) const {
-  const Ref<NSObject> receiver = delegate.lock();
-  if (receiver && receiver->respondsToSelector(selector)) receiver->perform(selector, field.shared_from_this());
-}
+void TextFieldContent::tell(SEL selector) const { sendOptional(delegate.lock(), selector, field.shared_from_this()); }
 
 bool TextFieldContent::replaceByUser(NSRange range, const std::string& replacement) {
   static const SEL shouldChange = sel("textField:shouldChangeCharactersInRange:replacementString:");
   const Ref<NSObject> keeper = field.shared_from_this();
   range = edit.whole(range);
   if (range.length == 0 && replacement.empty()) return false;
-  const Ref<NSObject> receiver = delegate.lock();
-  if (receiver && receiver->respondsToSelector(shouldChange) &&
-      !receiver->perform<bool>(shouldChange, keeper, range, replacement)) {
-    return false;
-  }
+  if (!askOptional<bool>(delegate.lock(), shouldChange, keeper, range, replacement).value_or(true)) return false;
   hasText = true;
   edit.replace(range, replacement);  // cut to the text again: the delegate may have set another one
   announceChange();
@@ -165,25 +157,6 @@ void UITextField::clearTapped() {
   content_->announceChange();
 }
 
-bool TextFieldContent::command(char letter) {
-  switch (letter) {
-    case 'a':
-      field.selectAll(nullptr);
-      return true;
-    case 'c':
-      field.copy(nullptr);
-      return true;
-    case 'x':
-      field.cut(nullptr);
-      return true;
-    case 'v':
-      field.paste(nullptr);
-      return true;
-    default:
-      return false;
-  }
-}
-
 bool UITextField::keyPressed(const UIKey& key) {
   EditableText& edit = content_->edit;
   const Ref<NSObject> keeper = self();
@@ -209,7 +182,7 @@ bool UITextField::keyPressed(const UIKey& key) {
   };
   switch (key.code) {
     case UIKey::Code::character:
-      if (key.control) return key.text.size() == 1 && content_->command(key.text[0]);
+      if (key.control) return key.text.size() == 1 && TextEditMenu::performShortcut(*this, key.text[0]);
       if (key.text.empty()) return false;
       insertText(key.text);
       return true;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/foundation/NotificationCenter.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/TextViewContent.h"
 #include "platform/uikit/UIPasteboard.h"
@@ -13,15 +14,10 @@ namespace platform {
 // ---- Asking and telling
 
 bool TextViewContent::ask(SEL selector) const {
-  const Ref<NSObject> receiver = view.delegate();
-  if (!receiver || !receiver->respondsToSelector(selector)) return true;
-  return receiver->perform<bool>(selector, view.shared_from_this());
+  return askOptional<bool>(view.delegate(), selector, view.shared_from_this()).value_or(true);
 }
 
-void TextViewContent::tell(SEL selector) const {
-  const Ref<NSObject> receiver = view.delegate();
-  if (receiver && receiver->respondsToSelector(selector)) receiver->perform(selector, view.shared_from_this());
-}
+void TextViewContent::tell(SEL selector) const { sendOptional(view.delegate(), selector, view.shared_from_this()); }
 
 bool TextViewContent::replaceByUser(NSRange range, const std::string& replacement) {
   static const SEL shouldChange = sel("textView:shouldChangeTextInRange:replacementText:");
@@ -29,11 +25,7 @@ bool TextViewContent::replaceByUser(NSRange range, const std::string& replacemen
   const Ref<NSObject> keeper = view.shared_from_this();
   range = edit.whole(range);
   if (range.length == 0 && replacement.empty()) return false;
-  const Ref<NSObject> receiver = view.delegate();
-  if (receiver && receiver->respondsToSelector(shouldChange) &&
-      !receiver->perform<bool>(shouldChange, keeper, range, replacement)) {
-    return false;
-  }
+  if (!askOptional<bool>(view.delegate(), shouldChange, keeper, range, replacement).value_or(true)) return false;
   range = edit.whole(range);  // the delegate may have set another text
   hasText = true;
   laidOut();
@@ -152,25 +144,6 @@ bool TextViewContent::moveVertically(bool down, bool extend) {
   return true;
 }
 
-bool TextViewContent::command(char letter) {
-  switch (letter) {
-    case 'a':
-      view.selectAll(nullptr);
-      return true;
-    case 'c':
-      view.copy(nullptr);
-      return true;
-    case 'x':
-      view.cut(nullptr);
-      return true;
-    case 'v':
-      view.paste(nullptr);
-      return true;
-    default:
-      return false;
-  }
-}
-
 bool UITextView::keyPressed(const UIKey& key) {
   EditableText& edit = content_->edit;
   const Ref<NSObject> keeper = self();
@@ -195,7 +168,7 @@ bool UITextView::keyPressed(const UIKey& key) {
   };
   switch (key.code) {
     case UIKey::Code::character:
-      if (key.control) return key.text.size() == 1 && content_->command(key.text[0]);
+      if (key.control) return key.text.size() == 1 && TextEditMenu::performShortcut(*this, key.text[0]);
       if (key.text.empty() || !isEditable()) return false;
       insertText(key.text);
       return true;

@@ -27,6 +27,7 @@ int main() {
   window->setRootViewController(make<HomeScreen>());
   window->makeKeyAndVisible();
   const auto button = window->rootViewController()->view()->subviews().front();
-  std::printf("%s %s\n", lumicor::Lumicor::FRAMEWORK_NATIVE.c_str(), button->accessibilityIdentifier().value_or("").c_str());
+  std::printf("%s %s\n", lumicor::Lumicor::FRAMEWORK_NATIVE.c_str(),
+              button->accessibilityIdentifier().value_or("").c_str());
   return button->window() ? 0 : 1;
 }

@@ -45,12 +45,12 @@ class ControlTest : public AppFixture {
     content()->addSubview(button);
     using E = UIControlEvents;
     for (const auto& [name, events] : std::vector<std::pair<const char*, E>>{{"down", E::touchDown},
-                                                                              {"up:", E::touchUpInside},
-                                                                              {"outside", E::touchUpOutside},
-                                                                              {"cancel", E::touchCancel},
-                                                                              {"enter", E::touchDragEnter},
-                                                                              {"exit", E::touchDragExit},
-                                                                              {"primary", E::primaryActionTriggered}}) {
+                                                                             {"up:", E::touchUpInside},
+                                                                             {"outside", E::touchUpOutside},
+                                                                             {"cancel", E::touchCancel},
+                                                                             {"enter", E::touchDragEnter},
+                                                                             {"exit", E::touchDragExit},
+                                                                             {"primary", E::primaryActionTriggered}}) {
       button->addTarget(listener, sel(name), events);
     }
     settle();

@@ -1,6 +1,6 @@
-#include "platform/uikit/EditableText.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/uikit/EditableText.h"
 
 namespace platform::test {
 namespace {

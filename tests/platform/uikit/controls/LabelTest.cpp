@@ -29,7 +29,8 @@ TEST_F(LabelTest, ItsTextMayBeAbsentEmptyOrAttributed) {
   made->setText("");
   EXPECT_EQ(made->text(), "");
   EXPECT_EQ(made->intrinsicContentSize(), CGSize{});
-  made->setAttributedText(make<NSAttributedString>("Oolong", NSTextAttributes{UIFont::boldSystemFont(30), {}, false, 0}));
+  made->setAttributedText(
+      make<NSAttributedString>("Oolong", NSTextAttributes{UIFont::boldSystemFont(30), {}, false, 0}));
   EXPECT_EQ(made->text(), "Oolong");
   EXPECT_GT(made->intrinsicContentSize().height, 30);
   made->setText("Assam");
@@ -92,8 +93,8 @@ TEST_F(LabelTest, LinesAreCountedAndCut) {
 
 TEST_F(LabelTest, HostileTextsAreMeasuredAndDrawn) {
   for (const std::string& text :
-       {std::string(1 << 20, 'x'), std::string("\xFF\xFE\xC3(\xE2\x82"), std::string("a\0b", 3), std::string(5000, '\n'),
-        std::string("\xD7\xA9\xD7\x9C \xE2\x80\xAE reversed \xE2\x80\xAC")}) {
+       {std::string(1 << 20, 'x'), std::string("\xFF\xFE\xC3(\xE2\x82"), std::string("a\0b", 3),
+        std::string(5000, '\n'), std::string("\xD7\xA9\xD7\x9C \xE2\x80\xAE reversed \xE2\x80\xAC")}) {
     const auto made = label(text);
     made->setNumberOfLines(0);
     made->setFrame({10, 100, 200, 200});

@@ -1,8 +1,7 @@
-#include "platform/uikit/ScrollMotion.h"
-
+#include <cmath>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include "platform/uikit/ScrollMotion.h"
 
 namespace platform::test {
 namespace {
