@@ -40,15 +40,15 @@ void CollectionContent::loadIfNeeded() {
   if (loaded) return;
   loaded = true;
   prepared = false;
-  counts = askCounts();
+  const std::uint64_t before = reloads;
+  std::vector<std::int64_t> asked = askCounts();
+  if (reloads == before) counts = std::move(asked);  // else the data source has reloaded while it answered
 }
 
 void CollectionContent::unload() {
+  ++reloads;
   for (const auto& [path, cell] : std::exchange(visible, {})) recycle(cell, path);
-  for (const auto& [place, shown] : std::exchange(supplementary, {})) {
-    shown.view->removeFromSuperview();
-    waitingSupplementary[{shown.kind, shown.view->reuseIdentifier()}].push_back(shown.view);
-  }
+  dropSupplementary({});
   if (highlighting) highlighting->cancel();
   held.reset();
   loaded = false;
@@ -118,9 +118,11 @@ void CollectionContent::recycle(const Ref<UICollectionViewCell>& cell, IndexPath
 
 // ---- Showing
 
+bool CollectionContent::isPrepared() const { return loaded && prepared && preparedSize == view.bounds().size; }
+
 void CollectionContent::prepareIfNeeded() {
   loadIfNeeded();
-  if (prepared && preparedSize == view.bounds().size) return;
+  if (isPrepared()) return;
   preparedSize = view.bounds().size;
   prepared = true;
   layout->prepareLayout();
@@ -133,70 +135,80 @@ void CollectionContent::tileIfStale() {
 void CollectionContent::tile() {
   if (tiling || updateDepth > 0 || !layout) return;
   tiling = true;
+  const Ref<NSObject> keeper = view.weak_from_this().lock();
   constexpr int mostPasses = 4;
   for (int pass = 0; pass < mostPasses; ++pass) {
     prepareIfNeeded();
     view.setContentSize(layout->collectionViewContentSize());
     stale = false;
     const CGRect rect = view.bounds();
-    const std::vector<IndexPath> wanted = layout->itemsInRect(rect);
-    if (std::any_of(wanted.begin(), wanted.end(), [this](IndexPath path) { return !visible.contains(path); }) &&
-        !dataSource.expired() && askCounts() != counts) {
-      unload();  // the data source changed without a word
-      continue;
-    }
-    for (const IndexPath path : wanted) {
-      if (!contains(path)) continue;
-      const std::optional<CGRect> frame = layout->frameForItem(path);
-      if (!frame) continue;
-      if (!visible.contains(path)) {
-        const Ref<UICollectionViewCell> cell = makeCell(path);
-        if (!loaded) break;
-        visible[path] = cell;
-        display(path, cell, *frame);
-        if (!loaded) break;
-      }
-      const Ref<UICollectionViewCell>& cell = visible[path];
-      if (cell->frame() != *frame) cell->setFrame(*frame);
-      if (cell->alpha() != 1) cell->setAlpha(1);
-    }
-    if (!loaded) continue;
-    const std::set<IndexPath> keep(wanted.begin(), wanted.end());
-    for (auto at = visible.begin(); at != visible.end();) {
-      if (keep.contains(at->first)) {
-        ++at;
-        continue;
-      }
-      if (transition_) {
-        if (const auto frame = layout->frameForItem(at->first)) at->second->setFrame(*frame);
-        ++at;
-        continue;
-      }
-      const auto [path, cell] = *at;
-      at = visible.erase(at);
-      recycle(cell, path);
-    }
-    tileSupplementary(rect);
-    if (!stale) break;
+    if (tileItems(rect) && tileSupplementary(rect) && !stale) break;
   }
   stale = false;
   tiling = false;
 }
 
-void CollectionContent::tileSupplementary(CGRect rect) {
+/// False when the pass has to be done again: the data source or the delegate reloaded the view in a callback, or the
+/// counts were no more what they were.
+bool CollectionContent::tileItems(CGRect rect) {
+  const std::uint64_t before = reloads;
+  const std::vector<IndexPath> wanted = layout->itemsInRect(rect);
+  if (std::any_of(wanted.begin(), wanted.end(), [this](IndexPath path) { return !visible.contains(path); }) &&
+      !dataSource.expired() && askCounts() != counts) {
+    unload();  // the data source changed without a word
+    return false;
+  }
+  for (const IndexPath path : wanted) {
+    if (!contains(path)) continue;
+    const std::optional<CGRect> frame = layout->frameForItem(path);
+    if (!frame) continue;
+    const auto shown = visible.find(path);
+    Ref<UICollectionViewCell> cell = shown == visible.end() ? nullptr : shown->second;
+    if (!cell) {
+      cell = makeCell(path);
+      if (reloads != before) return false;
+      visible[path] = cell;
+      display(path, cell, *frame);
+      if (reloads != before) return false;
+    }
+    if (cell->frame() != *frame) cell->setFrame(*frame);
+    if (cell->alpha() != 1) cell->setAlpha(1);
+  }
+  const std::set<IndexPath> keep(wanted.begin(), wanted.end());
+  std::vector<std::pair<IndexPath, Ref<UICollectionViewCell>>> leaving;
+  for (const auto& [path, cell] : visible) {
+    if (keep.contains(path)) continue;
+    if (!transition_) {
+      leaving.emplace_back(path, cell);
+    } else if (const auto frame = layout->frameForItem(path)) {
+      cell->setFrame(*frame);
+    }
+  }
+  for (const auto& [path, cell] : leaving) {
+    visible.erase(path);
+    recycle(cell, path);
+    if (reloads != before) return false;
+  }
+  return true;
+}
+
+/// False like tileItems.
+bool CollectionContent::tileSupplementary(CGRect rect) {
   static const SEL viewForKind = sel("collectionView:viewForSupplementaryElementOfKind:atIndexPath:");
-  const Ref<NSObject> source = dataSource.lock();
+  const std::uint64_t before = reloads;
   std::set<std::pair<bool, std::int64_t>> wanted;
   for (const std::int64_t section : layout->sectionsInRect(rect)) {
     for (const bool isFooter : {false, true}) {
       const auto frame = isFooter ? layout->frameForFooter(section) : layout->frameForHeader(section);
-      if (!frame || !frame->intersects(rect) || !source || !source->respondsToSelector(viewForKind)) continue;
+      if (!frame || !frame->intersects(rect)) continue;
       const std::string& kind =
           isFooter ? UICollectionView::elementKindSectionFooter : UICollectionView::elementKindSectionHeader;
       const std::pair<bool, std::int64_t> place{isFooter, section};
       if (!supplementary.contains(place)) {
-        const auto made = source->perform<Ref<UICollectionReusableView>>(viewForKind, view.shared_from_this(), kind,
-                                                                         IndexPath(0, section));
+        const auto made = askOptional<Ref<UICollectionReusableView>>(
+                              dataSource.lock(), viewForKind, view.shared_from_this(), kind, IndexPath(0, section))
+                              .value_or(nullptr);
+        if (reloads != before) return false;
         if (!made) continue;
         supplementary[place] = {made, kind};
         UIView::performWithoutAnimation([&] {
@@ -208,6 +220,11 @@ void CollectionContent::tileSupplementary(CGRect rect) {
       supplementary[place].view->setFrame(*frame);
     }
   }
+  dropSupplementary(wanted);
+  return true;
+}
+
+void CollectionContent::dropSupplementary(const std::set<std::pair<bool, std::int64_t>>& wanted) {
   for (auto at = supplementary.begin(); at != supplementary.end();) {
     if (wanted.contains(at->first)) {
       ++at;
@@ -222,6 +239,13 @@ void CollectionContent::tileSupplementary(CGRect rect) {
 
 // ---- Changes
 
+void CollectionContent::change(const std::function<void()>& note) {
+  if (!loaded) return view.setNeedsLayout();
+  // The data has changed already: the layout is not prepared for what was, as it is before a batch.
+  note();
+  if (updateDepth == 0) applyPending(nullptr);
+}
+
 void CollectionContent::applyPending(std::function<void(bool)> completion) {
   TableChanges changes = std::exchange(pending, {});
   const std::vector<std::int64_t> now = askCounts();
@@ -232,8 +256,10 @@ void CollectionContent::applyPending(std::function<void(bool)> completion) {
   }
   // Frames of what was on the screen or near it: items that come into view slide from there.
   std::map<IndexPath, CGRect> before;
-  for (const IndexPath path : layout->itemsInRect(view.bounds().insetBy(-600, -600))) {
-    if (const auto frame = layout->frameForItem(path)) before[path] = *frame;
+  if (isPrepared()) {
+    for (const IndexPath path : layout->itemsInRect(view.bounds().insetBy(-600, -600))) {
+      if (const auto frame = layout->frameForItem(path)) before[path] = *frame;
+    }
   }
   std::map<IndexPath, Ref<UICollectionViewCell>> carried;
   auto leaving = std::make_shared<std::vector<std::pair<Ref<UICollectionViewCell>, IndexPath>>>();
@@ -246,6 +272,10 @@ void CollectionContent::applyPending(std::function<void(bool)> completion) {
     }
   }
   visible = std::move(carried);
+  ++reloads;
+  if (!changes.deletedSections.empty() || !changes.insertedSections.empty() || !changes.reloadedSections.empty()) {
+    dropSupplementary({});
+  }
   std::set<IndexPath> stillSelected;
   for (const IndexPath path : selected) {
     if (const auto to = changes.newPath(path)) stillSelected.insert(*to);

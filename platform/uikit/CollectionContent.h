@@ -29,6 +29,7 @@ class CollectionContent {
   // ---- Counts
   std::vector<std::int64_t> counts;
   bool loaded = false;
+  std::uint64_t reloads = 0;  ///< a callback in which it grows has made everything remembered before it worthless
   void loadIfNeeded();
   void unload();
   std::vector<std::int64_t> askCounts() const;
@@ -54,6 +55,7 @@ class CollectionContent {
   bool stale = true;
   bool tiling = false;
   CGSize preparedSize{-1, -1};
+  bool isPrepared() const;
   void prepareIfNeeded();
   void tile();
   void tileIfStale();
@@ -64,6 +66,8 @@ class CollectionContent {
   // ---- Changes
   TableChanges pending;
   int updateDepth = 0;
+  /// Carries out one kind of change, or adds it to the batch that is under way.
+  void change(const std::function<void()>& note);
   void applyPending(std::function<void(bool)> completion);
 
   // ---- Touches
@@ -88,7 +92,9 @@ class CollectionContent {
   Ref<UICollectionViewCell> makeCell(IndexPath path) const;
   void display(IndexPath path, const Ref<UICollectionViewCell>& cell, CGRect frame);
   void recycle(const Ref<UICollectionViewCell>& cell, IndexPath path);
-  void tileSupplementary(CGRect rect);
+  void dropSupplementary(const std::set<std::pair<bool, std::int64_t>>& wanted);
+  bool tileItems(CGRect rect);
+  bool tileSupplementary(CGRect rect);
 };
 
 }  // namespace platform

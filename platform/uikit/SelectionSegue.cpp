@@ -5,9 +5,10 @@
 
 namespace platform {
 
-void performSelectionSegue(const Ref<UIView>& cell, const std::optional<std::string>& identifier) {
+void performSelectionSegue(const Ref<UIView>& list, const std::optional<std::string>& identifier,
+                           const Ref<UIView>& cell) {
   if (!identifier) return;
-  for (Ref<UIResponder> at = cell; at; at = at->nextResponder()) {
+  for (Ref<UIResponder> at = list; at; at = at->nextResponder()) {
     const auto screen = as<UIViewController>(at);
     if (!screen || !screen->hasSegue(*identifier)) continue;
     if (screen->shouldPerformSegue(*identifier, cell)) screen->performSegue(*identifier, cell);

@@ -8,9 +8,10 @@
 
 namespace platform {
 
-/// What a person's choice of a cell with a segue does: the nearest screen around the cell that has a segue of that name
+/// What a person's choice of a cell with a segue does: the nearest screen around the list that has a segue of that name
 /// is asked with shouldPerformSegue and then performs it, with the cell as sender. Nothing happens without a name or
 /// such a screen. Main thread.
-void performSelectionSegue(const Ref<UIView>& cell, const std::optional<std::string>& identifier);
+void performSelectionSegue(const Ref<UIView>& list, const std::optional<std::string>& identifier,
+                           const Ref<UIView>& cell);
 
 }  // namespace platform

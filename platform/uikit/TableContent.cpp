@@ -117,6 +117,7 @@ void TableContent::recycle(const Ref<UITableViewCell>& cell, IndexPath path) {
 }
 
 void TableContent::unload() {
+  ++reloads;
   for (const auto& [path, cell] : std::exchange(visible, {})) recycle(cell, path);
   dropHeaders(headers, {});
   dropHeaders(footers, {});
@@ -174,9 +175,10 @@ void TableContent::followGoal() {
   if (table.contentOffset() != offset) table.setContentOffset(offset, false);
 }
 
-/// False when the pass has to be done again: the offset had to follow heights that changed, or the counts were no more
-/// what they were.
+/// False when the pass has to be done again: the offset had to follow heights that changed, the counts were no more
+/// what they were, or the host reloaded the table in a callback.
 bool TableContent::tileRows() {
+  const std::uint64_t before = reloads;
   const double top = table.bounds().minY();
   const double bottom = table.bounds().maxY();
   // What is on the screen stays where it is when rows above it turn out higher or lower than they were thought to be.
@@ -201,13 +203,13 @@ bool TableContent::tileRows() {
         return false;
       }
       const Ref<UITableViewCell> cell = makeCell(*path);
-      if (!loaded) return false;
+      if (reloads != before) return false;
       visible[*path] = cell;
       display(*path, cell);
-      if (!loaded || !geometry.contains(*path)) return false;
+      if (reloads != before) return false;
     }
     measureRow(*path);
-    if (!loaded || !geometry.contains(*path)) return false;
+    if (reloads != before) return false;
     wanted.insert(*path);
     path = geometry.rowAfter(*path);
   }
@@ -221,20 +223,20 @@ bool TableContent::tileRows() {
     }
   }
 
-  for (auto at = visible.begin(); at != visible.end();) {
-    const Ref<UITableViewCell> cell = at->second;
-    if (wanted.contains(at->first)) {
-      place(at->first, *cell);
-      ++at;
-    } else if (transition_ || holdsFirstResponder(*cell)) {
-      if (geometry.contains(at->first)) place(at->first, *cell);
-      ++at;
-    } else {
-      const IndexPath gone = at->first;
-      at = visible.erase(at);
-      recycle(cell, gone);
-      if (!loaded) return false;
+  std::vector<std::pair<IndexPath, Ref<UITableViewCell>>> leaving;
+  for (const auto& [shown, cell] : visible) {
+    if (wanted.contains(shown)) {
+      place(shown, *cell);
+    } else if (!transition_ && !holdsFirstResponder(*cell)) {
+      leaving.emplace_back(shown, cell);
+    } else if (geometry.contains(shown)) {
+      place(shown, *cell);
     }
+  }
+  for (const auto& [gone, cell] : leaving) {
+    visible.erase(gone);
+    recycle(cell, gone);
+    if (reloads != before) return false;
   }
   return true;
 }

@@ -53,6 +53,7 @@ class TableContent {
   TableGeometry geometry;
   bool loaded = false;
   double loadedWidth = -1;
+  std::uint64_t reloads = 0;  ///< a callback in which it grows has made everything remembered before it worthless
 
   void loadIfNeeded();
   void unload();
@@ -69,7 +70,7 @@ class TableContent {
   double headerHeight(std::int64_t section);
   double footerHeight(std::int64_t section);
   double measure(IndexPath path, UITableViewCell& cell);
-  bool measureRow(IndexPath path);
+  void measureRow(IndexPath path);
   /// Measures every row that stands, or comes to stand, between two heights.
   void measureBetween(double top, double bottom);
 
@@ -108,7 +109,7 @@ class TableContent {
   // ---- Touches
   Weak<UITableViewCell> held;
   Ref<DispatchWorkItem> highlighting;
-  void hold(CGPoint point);
+  void hold(const UIView& touched, CGPoint point);
   void highlightHeld();
   void letGo(bool choose);
   void choose(IndexPath path);

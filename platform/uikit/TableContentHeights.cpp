@@ -58,13 +58,14 @@ void TableContent::loadIfNeeded() {
   if (loaded) return;
   loaded = true;
   loadedWidth = rowWidth();
+  const std::uint64_t before = reloads;
   const std::vector<std::int64_t> counts = askCounts();
   std::vector<TableSection> sections;
   sections.reserve(counts.size());
   for (std::size_t section = 0; section < counts.size(); ++section) {
     sections.push_back(makeSection(static_cast<std::int64_t>(section), counts[section]));
   }
-  geometry.setSections(std::move(sections));
+  if (reloads == before) geometry.setSections(std::move(sections));  // else the host has reloaded while it answered
 }
 
 TableSection TableContent::makeSection(std::int64_t section, std::int64_t rows) {
@@ -118,25 +119,28 @@ double TableContent::measure(IndexPath path, UITableViewCell& cell) {
   return height > 0 ? usable(upToPixel(height)) : standardRowHeight;
 }
 
-bool TableContent::measureRow(IndexPath path) {
-  if (geometry.isMeasured(path)) return false;
-  auto found = visible.find(path);
-  if (found == visible.end()) {
-    const Ref<UITableViewCell> cell = makeCell(path);
-    if (!loaded || !geometry.contains(path)) return false;  // the data source reloaded the table meanwhile
-    found = visible.insert_or_assign(path, cell).first;
+void TableContent::measureRow(IndexPath path) {
+  if (geometry.isMeasured(path)) return;
+  const std::uint64_t before = reloads;
+  const auto found = visible.find(path);
+  Ref<UITableViewCell> cell = found == visible.end() ? nullptr : found->second;
+  if (!cell) {
+    cell = makeCell(path);
+    if (reloads != before) return;  // the data source reloaded the table meanwhile
+    visible[path] = cell;
     display(path, cell);
+    if (reloads != before) return;
   }
-  const Ref<UITableViewCell> cell = found->second;
   const double height = measure(path, *cell);
-  return loaded && geometry.contains(path) && geometry.setMeasuredHeight(path, height);
+  if (reloads == before) geometry.setMeasuredHeight(path, height);
 }
 
 void TableContent::measureBetween(double top, double bottom) {
+  const std::uint64_t before = reloads;
   std::optional<IndexPath> path = geometry.firstRowBelow(top);
   while (path && geometry.row(*path).top < bottom) {
     measureRow(*path);
-    if (!loaded || !geometry.contains(*path)) return;
+    if (reloads != before) return;
     path = geometry.rowAfter(*path);
   }
 }

@@ -164,20 +164,37 @@ void UICollectionView::performBatchUpdates(const std::function<void()>& updates,
 }
 
 void UICollectionView::insertItems(const std::vector<IndexPath>& indexPaths) {
-  if (!content_->loaded) return setNeedsLayout();
-  performBatchUpdates([&] { content_->pending.inserted.insert(indexPaths.begin(), indexPaths.end()); });
+  content_->change([&] { content_->pending.inserted.insert(indexPaths.begin(), indexPaths.end()); });
 }
 
 void UICollectionView::deleteItems(const std::vector<IndexPath>& indexPaths) {
-  if (!content_->loaded) return setNeedsLayout();
-  performBatchUpdates([&] { content_->pending.deleted.insert(indexPaths.begin(), indexPaths.end()); });
+  content_->change([&] { content_->pending.deleted.insert(indexPaths.begin(), indexPaths.end()); });
 }
 
 void UICollectionView::reloadItems(const std::vector<IndexPath>& indexPaths) {
-  if (!content_->loaded) return setNeedsLayout();
-  performBatchUpdates([&] {
+  content_->change([&] {
     for (const IndexPath path : indexPaths) {
       if (content_->contains(path)) content_->pending.reloaded.insert(path);
+    }
+  });
+}
+
+void UICollectionView::moveItem(IndexPath from, IndexPath to) {
+  content_->change([&] { content_->pending.moved[from] = to; });
+}
+
+void UICollectionView::insertSections(const std::vector<std::int64_t>& sections) {
+  content_->change([&] { content_->pending.insertedSections.insert(sections.begin(), sections.end()); });
+}
+
+void UICollectionView::deleteSections(const std::vector<std::int64_t>& sections) {
+  content_->change([&] { content_->pending.deletedSections.insert(sections.begin(), sections.end()); });
+}
+
+void UICollectionView::reloadSections(const std::vector<std::int64_t>& sections) {
+  content_->change([&] {
+    for (const std::int64_t section : sections) {
+      if (section >= 0 && section < numberOfSections()) content_->pending.reloadedSections.insert(section);
     }
   });
 }

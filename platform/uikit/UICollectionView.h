@@ -70,11 +70,16 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
   std::vector<Ref<UICollectionViewCell>> visibleCells() const;
   std::vector<IndexPath> indexPathsForVisibleItems() const;
 
-  // ---- Changes. Deleted and reloaded paths count as before the changes, inserted ones as after them.
+  // ---- Changes. Deleted, reloaded and moved-away paths count as before the changes, inserted and moved-to ones as
+  // after them. The data changes before the call; for several calls at once, within the updates of a batch.
   void reloadData();
   void reloadItems(const std::vector<IndexPath>& indexPaths);
   void insertItems(const std::vector<IndexPath>& indexPaths);
   void deleteItems(const std::vector<IndexPath>& indexPaths);
+  void moveItem(IndexPath from, IndexPath to);
+  void insertSections(const std::vector<std::int64_t>& sections);
+  void deleteSections(const std::vector<std::int64_t>& sections);
+  void reloadSections(const std::vector<std::int64_t>& sections);
   void performBatchUpdates(const std::function<void()>& updates, std::function<void(bool)> completion = nullptr);
 
   // ---- Selection. Selecting by program tells the delegate nothing.

@@ -72,8 +72,10 @@ void CollectionContent::choose(IndexPath path) {
   Ref<UICollectionViewCell> cell;
   if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
   if (cell) cell->setSelected(true);
+  // Read before the delegate is told, who may reload the view and so give the cell to another item.
+  const auto segue = cell ? cell->selectionSegueIdentifier() : std::nullopt;
   tell(didSelect, path);
-  if (cell) performSelectionSegue(cell, cell->selectionSegueIdentifier());
+  performSelectionSegue(as<UIView>(view.shared_from_this()), segue, cell);
 }
 
 void UICollectionView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {

@@ -185,6 +185,7 @@ void TableContent::carryOver(const TableChanges& changes,
     }
   }
   visible = std::move(carried);
+  ++reloads;
   std::set<IndexPath> stillSelected;
   for (const IndexPath path : selected) {
     if (const std::optional<IndexPath> now = changes.newPath(path)) stillSelected.insert(*now);

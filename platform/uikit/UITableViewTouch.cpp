@@ -18,14 +18,16 @@ constexpr double highlightDelay = 0.1;
 
 // ---- By a finger
 
-void TableContent::hold(CGPoint point) {
+/// A header that stays over the rows is no part of them: only a touch on a cell holds one.
+void TableContent::hold(const UIView& touched, CGPoint point) {
   static const SEL shouldHighlight = sel("tableView:shouldHighlightRowAtIndexPath:");
   letGo(false);
   tileIfStale();
   const std::optional<IndexPath> path = table.indexPathForRowAtPoint(point);
   if (!path || !allowsSelection) return;
   const Ref<UITableViewCell> cell = table.cellForRowAtIndexPath(*path);
-  if (!cell || !ask<bool>(shouldHighlight, *path).value_or(true)) return;
+  if (!cell || !touched.isDescendantOfView(cell.get())) return;
+  if (!ask<bool>(shouldHighlight, *path).value_or(true)) return;
   held = cell;
   const Weak<UITableView> weak = std::static_pointer_cast<UITableView>(table.shared_from_this());
   highlighting = DispatchQueue::main().asyncAfter(highlightDelay, [weak] {
@@ -88,13 +90,16 @@ void TableContent::choose(IndexPath path) {
   Ref<UITableViewCell> cell;
   if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
   if (cell) cell->setSelected(true, false);
+  // Read before the delegate is told, who may reload the table and so give the cell to another row.
+  const auto segue = cell ? cell->selectionSegueIdentifier() : std::nullopt;
   tell(didSelect, path);
-  if (cell) performSelectionSegue(cell, cell->selectionSegueIdentifier());
+  performSelectionSegue(as<UIView>(shared()), segue, cell);
 }
 
 void UITableView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {
   if (isDecelerating()) return Super::touchesBegan(touches, event);
-  if (!touches.empty()) content_->hold(touches.front()->locationInView(this));
+  if (touches.empty() || !touches.front()->view()) return;
+  content_->hold(*touches.front()->view(), touches.front()->locationInView(this));
 }
 
 void UITableView::touchesMoved(const UITouches& touches, const Ref<UIEvent>&) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/uikit/UIScreen.h"
+#include "platform/uikit/_UIButtonBarButton.h"
 
 namespace platform {
 
@@ -35,7 +36,9 @@ void _UIBarBackground::layoutSubviews() {
 
 CGSize sizeInBar(const Ref<UIView>& view, CGSize most) {
   CGSize size = view->bounds().size;
-  if (!view->translatesAutoresizingMaskIntoConstraints()) {
+  if (as<_UIButtonBarButton>(view)) {
+    size = view->sizeThatFits(most);
+  } else if (!view->translatesAutoresizingMaskIntoConstraints()) {
     size = view->systemLayoutSizeFitting({0, 0});
   } else if (size.width <= 0 || size.height <= 0) {
     size = view->sizeThatFits(most);

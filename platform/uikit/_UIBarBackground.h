@@ -25,7 +25,8 @@ class _UIBarBackground : public Object<_UIBarBackground, UIView> {
   Ref<UIView> hairline_;
 };
 
-/// The size a view takes in a bar: its own, or what it fits into when it has none.
+/// The size a view takes in a bar: a bar's own button what its title needs, any other view its own size, or what it
+/// fits into when it has none.
 CGSize sizeInBar(const Ref<UIView>& view, CGSize most);
 
 }  // namespace platform

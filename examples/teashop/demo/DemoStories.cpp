@@ -201,18 +201,18 @@ DemoStory readStory() {
 }
 
 DemoStory brewTimer() {
-  return {
-      "brew-timer",
-      "Start the brewing timer",
-      "Brew a strong tea for 4 minutes",
-      {tab("Account", "accountTimer"),
-       seen("The timer", "Choose it", "timerMinutes"),
-       {"Four minutes", "Turn the first wheel", [] { return textOf("timerRemaining") == "4:00"; },
-        text("timerRemaining")},
-       {"Strong", "Turn the second wheel", [] { return textOf("timerRemaining") == "5:00"; }, text("timerRemaining")},
-       {"It runs", "Tap Start", [] { return textOf("timerNote").starts_with("Brewing"); }, text("timerRemaining")}},
-      "Done ",
-      true};
+  return {"brew-timer",
+          "Start the brewing timer",
+          "Brew a strong tea for 4 minutes",
+          {tab("Account", "accountTimer"),
+           seen("The timer", "Choose it", "timerMinutes"),
+           {"Four minutes", "Turn the first wheel", [] { return textOf("timerRemaining") == "4:00"; },
+            text("timerRemaining")},
+           {"Strong", "Turn the second wheel", [] { return textOf("timerNote").starts_with("Three spoons"); },
+            text("timerNote")},
+           {"It runs", "Tap Start", [] { return textOf("timerNote").starts_with("Brewing"); }, text("timerRemaining")}},
+          "Done ",
+          true};
 }
 
 DemoStory showTerms() {

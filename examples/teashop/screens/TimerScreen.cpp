@@ -18,6 +18,7 @@ namespace {
 constexpr std::int64_t longestMinutes = 10;
 constexpr std::int64_t usualRow = 2;
 constexpr const char* strengths[] = {"mild", "medium", "strong"};
+constexpr const char* doses[] = {"One spoon", "Two spoons", "Three spoons"};
 
 std::string clockText(std::int64_t seconds) {
   char text[32];
@@ -105,9 +106,12 @@ void TimerScreen::viewWillDisappear(bool animated) {
 }
 
 std::int64_t TimerScreen::chosenSeconds() const {
-  const std::int64_t minutes = std::max<std::int64_t>(0, wheels_->selectedRowInComponent(0)) + 1;
-  const std::int64_t strength = std::max<std::int64_t>(0, wheels_->selectedRowInComponent(1));
-  return minutes * 60 * (3 + strength) / 4;
+  return (std::max<std::int64_t>(0, wheels_->selectedRowInComponent(0)) + 1) * 60;
+}
+
+std::string TimerScreen::dose() const {
+  const auto strength = std::max<std::int64_t>(0, wheels_->selectedRowInComponent(1));
+  return std::string(doses[strength]) + " of leaf for a pot";
 }
 
 // ---- Running
@@ -142,7 +146,7 @@ void TimerScreen::showState() {
   const bool isDone = brew_->completedUnitCount() >= brew_->totalUnitCount();
   const bool runs = isRunning();
   remaining_->setText(clockText(brew_->totalUnitCount() - brew_->completedUnitCount()));
-  note_->setText(runs ? "Brewing \u2026" : isDone ? "Your tea is ready" : "Choose how long and how strong");
+  note_->setText(runs ? "Brewing \u2026" : isDone ? "Your tea is ready" : dose());
   note_->setTextColor(isDone ? theme::leaf : theme::inkSoft);
   if (runs) {
     activity_->startAnimating();

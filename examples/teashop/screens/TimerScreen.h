@@ -11,8 +11,8 @@
 
 namespace teashop {
 
-/// Counts the minutes that a pot takes. Two wheels choose how long and how strong; a stronger brew takes a quarter
-/// longer, a mild one a quarter less. Start and stop are in the toolbar.
+/// Counts the minutes that a pot takes. Two wheels choose how long and how strong, and a note says how much leaf
+/// that takes. Start and stop are in the toolbar.
 class TimerScreen final : public platform::Object<TimerScreen, platform::UIViewController> {
  public:
   ~TimerScreen() override;
@@ -21,6 +21,7 @@ class TimerScreen final : public platform::Object<TimerScreen, platform::UIViewC
   void viewWillDisappear(bool animated) override;
   /// What the wheels say, in seconds.
   std::int64_t chosenSeconds() const;
+  std::string dose() const;
 
   static void exportMethods(platform::MethodTable<TimerScreen>& table);
 

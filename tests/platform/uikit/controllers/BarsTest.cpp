@@ -289,6 +289,25 @@ TEST_F(BarsTest, TheToolbarShowsTheItemsOfTheTopScreenAboveTheHomeIndicator) {
   EXPECT_EQ(left->view()->superview(), nullptr);
 }
 
+TEST_F(BarsTest, AButtonGrowsWithItsTitleWhereverItStands) {
+  const auto inBar = make<UIBarButtonItem>("Go", UIBarButtonItemStyle::plain, target, sel("pressed:"));
+  const auto inToolbar = make<UIBarButtonItem>("Go", UIBarButtonItemStyle::plain, target, sel("pressed:"));
+  a->navigationItem()->setRightBarButtonItem(inBar);
+  a->setToolbarItems({UIBarButtonItem::flexibleSpaceItem(), inToolbar});
+  navigation->setToolbarHidden(false);
+  settle();
+  for (const auto& item : {inBar, inToolbar}) {
+    const double width = item->view()->bounds().size.width;
+    item->setTitle("Go on and on");
+    settle();
+    EXPECT_GT(item->view()->bounds().size.width, width + 40);
+    EXPECT_NEAR(item->view()->frame().maxX(), 382, 0.5);
+    item->setTitle("Go");
+    settle();
+    EXPECT_EQ(item->view()->bounds().size.width, width);
+  }
+}
+
 // ---- Pictures
 
 TEST_F(BarsTest, ThePictureOfTheBars) {

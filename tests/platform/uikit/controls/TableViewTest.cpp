@@ -302,6 +302,10 @@ TEST_F(TableViewTest, AHeaderStaysWhileItsSectionPassesAndIsPushedAwayByTheNext)
   table->setContentOffset({0, 200});
   settle();
   EXPECT_EQ(table->headerViewForSection(0)->frame().minY(), 200);
+  tap(CGPoint{100, 100 + header / 2});  // the header stands over a row, which is not meant
+  EXPECT_EQ(chapters->journal.take(), "");
+  tap(CGPoint{100, 100 + header + 20});
+  EXPECT_EQ(chapters->journal.take(), "select3");
   table->setContentOffset({0, header + 550 - 10});
   settle();
   EXPECT_NEAR(table->headerViewForSection(0)->frame().maxY(), header + 550, 1e-6);
