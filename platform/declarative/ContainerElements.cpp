@@ -17,6 +17,23 @@ void EnvironmentElement::update(const Description& description, const Environmen
   child_.update(properties.content, inside);
 }
 
+namespace {
+
+/// A reader of geometry inside measures itself in the window: the view has to be in its place before the content is.
+void enter(const Weak<UIView>& host, const Ref<UIView>& view) {
+  const auto parent = host.lock();
+  if (parent && !view->superview()) parent->addSubview(view);
+}
+
+void placeInside(Element& content, UIView& view, CGRect rect) {
+  content.place(rect);
+  std::vector<Ref<UIView>> views;
+  content.collectViews(views);
+  showViews(view, views);
+}
+
+}  // namespace
+
 // ---- Group
 
 void GroupElement::update(const Description& description, const Environment& environment) {
@@ -35,23 +52,23 @@ void GroupElement::update(const Description& description, const Environment& env
       if (tapped) tapped();
     };
   }
+  host_ = environment.host;
   Environment inside = environment;
   inside.host = view_;
   child_.update(properties.content, inside);
 }
 
 void GroupElement::place(CGRect rect) {
+  enter(host_, view_);
   view_->setFrame(rect);
-  child_->place({{0, 0}, rect.size});
-  std::vector<Ref<UIView>> views;
-  child_->collectViews(views);
-  showViews(*view_, views);
+  placeInside(*child_, *view_, {{0, 0}, rect.size});
 }
 
 // ---- Scroll
 
 void ScrollElement::update(const Description& description, const Environment& environment) {
   if (!view_) view_ = make<UIScrollView>();
+  host_ = environment.host;
   Environment inside = environment;
   inside.host = view_;
   child_.update(propertiesOf<ScrollElement>(description).content, inside);
@@ -63,16 +80,11 @@ CGSize ScrollElement::sizeThatFits(ProposedSize offered) {
 }
 
 void ScrollElement::place(CGRect rect) {
+  enter(host_, view_);
   view_->setFrame(rect);
   const CGSize content = child_->sizeThatFits({rect.size.width, std::nullopt});
   view_->setContentSize({rect.size.width, content.height});
-  child_->place({0, 0, rect.size.width, content.height});
-  std::vector<Ref<UIView>> views;
-  child_->collectViews(views);
-  // The scroll view's own subviews (indicators) stay in front.
-  for (std::size_t i = 0; i < views.size(); ++i) {
-    if (views[i]->superview() != view_) view_->insertSubview(views[i], i);
-  }
+  placeInside(*child_, *view_, {0, 0, rect.size.width, content.height});
 }
 
 void ScrollElement::collectViews(std::vector<Ref<UIView>>& views) { views.push_back(view_); }

@@ -16,6 +16,7 @@ void ButtonElement::update(const Description& description, const Environment& en
   }
   button->setTitle(properties.title, UIControlState::normal);
   button->titleLabel()->setFont(environment.font);
+  button->setTintColor(environment.foregroundColor);
   target_->action = [action = properties.action](const Ref<NSObject>&) {
     if (action) action();
   };

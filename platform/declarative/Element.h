@@ -20,7 +20,7 @@ struct ProposedSize {
 /// stands in. A value.
 struct Environment {
   UIFont font = UIFont::systemFont(17);
-  UIColor foregroundColor = UIColor::label();
+  std::optional<UIColor> foregroundColor;  ///< each kind of piece has a colour of its own when none was set
   Weak<UIView> host;
   std::function<void()> setNeedsLayout;
 };

@@ -225,6 +225,7 @@ class GroupElement final : public WrappingElement {
   void collectViews(std::vector<Ref<UIView>>& views) override { views.push_back(view_); }
 
  private:
+  Weak<UIView> host_;
   Ref<UIView> view_;
   Ref<ActionTarget> target_;
 };
@@ -240,6 +241,7 @@ class ScrollElement final : public WrappingElement {
   void collectViews(std::vector<Ref<UIView>>& views) override;
 
  private:
+  Weak<UIView> host_;
   Ref<UIScrollView> view_;
 };
 

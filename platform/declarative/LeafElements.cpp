@@ -26,7 +26,7 @@ void TextElement::update(const Description& description, const Environment& envi
   }
   label->setText(propertiesOf<TextElement>(description).text);
   label->setFont(environment.font);
-  label->setTextColor(environment.foregroundColor);
+  label->setTextColor(environment.foregroundColor.value_or(UIColor::label()));
 }
 
 CGSize TextElement::sizeThatFits(ProposedSize offered) {
@@ -43,7 +43,7 @@ void ImageElement::update(const Description& description, const Environment& env
     view_ = picture;
   }
   picture->setImage(propertiesOf<ImageElement>(description).image);
-  picture->setTintColor(environment.foregroundColor);
+  picture->setTintColor(environment.foregroundColor.value_or(UIColor::label()));
 }
 
 CGSize ImageElement::sizeThatFits(ProposedSize) {

@@ -103,8 +103,10 @@ void UIHostingController::setRootView(Body body) {
   if (hosting_) hosting_->setBody(body_);
 }
 
-void UIHostingController::viewDidAppear(bool animated) {
-  Super::viewDidAppear(animated);
+// From its first layout on it may tell where it stands, so it counts as being there before it has come to rest; one
+// that does not come after all (a step back that was let go) hears viewDidDisappear like any other.
+void UIHostingController::viewWillAppear(bool animated) {
+  Super::viewWillAppear(animated);
   hosting_->setOnScreen(true);
 }
 

@@ -23,7 +23,7 @@ class UIHostingController : public Object<UIHostingController, UIViewController>
   void setRootView(Body body);
 
   void loadView() override;
-  void viewDidAppear(bool animated) override;
+  void viewWillAppear(bool animated) override;
   void viewDidDisappear(bool animated) override;
 
  private:

@@ -37,6 +37,7 @@ void PickerWheel::exportMethods(MethodTable<PickerWheel>& table) {
 }
 
 void PickerWheel::reload(std::int64_t rows, double rowHeight) {
+  turnedByHand_ = false;  // what it was turned to may be something else now
   for (const auto& [row, view] : views_) view->removeFromSuperview();
   views_.clear();
   rows_ = std::clamp<std::int64_t>(rows, 0, 10'000'000);
@@ -98,12 +99,7 @@ void PickerWheel::cameToRest() {
 void PickerWheel::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
   if (isHeld()) {
     Super::touchesEnded(touches, event);
-    // The finger stopped the wheel between two rows: the nearest one comes to the middle.
-    const std::int64_t row = rowAtMiddle();
-    if (row < 0) return;
-    turnedByHand_ = true;
-    if (contentOffset().y == offsetOf(row)) return cameToRest();
-    return setContentOffset({0, offsetOf(row)}, true);
+    return goToNearestRow();
   }
   if (touches.empty() || rows_ == 0) return;
   // The place on the drum that is seen where the finger is.
@@ -114,6 +110,21 @@ void PickerWheel::touchesEnded(const UITouches& touches, const Ref<UIEvent>& eve
   const auto row = static_cast<std::int64_t>(std::floor((middle + away) / rowHeight_));
   if (row < 0 || row >= rows_ || row == selected_) return;
   turnedByHand_ = true;
+  setContentOffset({0, offsetOf(row)}, true);
+}
+
+void PickerWheel::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
+  const bool wasHeld = isHeld();
+  Super::touchesCancelled(touches, event);
+  if (wasHeld && !isDragging()) goToNearestRow();
+}
+
+/// A finger or the wheel of a mouse left it between two rows.
+void PickerWheel::goToNearestRow() {
+  const std::int64_t row = rowAtMiddle();
+  if (row < 0) return;
+  turnedByHand_ = true;
+  if (contentOffset().y == offsetOf(row)) return cameToRest();
   setContentOffset({0, offsetOf(row)}, true);
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/dispatch/DispatchWorkItem.h"
 #include "platform/uikit/FrameTicker.h"
 #include "platform/uikit/ScrollIndicators.h"
 #include "platform/uikit/ScrollMotion.h"
@@ -36,8 +37,9 @@ struct ScrollState {
   // ---- Dragging
   Ref<UIPanGestureRecognizer> pan;
   bool dragging = false;
-  bool held = false;  ///< a finger stopped the gliding content and is still down
-  CGPoint dragStart;  ///< the offset that the finger took hold of, rubber bands undone
+  bool held = false;    ///< a finger stopped the gliding content and is still down
+  bool ending = false;  ///< a drag has ended and the delegate is being told
+  CGPoint dragStart;    ///< the offset that the finger took hold of, rubber bands undone
 
   // ---- Moving by itself
   enum class Moving { no, gliding, scrolling };
@@ -50,6 +52,7 @@ struct ScrollState {
   struct Range {
     double least;
     double most;
+    friend bool operator==(const Range&, const Range&) = default;
   };
   Range rangeX() const;
   Range rangeY() const;
@@ -67,6 +70,15 @@ struct ScrollState {
   void dragMoved();
   void dragEnded(bool cancelled);
   void settleIntoRange();
+  /// Plans where content that is let go with a speed (points a second) comes to rest; false when it rests already.
+  bool planRest(CGPoint speed);
+  /// A finger that had stopped the content lifts, or a wheel stands still: content between two places goes on to one.
+  void comeToRest();
+  /// The gliding content goes on as it was, within the range that there is now.
+  void goOnGliding();
+
+  // ---- The wheel of a mouse
+  Ref<DispatchWorkItem> wheelRest;
 
   /// Sends a message of one argument, the scroll view, when the delegate answers it.
   void tell(SEL selector) const;

@@ -15,6 +15,8 @@ namespace {
 /// Two contacts belong to one double tap when the second follows within this time and this near.
 constexpr double tapInterval = 0.35;
 constexpr double tapDistance = 45;
+/// Points that a finger may move and still tap.
+constexpr double tapSlop = 10;
 
 bool isOver(UITouchPhase phase) { return phase == UITouchPhase::ended || phase == UITouchPhase::cancelled; }
 
@@ -63,6 +65,7 @@ std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::begin(const Ref<UIWindo
   track->touch->view_ = view;
   track->touch->window_ = window;
   track->touch->location_ = location;
+  track->began = location;
   track->touch->tapCount_ = tapCountAt(*window, location, timestamp);
   track->silenced = !view->isMultipleTouchEnabled() &&
                     std::any_of(tracks_.begin(), tracks_.end(),
@@ -99,9 +102,11 @@ void TouchDispatcher::advance(const std::shared_ptr<Track>& track, UITouchPhase 
   touch.timestamp_ = timestamp;
   touch.previousLocation_ = phase == UITouchPhase::began ? location : touch.location_;
   touch.location_ = location;
+  track->strayed = track->strayed || std::hypot(location.x - track->began.x, location.y - track->began.y) > tapSlop;
   if (isOver(phase)) {
     track->lifted = true;
-    lastTap_ = {track->window, location, timestamp, touch.tapCount_};
+    const bool isTap = phase == UITouchPhase::ended && !track->strayed;
+    lastTap_ = isTap ? LastTap{track->window, location, timestamp, touch.tapCount_} : LastTap{};
   }
 
   GestureEnvironment& gestures = GestureEnvironment::shared();

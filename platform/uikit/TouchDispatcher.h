@@ -46,6 +46,8 @@ class TouchDispatcher {
     bool viewKnows = false;
     bool silenced = false;
     bool lifted = false;
+    bool strayed = false;  ///< too far from where it began for a tap
+    CGPoint began;
   };
   struct LastTap {
     const UIWindow* window = nullptr;

@@ -124,27 +124,6 @@ void UIApplication::deliverTouch(std::int64_t identifier, UITouchPhase phase, CG
   if (window) window->deliverTouch(identifier, phase, window->convertPointFromScreen(screenPoint), timestamp);
 }
 
-namespace {
-
-/// The offset moved by a part of the content's way, held within the content.
-double moved(double offset, double delta, double least, double most) {
-  return std::clamp(offset - delta, std::min(offset, least), std::max({offset, least, most}));
-}
-
-bool scrollBy(UIScrollView& view, CGVector delta) {
-  const CGPoint offset = view.contentOffset();
-  const UIEdgeInsets insets = view.adjustedContentInset();
-  const CGSize content = view.contentSize();
-  const CGSize shown = view.bounds().size;
-  const CGPoint wanted{moved(offset.x, delta.dx, -insets.left, content.width + insets.right - shown.width),
-                       moved(offset.y, delta.dy, -insets.top, content.height + insets.bottom - shown.height)};
-  if (wanted == offset) return false;
-  view.setContentOffset(wanted, false);
-  return true;
-}
-
-}  // namespace
-
 void UIApplication::deliverScroll(CGPoint screenPoint, CGVector delta) {
   if (ignoring_ > 0) return;
   const auto all = windowsBackToFront();
@@ -153,7 +132,7 @@ void UIApplication::deliverScroll(CGPoint screenPoint, CGVector delta) {
     if (!hit) continue;
     for (Ref<UIView> view = hit; view; view = view->superview()) {
       const auto scrollView = as<UIScrollView>(view);
-      if (scrollView && scrollView->isScrollEnabled() && scrollBy(*scrollView, delta)) return;
+      if (scrollView && scrollView->isScrollEnabled() && scrollView->scrollByWheel(delta)) return;
     }
     return;
   }

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "platform/graphics/UIImage.h"
+#include "platform/uikit/UINavigationBar.h"
+#include "platform/uikit/UINavigationItem.h"
 #include "platform/uikit/UISystemSymbol.h"
 #include "platform/uikit/_UIButtonBarButton.h"
 
@@ -162,7 +164,19 @@ void UIBarButtonItem::setTintColor(std::optional<UIColor> color) {
   contentDidChange();
 }
 
-void UIBarButtonItem::setCustomView(const Ref<UIView>& view) { customView_ = view; }
+void UIBarButtonItem::setCustomView(const Ref<UIView>& customView) {
+  const Ref<UIView> before = view();
+  customView_ = customView;
+  const Ref<UIView> bar = before && before != view() ? before->superview() : nullptr;
+  if (!bar) return;
+  if (const auto navigationBar = as<UINavigationBar>(bar)) {
+    if (const auto item = navigationBar->topItem()) navigationBar->itemDidChange(*item, false);
+    return;
+  }
+  before->removeFromSuperview();
+  if (const Ref<UIView> now = ensureView()) bar->addSubview(now);
+  bar->setNeedsLayout();
+}
 
 Ref<UIView> UIBarButtonItem::view() const { return customView_ ? customView_ : Ref<UIView>(button_); }
 

@@ -96,7 +96,8 @@ class UIBarButtonItem : public Object<UIBarButtonItem, UIBarItem> {
   std::optional<UIColor> tintColor() const { return tintColor_; }
   void setTintColor(std::optional<UIColor> color);
   const Ref<UIView>& customView() const { return customView_; }
-  void setCustomView(const Ref<UIView>& view);
+  /// A bar that shows the item shows the new view at once; none brings the item's own button back.
+  void setCustomView(const Ref<UIView>& customView);
   std::optional<UIBarButtonSystemItem> systemItem() const { return systemItem_; }
 
   /// What stands for the item in a bar: the custom view, or the private button once a bar has shown the item; none

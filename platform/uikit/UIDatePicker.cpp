@@ -15,10 +15,11 @@ namespace {
 using namespace std::chrono;
 
 constexpr std::int64_t secondsADay = 86400;
-constexpr std::int64_t firstYear = 1900;
-constexpr std::int64_t years = 300;
-/// The days of the wheel of days: as many before 1970 as after it.
-constexpr std::int64_t daysEitherSide = 40000;
+/// From the beginning of 1740 to the end of 2199: as many days before 1970 as after it.
+constexpr std::int64_t firstYear = 1740;
+constexpr std::int64_t years = 460;
+constexpr std::int64_t daysEitherSide = 84006;
+constexpr double bound = static_cast<double>(daysEitherSide) * secondsADay;
 
 constexpr std::array<const char*, 12> months{"January", "February", "March",     "April",   "May",      "June",
                                              "July",    "August",   "September", "October", "November", "December"};
@@ -32,9 +33,7 @@ struct Parts {
 };
 
 Parts partsOf(Date date) {
-  constexpr double bound = static_cast<double>(daysEitherSide) * secondsADay;
-  const double since = std::isfinite(date.timeIntervalSince1970()) ? date.timeIntervalSince1970() : 0;
-  const auto whole = static_cast<std::int64_t>(std::floor(std::clamp(since, -bound, bound - 1)));
+  const auto whole = static_cast<std::int64_t>(std::floor(date.timeIntervalSince1970()));
   const std::int64_t day = whole >= 0 ? whole / secondsADay : -((-whole + secondsADay - 1) / secondsADay);
   return {day, whole - day * secondsADay, year_month_day(sys_days(days(day)))};
 }
@@ -55,7 +54,7 @@ void UIDatePicker::initWithFrame(CGRect frame) {
   wheels_->setDataSource(self());
   wheels_->setDelegate(self());
   addSubview(wheels_);
-  showDate(false);
+  setDate(date_);
 }
 
 void UIDatePicker::exportMethods(MethodTable<UIDatePicker>& table) {
@@ -67,6 +66,9 @@ void UIDatePicker::exportMethods(MethodTable<UIDatePicker>& table) {
 }
 
 Date UIDatePicker::held(Date date) const {
+  const double since = date.timeIntervalSince1970();
+  if (!std::isfinite(since)) return date_;
+  date = Date(std::clamp(since, -bound, bound - 1));
   if (maximum_ && date > *maximum_) date = *maximum_;
   if (minimum_ && date < *minimum_) date = *minimum_;
   return date;
@@ -74,14 +76,14 @@ Date UIDatePicker::held(Date date) const {
 
 void UIDatePicker::setDate(Date date, bool animated) {
   date_ = held(date);
-  showDate(animated);
+  showDate([&](std::int64_t row, std::int64_t component) { wheels_->selectRow(row, component, animated); });
 }
 
 void UIDatePicker::setDatePickerMode(UIDatePickerMode mode) {
   if (mode_ == mode) return;
   mode_ = mode;
   wheels_->reloadAllComponents();
-  showDate(false);
+  setDate(date_);
 }
 
 void UIDatePicker::setMinimumDate(std::optional<Date> date) {
@@ -133,9 +135,8 @@ double UIDatePicker::componentWidth(const Ref<NSObject>&, std::int64_t component
   return component == 0 ? 150 : 60;
 }
 
-void UIDatePicker::showDate(bool animated) {
+void UIDatePicker::showDate(const std::function<void(std::int64_t row, std::int64_t component)>& show) {
   const Parts parts = partsOf(date_);
-  const auto show = [&](std::int64_t row, std::int64_t component) { wheels_->selectRow(row, component, animated); };
   const std::int64_t hour = parts.seconds / 3600;
   const std::int64_t minute = parts.seconds / 60 % 60;
   switch (mode_) {
@@ -157,6 +158,7 @@ void UIDatePicker::showDate(bool animated) {
 }
 
 void UIDatePicker::didSelect(const Ref<NSObject>&, std::int64_t, std::int64_t) {
+  if (!isEnabled()) return;
   const Parts parts = partsOf(date_);
   const auto row = [this](std::int64_t component) { return wheels_->selectedRowInComponent(component); };
   std::int64_t day = parts.day;
@@ -171,7 +173,12 @@ void UIDatePicker::didSelect(const Ref<NSObject>&, std::int64_t, std::int64_t) {
     const std::int64_t inMonth = std::min(row(0) + 1, daysIn(chosen));  // the 31st of a short month is its last day
     day = sys_days(chosen / std::chrono::day(static_cast<unsigned>(inMonth))).time_since_epoch().count();
   }
-  setDate(Date(static_cast<double>(day * secondsADay + seconds)), true);
+  date_ = held(Date(static_cast<double>(day * secondsADay + seconds)));
+  // Wheels that say something else are set right; one that still turns will tell by itself what it came to.
+  showDate([this](std::int64_t right, std::int64_t component) {
+    if (wheels_->selectedRowInComponent(component) == right || wheels_->isTurning(component)) return;
+    wheels_->selectRow(right, component, true);
+  });
   sendActionsForControlEvents(UIControlEvents::valueChanged);
 }
 
@@ -188,6 +195,7 @@ void UIDatePicker::layoutSubviews() {
 void UIDatePicker::stateDidChange() {
   Super::stateDidChange();
   wheels_->setUserInteractionEnabled(isEnabled());
+  if (!isEnabled()) setDate(date_);  // wheels that still turn are stopped
   wheels_->setAlpha(isEnabled() ? 1 : 0.5);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "platform/foundation/Date.h"
@@ -11,7 +12,8 @@ class UIPickerView;
 
 enum class UIDatePickerMode { time, date, dateAndTime };
 
-/// A date or time of day chosen on wheels, in UTC; sends valueChanged. Main thread.
+/// A date or time of day chosen on wheels, in UTC, from the beginning of 1740 to the end of 2199; sends valueChanged.
+/// Main thread.
 class UIDatePicker : public Object<UIDatePicker, UIControl> {
  public:
   void initWithFrame(CGRect frame) override;
@@ -19,7 +21,7 @@ class UIDatePicker : public Object<UIDatePicker, UIControl> {
 
   virtual Date date() const { return date_; }
   void setDate(Date date) { setDate(date, false); }
-  /// Held to minimum and maximum.
+  /// Held to minimum and maximum. A date that is no number changes nothing.
   virtual void setDate(Date date, bool animated);
   UIDatePickerMode datePickerMode() const { return mode_; }
   void setDatePickerMode(UIDatePickerMode mode);
@@ -39,7 +41,7 @@ class UIDatePicker : public Object<UIDatePicker, UIControl> {
   std::string rowTitle(const Ref<NSObject>& picker, std::int64_t row, std::int64_t component);
   double componentWidth(const Ref<NSObject>& picker, std::int64_t component);
   void didSelect(const Ref<NSObject>& picker, std::int64_t row, std::int64_t component);
-  void showDate(bool animated);
+  void showDate(const std::function<void(std::int64_t row, std::int64_t component)>& show);
   Date held(Date date) const;
 
   Ref<UIPickerView> wheels_;

@@ -62,6 +62,8 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   void requireGestureRecognizerToFail(const Ref<UIGestureRecognizer>& other);
 
   std::int64_t numberOfTouches() const;
+  /// The touches that it follows, those that have just ended among them.
+  const UITouches& touches() const { return touches_; }
   /// The middle of the touches, in the view's coordinates (the window's for none).
   virtual CGPoint locationInView(const UIView* view) const;
   CGPoint locationOfTouch(std::int64_t index, const UIView* view) const;
@@ -80,7 +82,6 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   /// `began` and `ended` out of `possible` are wishes that the platform grants, puts off or refuses.
   void setState(UIGestureRecognizerState state);
   /// The touches that are down; one that ends is still among them while touchesEnded runs.
-  const UITouches& touches() const { return touches_; }
 
  private:
   friend class GestureEnvironment;

@@ -1,5 +1,6 @@
 #include "platform/uikit/UILongPressGestureRecognizer.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/dispatch/DispatchQueue.h"
@@ -34,6 +35,10 @@ void UILongPressGestureRecognizer::touchesMoved(const UITouches&, const Ref<UIEv
 
 void UILongPressGestureRecognizer::touchesEnded(const UITouches&, const Ref<UIEvent>&) {
   const bool isPressed = state() != UIGestureRecognizerState::possible;
+  const auto isDown = [](const Ref<UITouch>& touch) {
+    return touch->phase() != UITouchPhase::ended && touch->phase() != UITouchPhase::cancelled;
+  };
+  if (isPressed && std::count_if(touches().begin(), touches().end(), isDown) >= touchesRequired_) return;
   setState(isPressed ? UIGestureRecognizerState::ended : UIGestureRecognizerState::failed);
 }
 

@@ -183,7 +183,7 @@ void UINavigationBar::fillTitle(Contents& contents, const Contents* old) {
   if (const Ref<UISearchController>& search = item.searchController()) contents.searchBar = search->searchBar();
 }
 
-void UINavigationBar::fillButtons(Contents& contents) {
+void UINavigationBar::fillButtons(Contents& contents, const Contents* old) {
   const UINavigationItem& item = *contents.item;
   const auto viewsOf = [](const std::vector<Ref<UIBarButtonItem>>& items) {
     std::vector<Ref<UIView>> views;
@@ -196,8 +196,15 @@ void UINavigationBar::fillButtons(Contents& contents) {
   contents.right = viewsOf(item.rightBarButtonItems());
   if (items_.size() < 2 || item.hidesBackButton()) return;
   if (!contents.left.empty() && !item.leftItemsSupplementBackButton()) return;
-  contents.backItem = make<UIBarButtonItem>(backTitle(), UIBarButtonItemStyle::plain, self(), sel("backButtonTapped"));
-  if (const auto& look = backItem()->backBarButtonItem()) contents.backItem->setTintColor(look->tintColor());
+  if (old && old->back) {  // it may be under a finger
+    contents.backItem = old->backItem;
+    contents.backItem->setTitle(backTitle());
+  } else {
+    contents.backItem =
+        make<UIBarButtonItem>(backTitle(), UIBarButtonItemStyle::plain, self(), sel("backButtonTapped"));
+  }
+  const auto& look = backItem()->backBarButtonItem();
+  contents.backItem->setTintColor(look ? look->tintColor() : std::nullopt);
   contents.back = as<_UIButtonBarButton>(contents.backItem->ensureView());
   contents.back->setShowsBackIndicator(true);
 }
@@ -210,7 +217,7 @@ void UINavigationBar::show(Direction direction, bool animated) {
     contents_ = std::make_unique<Contents>();
     contents_->item = item;
     fillTitle(*contents_, direction == Direction::none ? old.get() : nullptr);
-    fillButtons(*contents_);
+    fillButtons(*contents_, direction == Direction::none ? old.get() : nullptr);
     UIView::performWithoutAnimation([&] { bring(*contents_, old.get(), direction, animated); });
   }
   if (old) take(*old, direction, animated);

@@ -60,6 +60,7 @@ class UINavigationBar : public Object<UINavigationBar, UIView> {
   void layoutSubviews() override;
 
  private:
+  friend class UIBarButtonItem;
   friend class UINavigationItem;
   friend class UINavigationController;
   struct Contents;
@@ -68,7 +69,7 @@ class UINavigationBar : public Object<UINavigationBar, UIView> {
   void backButtonTapped();
   void show(Direction direction, bool animated);
   void fillTitle(Contents& contents, const Contents* old);
-  void fillButtons(Contents& contents);
+  void fillButtons(Contents& contents, const Contents* old);
   void bring(const Contents& contents, const Contents* old, Direction direction, bool animated);
   void take(const Contents& contents, Direction direction, bool animated);
   void layOutTitle(double left, double right);

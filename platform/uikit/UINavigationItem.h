@@ -47,7 +47,8 @@ class UINavigationItem : public Object<UINavigationItem, NSObject> {
   /// What the back button of the next screen says; the title when none.
   const std::optional<std::string>& backButtonTitle() const { return backButtonTitle_; }
   void setBackButtonTitle(std::optional<std::string> title);
-  /// Stands for the next screen's back button in title, picture and tint; its own target and action are not used.
+  /// Gives the next screen's back button its title and tint, as they are when that screen comes; its picture, target
+  /// and action are not used.
   const Ref<UIBarButtonItem>& backBarButtonItem() const { return backBarButtonItem_; }
   void setBackBarButtonItem(const Ref<UIBarButtonItem>& item);
 

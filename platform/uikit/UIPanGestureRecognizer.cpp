@@ -1,5 +1,6 @@
 #include "platform/uikit/UIPanGestureRecognizer.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/uikit/UIView.h"
@@ -99,12 +100,15 @@ void UIPanGestureRecognizer::touchesMoved(const UITouches& moved, const Ref<UIEv
 
 void UIPanGestureRecognizer::touchesEnded(const UITouches& ended, const Ref<UIEvent>& event) {
   const double time = ended.front()->timestamp();
-  if (numberOfTouches() > 1) {
+  const auto fingers = std::count_if(touches().begin(), touches().end(), [](const auto& one) { return !isOver(one); });
+  const bool isUnderWay = state() != UIGestureRecognizerState::possible;
+  if (fingers > 0 && !(isUnderWay && fingers < minimumTouches_)) {
     lastSeen_ = middle();
     return;
   }
   // A finger that stood still before it lifted leaves without speed.
   while (!samples_.empty() && samples_.front().time < time - velocityWindow) samples_.pop_front();
+  if (fingers > 0) return setState(UIGestureRecognizerState::ended);
   UIGestureRecognizer::touchesEnded(ended, event);
 }
 

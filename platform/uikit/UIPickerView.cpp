@@ -100,6 +100,11 @@ void UIPickerView::selectRow(std::int64_t row, std::int64_t component, bool anim
   wheels_[static_cast<std::size_t>(component)]->select(row, animated && window());
 }
 
+bool UIPickerView::isTurning(std::int64_t component) const {
+  return component >= 0 && component < numberOfComponents() &&
+         wheels_[static_cast<std::size_t>(component)]->isTurning();
+}
+
 void UIPickerView::reloadAllComponents() {
   loaded_ = false;
   setNeedsLayout();

@@ -30,6 +30,8 @@ class UIPickerView : public Object<UIPickerView, UIView> {
   virtual std::int64_t selectedRowInComponent(std::int64_t component) const;
   /// Nothing happens for a component or row that is not there.
   virtual void selectRow(std::int64_t row, std::int64_t component, bool animated);
+  /// A person turns that wheel, or it has not come to rest.
+  bool isTurning(std::int64_t component) const;
   void reloadAllComponents();
   void reloadComponent(std::int64_t component);
   Ref<UIView> viewForRow(std::int64_t row, std::int64_t component) const;

@@ -32,7 +32,7 @@ class UIResponder : public Object<UIResponder, NSObject> {
   /// True when this object is the first responder afterwards.
   virtual bool becomeFirstResponder();
   virtual bool resignFirstResponder();
-  bool isFirstResponder() const;
+  virtual bool isFirstResponder() const;
   /// The first responder of the application, or none.
   static Ref<UIResponder> firstResponder();
 

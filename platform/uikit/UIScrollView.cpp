@@ -111,7 +111,8 @@ void UIScrollView::safeAreaInsetsDidChange() {
   CGPoint offset = contentOffset();
   if (offset.y <= -before.top) offset.y = -insets.top;
   if (offset.x <= -before.left) offset.x = -insets.left;
-  if (offset != contentOffset() && !scroll_->dragging && scroll_->moving == ScrollState::Moving::no) {
+  if (offset != contentOffset() && !scroll_->dragging && scroll_->moving == ScrollState::Moving::no &&
+      !scroll_->ending) {
     setBounds(CGRect{offset, bounds().size});
   }
   setNeedsLayout();

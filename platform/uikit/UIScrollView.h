@@ -80,6 +80,9 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void setContentSizeFromConstraints(CGSize size) override {
     if (size != contentSize()) setContentSize(size);
   }
+  /// Moves by a turn of a mouse's wheel, in points; false when the content stands at its end already. Once the wheel
+  /// stands still, content that rests only at certain places goes on to one of them.
+  virtual bool scrollByWheel(CGVector delta);
   void safeAreaInsetsDidChange() override;
   void didMoveToWindow() override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
@@ -100,6 +103,7 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void retargetScrolling(CGPoint offset);
   /// A finger stopped the gliding content and is still down.
   bool isHeld() const;
+  virtual void wheelStoodStill();
 
  private:
   friend struct ScrollState;

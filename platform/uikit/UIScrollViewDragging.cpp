@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/ScrollState.h"
 #include "platform/uikit/UIControl.h"
@@ -46,7 +47,12 @@ bool ScrollState::isOutside() const {
 }
 
 void ScrollState::settleIntoRange() {
-  if (dragging || held || moving == Moving::gliding) return;
+  if (moving == Moving::gliding) {
+    const CGPoint goal{motionX.target(), motionY.target()};
+    if (clamped(goal) != goal) goOnGliding();
+    return;
+  }
+  if (dragging || held) return;
   // Only what lies beyond the end is brought back: content pulled down by program stays where it was put.
   const CGPoint offset = view.contentOffset();
   const CGPoint inside = clamped(offset);
@@ -77,7 +83,7 @@ void ScrollState::tick(double seconds) {
                               : CGPoint{onPixel(motionX.position(seconds)), onPixel(motionY.position(seconds))};
   const Moving kind = moving;
   view.setBounds(CGRect{offset, view.bounds().size});
-  if (!over || moving != kind) return;  // the delegate may have sent it elsewhere
+  if (!over || moving != kind || movedSeconds != seconds) return;  // the delegate may have sent it elsewhere
   stopMoving();
 }
 
@@ -163,9 +169,29 @@ void ScrollState::dragEnded(bool cancelled) {
   static const SEL willBeginDecelerating = sel("scrollViewWillBeginDecelerating:");
   dragging = false;
   const CGPoint offset = view.contentOffset();
-  const CGSize size = view.bounds().size;
+  const Range x = rangeX();
+  const Range y = rangeY();
   CGPoint speed = cancelled ? CGPoint{} : pan->velocityInView(nullptr);
   speed = {scrollsX() ? -speed.x : 0, scrollsY() ? -speed.y : 0};
+  bool glides = planRest(speed);
+  ending = true;
+  sendOptional(delegate.lock(), didEndDragging, view.shared_from_this(), glides);
+  ending = false;
+  if (dragging || moving != Moving::no) return;
+  // The delegate may have moved the content, or given it other edges: it comes to rest from there.
+  if (view.contentOffset() != offset) {
+    glides = planRest({});
+  } else if (rangeX() != x || rangeY() != y) {
+    glides = planRest(speed);
+  }
+  if (!glides) return indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+  startMoving(Moving::gliding);
+  tell(willBeginDecelerating);
+}
+
+bool ScrollState::planRest(CGPoint speed) {
+  const CGPoint offset = view.contentOffset();
+  const CGSize size = view.bounds().size;
   const auto motion = [this](double at, double velocity, Range range, double page) {
     if (!paging || page <= 0) {
       return ScrollMotion::glide(at, velocity, {range.least, range.most, bounces}, decelerationRate);
@@ -183,15 +209,55 @@ void ScrollState::dragEnded(bool cancelled) {
   const CGPoint wanted = view.restingOffset(proposed);
   if (wanted.x != proposed.x) motionX = ScrollMotion::spring(offset.x, speed.x, wanted.x);
   if (wanted.y != proposed.y) motionY = ScrollMotion::spring(offset.y, speed.y, wanted.y);
-  const bool glides = !motionX.isOver(0) || !motionY.isOver(0);
-  sendOptional(delegate.lock(), didEndDragging, view.shared_from_this(), glides);
-  if (!glides || dragging || moving != Moving::no) {
-    if (!glides) indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
-    return;
-  }
-  startMoving(Moving::gliding);
-  tell(willBeginDecelerating);
+  return !motionX.isOver(0) || !motionY.isOver(0);
 }
+
+void ScrollState::comeToRest() {
+  if (dragging || held || moving != Moving::no) return;
+  if (planRest({})) startMoving(Moving::gliding);
+}
+
+void ScrollState::goOnGliding() {
+  const auto motion = [this](const ScrollMotion& before, Range range) {
+    const double at = before.position(movedSeconds);
+    const double speed = before.velocity(movedSeconds);
+    const double goal = std::clamp(before.target(), range.least, range.most);
+    if (goal != before.target() || paging) return ScrollMotion::spring(at, speed, goal);
+    return ScrollMotion::glide(at, speed, {range.least, range.most, bounces}, decelerationRate);
+  };
+  motionX = motion(motionX, rangeX());
+  motionY = motion(motionY, rangeY());
+  startMoving(Moving::gliding);
+}
+
+// ---- The wheel of a mouse
+
+namespace {
+
+/// The offset moved by a part of the content's way, held within the content.
+double moved(double offset, double delta, double least, double most) {
+  return std::clamp(offset - delta, std::min(offset, least), std::max({offset, least, most}));
+}
+
+constexpr double wheelPause = 0.15;  // seconds after which the wheel is taken to stand still
+
+}  // namespace
+
+bool UIScrollView::scrollByWheel(CGVector delta) {
+  const auto x = scroll_->rangeX();
+  const auto y = scroll_->rangeY();
+  const CGPoint offset = contentOffset();
+  const CGPoint wanted{moved(offset.x, delta.dx, x.least, x.most), moved(offset.y, delta.dy, y.least, y.most)};
+  if (wanted == offset) return false;
+  setContentOffset(wanted, false);
+  if (scroll_->wheelRest) scroll_->wheelRest->cancel();
+  scroll_->wheelRest = DispatchQueue::main().asyncAfter(wheelPause, [weak = weakSelf()] {
+    if (const Ref<UIScrollView> view = weak.lock()) view->wheelStoodStill();
+  });
+  return true;
+}
+
+void UIScrollView::wheelStoodStill() { scroll_->comeToRest(); }
 
 // ---- Touches that are no drag: a finger on moving content stops it
 
@@ -203,8 +269,8 @@ Ref<UIView> UIScrollView::hitTest(CGPoint point, const Ref<UIEvent>& event) {
 
 void UIScrollView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) {
   if (scroll_->moving == ScrollState::Moving::gliding) {
+    scroll_->held = true;  // before anybody is told that it stands: it is not at rest, a finger holds it
     scroll_->stopMoving();
-    scroll_->held = true;
     return;
   }
   Super::touchesBegan(touches, event);
@@ -216,10 +282,7 @@ void UIScrollView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& ev
     return;
   }
   scroll_->held = false;
-  if (scroll_->isOutside() && !scroll_->dragging) {
-    scroll_->dragging = true;
-    scroll_->dragEnded(true);
-  }
+  if (scroll_->isOutside() || scroll_->paging) scroll_->comeToRest();
 }
 
 void UIScrollView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
@@ -228,10 +291,7 @@ void UIScrollView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>
     return;
   }
   scroll_->held = false;  // the pan took over, or nobody did
-  if (!scroll_->dragging && scroll_->isOutside()) {
-    scroll_->dragging = true;
-    scroll_->dragEnded(true);
-  }
+  if (scroll_->isOutside() || scroll_->paging) scroll_->comeToRest();
 }
 
 bool UIScrollView::touchesShouldCancelInContentView(const Ref<UIView>& view) {
@@ -242,14 +302,13 @@ bool UIScrollView::touchesShouldCancelInContentView(const Ref<UIView>& view) {
 bool UIScrollView::gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) {
   if (recognizer != scroll_->pan) return Super::gestureRecognizerShouldBegin(recognizer);
   if (!scroll_->scrollEnabled) return false;
-  if (!scroll_->held) {
-    const CGPoint at = scroll_->pan->locationInView(this);
-    const Ref<UIView> touched = hitTest(at, nullptr);
-    if (touched && touched.get() != this) {
-      const Ref<UIControl> control = as<UIControl>(touched);
-      if (control && control->isTracking() && !scroll_->canCancelContentTouches) return false;
-      if (!touchesShouldCancelInContentView(touched)) return false;
-    }
+  for (const Ref<UITouch>& touch : scroll_->pan->touches()) {
+    const Ref<UIView> touched = touch->view();
+    if (scroll_->held || !touched || touched.get() == this) continue;
+    const Ref<UIControl> control = as<UIControl>(touched);
+    if (control && !control->isTracking()) continue;  // it did not want the touch, or may not have it
+    if (control && !scroll_->canCancelContentTouches) return false;
+    if (!touchesShouldCancelInContentView(touched)) return false;
   }
   const bool x = scroll_->scrollsX();
   const bool y = scroll_->scrollsY();

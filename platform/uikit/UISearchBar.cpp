@@ -159,6 +159,7 @@ void UISearchBar::setShowsCancelButton(bool shows, bool animated) {
 
 bool UISearchBar::canBecomeFirstResponder() { return field_->canBecomeFirstResponder(); }
 bool UISearchBar::becomeFirstResponder() { return field_->becomeFirstResponder(); }
+bool UISearchBar::isFirstResponder() const { return field_ && field_->isFirstResponder(); }
 bool UISearchBar::resignFirstResponder() { return field_->resignFirstResponder(); }
 
 CGSize UISearchBar::intrinsicContentSize() const { return {UIViewNoIntrinsicMetric, barHeight}; }

@@ -43,6 +43,8 @@ class UISearchBar : public Object<UISearchBar, UIView> {
   bool canBecomeFirstResponder() override;
   bool becomeFirstResponder() override;
   bool resignFirstResponder() override;
+  /// True while its field is.
+  bool isFirstResponder() const override;
   CGSize sizeThatFits(CGSize size) const override;
   CGSize intrinsicContentSize() const override;
   void layoutSubviews() override;

@@ -60,20 +60,22 @@ void UIStackView::addArrangedSubview(const Ref<UIView>& view) { insertArrangedSu
 
 void UIStackView::insertArrangedSubview(const Ref<UIView>& view, std::size_t index) {
   if (!view || view.get() == this) return;
+  const Ref<UIView> keeper = view;  // it may be an entry of the very list that changes
   const auto old = std::find(arranged_.begin(), arranged_.end(), view);
   if (old != arranged_.end()) {
     if (static_cast<std::size_t>(old - arranged_.begin()) < index) --index;
     arranged_.erase(old);
   }
-  arranged_.insert(arranged_.begin() + static_cast<std::ptrdiff_t>(std::min(index, arranged_.size())), view);
-  view->setTranslatesAutoresizingMaskIntoConstraints(false);
-  if (view->superview().get() != this) addSubview(view);
+  arranged_.insert(arranged_.begin() + static_cast<std::ptrdiff_t>(std::min(index, arranged_.size())), keeper);
+  keeper->setTranslatesAutoresizingMaskIntoConstraints(false);
+  if (keeper->superview().get() != this) addSubview(keeper);
   arrangementDidChange();
 }
 
 void UIStackView::removeArrangedSubview(const Ref<UIView>& view) {
-  if (std::erase(arranged_, view) == 0) return;
-  customSpacings_.erase(view.get());
+  const Ref<UIView> keeper = view;
+  if (std::erase(arranged_, keeper) == 0) return;
+  customSpacings_.erase(keeper.get());
   arrangementDidChange();
 }
 

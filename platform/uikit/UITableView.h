@@ -31,8 +31,9 @@ inline constexpr double UITableViewAutomaticDimension = -1;
 /// Delegate (one with the scroll view's): tableView:heightForRowAtIndexPath:,
 /// tableView:estimatedHeightForRowAtIndexPath:, tableView:heightForHeaderInSection:,
 /// tableView:heightForFooterInSection:, tableView:viewForHeaderInSection:, tableView:viewForFooterInSection:,
-/// tableView:shouldHighlightRowAtIndexPath:, tableView:willSelectRowAtIndexPath: (gives a std::optional<IndexPath>,
-/// none for no), tableView:didSelectRowAtIndexPath:, tableView:didDeselectRowAtIndexPath:,
+/// tableView:shouldHighlightRowAtIndexPath:, tableView:didHighlightRowAtIndexPath:,
+/// tableView:didUnhighlightRowAtIndexPath:, tableView:willSelectRowAtIndexPath: (gives a std::optional<IndexPath>, none
+/// for no), tableView:didSelectRowAtIndexPath:, tableView:didDeselectRowAtIndexPath:,
 /// tableView:accessoryButtonTappedForRowWithIndexPath:, tableView:willDisplayCell:forRowAtIndexPath:,
 /// tableView:didEndDisplayingCell:forRowAtIndexPath:.
 ///

@@ -5,6 +5,7 @@
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TextEditMenu.h"
 #include "platform/uikit/TextFieldContent.h"
+#include "platform/uikit/TextInputOrder.h"
 #include "platform/uikit/UIPasteboard.h"
 
 // How a text field is edited: first responder, keys, touches, clipboard; who is asked and who is told.
@@ -211,6 +212,7 @@ bool UITextField::keyPressed(const UIKey& key) {
     case UIKey::Code::down:
       return move(edit.text().size());
     case UIKey::Code::tab:
+      return goToNextTextInput(*this, key.shift);
     case UIKey::Code::escape:
       return false;
   }

@@ -3,6 +3,7 @@
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/TextEditMenu.h"
+#include "platform/uikit/TextInputOrder.h"
 #include "platform/uikit/TextViewContent.h"
 #include "platform/uikit/UIPasteboard.h"
 #include "platform/uikit/UITouch.h"
@@ -195,6 +196,9 @@ bool UITextView::keyPressed(const UIKey& key) {
     case UIKey::Code::end:
       return move(key.control ? edit.text().size() : content_->laidOut().lineAt(edit.caret()).end);
     case UIKey::Code::tab:
+      if (key.shift || !isEditable()) return goToNextTextInput(*this, key.shift);
+      insertText("\t");
+      return true;
     case UIKey::Code::escape:
       return false;
   }

@@ -45,10 +45,10 @@ class LumicorInitTaskTest : public SessionTest {
 };
 
 TEST_F(LumicorInitTaskTest, TellsTheServiceWhoAndWhatAndBecomesInitialised) {
-  Lumicor::shared().initialize("key", "ada", "https://other.test");
-  EXPECT_FALSE(Lumicor::shared().getInitialized());
   service_.answer("/sdk/init", json(R"({"statusCode":200,"data":{}})"));
   beginLog();
+  Lumicor::shared().initialize("key", "ada", "https://other.test");
+  EXPECT_FALSE(Lumicor::shared().getInitialized());
   RunLoop::settle();
   EXPECT_THAT(log(), ElementsAre("Initialization Success", "Log Event Success"));
   EXPECT_TRUE(Lumicor::shared().getInitialized());

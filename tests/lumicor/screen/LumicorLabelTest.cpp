@@ -49,4 +49,17 @@ TEST_F(LumicorLabelTest, KeepsTheRegionWhereTheViewIsAndWhetherItShows) {
   EXPECT_THAT(log, HasSubstr(", Add back Position price\n"));
 }
 
+TEST_F(LumicorLabelTest, AScreenThatDoesNotComeAfterAllShowsNoRegion) {
+  const auto navigation = make<UINavigationController>(screen_);
+  show(navigation);
+  navigation->pushViewController(make<UIViewController>(), false);
+  advance(1);
+  top_ = 130;
+  screen_->setNeedsUpdate();
+  drag({{5, 400}, {150, 400}, {60, 400}}, 0.6);  // back, and then not
+  advance(1);
+  ASSERT_EQ(navigation->viewControllers().size(), 2u);
+  EXPECT_FALSE(region().isVisible);
+}
+
 }  // namespace lumicor::test

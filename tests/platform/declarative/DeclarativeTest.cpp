@@ -1,5 +1,6 @@
 #include "platform/declarative/UIHostingController.h"
 #include "platform/declarative/View.h"
+#include "platform/uikit/UIButton.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UINavigationController.h"
 #include "platform/uikit/UIScrollView.h"
@@ -112,7 +113,7 @@ TEST_F(DeclarativeTest, BackgroundsAreAsLargeAsTheirContentAndLieBehind) {
 
 TEST_F(DeclarativeTest, FontsAndColoursReachEverythingThatHasNoneOfItsOwn) {
   host([] {
-    return VStack({Text("inherits"), Text("own").foregroundColor(UIColor::systemBlue())})
+    return VStack({Text("inherits"), Text("own").foregroundColor(UIColor::systemBlue()), Button("press", nullptr)})
         .font(UIFont::systemFont(31))
         .foregroundColor(UIColor::systemRed());
   });
@@ -120,6 +121,7 @@ TEST_F(DeclarativeTest, FontsAndColoursReachEverythingThatHasNoneOfItsOwn) {
   EXPECT_EQ(label("inherits")->font().pointSize(), 31);
   EXPECT_EQ(label("own")->textColor(), UIColor::systemBlue());
   EXPECT_EQ(label("own")->font().pointSize(), 31);
+  EXPECT_EQ(label("press")->textColor(), UIColor::systemRed());
 }
 
 TEST_F(DeclarativeTest, AnUpdateKeepsTheViewsThatStayAndReplacesOthers) {
@@ -179,6 +181,30 @@ TEST_F(DeclarativeTest, AGeometryReaderKnowsWhereItIsAlsoWhenScrolled) {
   scroll->setContentOffset({0, 60}, false);
   advance(0.1);
   EXPECT_EQ(seen.back().origin.y, 287);
+}
+
+TEST_F(DeclarativeTest, AGeometryReaderKnowsItsPlaceFromTheFirstTimeOn) {
+  std::vector<CGRect> frames;
+  const View reader = GeometryReader([&](const GeometryProxy& proxy) {
+                        frames.push_back(proxy.frame(CoordinateSpace::global));
+                        return Color(UIColor::clear());
+                      }).frame(50, 40);
+  host([&] { return VStack({block("above", 390, 100), reader.cornerRadius(8), Spacer()}, 0); });
+  ASSERT_FALSE(frames.empty());
+  EXPECT_EQ(frames.front(), (CGRect{170, 147, 50, 40}));
+}
+
+TEST_F(DeclarativeTest, ScrolledContentLosesWhatIsDescribedNoMore) {
+  int rows = 5;
+  host([&] {
+    std::vector<View> all;
+    for (int i = 0; i < rows; ++i) all.push_back(block("row" + std::to_string(i), 100, 40));
+    return ScrollView(VStack(all, 0));
+  });
+  EXPECT_EQ(find("row4")->superview()->subviews().size(), 5u);
+  rows = 3;
+  update();
+  EXPECT_EQ(find("row0")->superview()->subviews().size(), 3u);
 }
 
 TEST_F(DeclarativeTest, AppearanceIsToldOnceEachTimeItChanges) {

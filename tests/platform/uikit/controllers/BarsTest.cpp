@@ -308,6 +308,43 @@ TEST_F(BarsTest, AButtonGrowsWithItsTitleWhereverItStands) {
   }
 }
 
+TEST_F(BarsTest, ACustomViewCanTakeTheButtonsPlace) {
+  const auto inBar = addItem();
+  const auto inToolbar = addItem();
+  a->navigationItem()->setRightBarButtonItem(inBar);
+  a->setToolbarItems({UIBarButtonItem::flexibleSpaceItem(), inToolbar});
+  navigation->setToolbarHidden(false);
+  settle();
+  for (const auto& item : {inBar, inToolbar}) {
+    const Ref<UIView> button = item->view();
+    const Ref<UIView> bar = button->superview();
+    const auto spinner = make<UIView>(CGRect{0, 0, 30, 30});
+    item->setCustomView(spinner);
+    settle();
+    EXPECT_EQ(spinner->superview(), bar);
+    EXPECT_EQ(button->superview(), nullptr);
+    EXPECT_NEAR(spinner->frame().midY(), 22, 0.5);
+    EXPECT_GT(spinner->frame().minX(), 300);
+    item->setCustomView(nullptr);
+    settle();
+    EXPECT_EQ(spinner->superview(), nullptr);
+    EXPECT_EQ(button->superview(), bar);
+  }
+}
+
+TEST_F(BarsTest, TheBackButtonIsPressedEvenIfTheTitleChangesMeanwhile) {
+  navigation->pushViewController(b, false);
+  settle();
+  const CGPoint back = bar()->backButtonView()->convertRect(bar()->backButtonView()->bounds(), nullptr).center();
+  window()->deliverTouch(1, UITouchPhase::began, back, Clock::mediaTime());
+  advance(0.05);
+  b->setTitle("Oolong, steeped for 3 s");
+  settle();
+  window()->deliverTouch(1, UITouchPhase::ended, back, Clock::mediaTime());
+  advance(1);
+  EXPECT_EQ(navigation->topViewController(), a);
+}
+
 // ---- Pictures
 
 TEST_F(BarsTest, ThePictureOfTheBars) {

@@ -1,3 +1,4 @@
+#include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UIScrollView.h"
 #include "platform/uikit/UISlider.h"
@@ -13,12 +14,16 @@ class Watcher : public Object<Watcher, NSObject> {
   Journal journal;
   int scrolls = 0;
   std::function<void()> onScroll;
+  std::function<void()> onLetGo;
   void didScroll(const Ref<NSObject>&) {
     ++scrolls;
     if (onScroll) onScroll();
   }
   void willDrag(const Ref<NSObject>&) { journal.note("drag"); }
-  void didDrag(const Ref<NSObject>&, bool decelerates) { journal.note(decelerates ? "let-go" : "put-down"); }
+  void didDrag(const Ref<NSObject>&, bool decelerates) {
+    journal.note(decelerates ? "let-go" : "put-down");
+    if (onLetGo) onLetGo();
+  }
   void willDecelerate(const Ref<NSObject>&) { journal.note("glide"); }
   void didDecelerate(const Ref<NSObject>&) { journal.note("rest"); }
   void didAnimate(const Ref<NSObject>&) { journal.note("arrived"); }
@@ -283,6 +288,82 @@ TEST_F(ScrollViewTest, ADragPutsTheKeyboardAwayWhereThatIsWished) {
   advance(1);
   drag({{200, 400}, {200, 300}});
   EXPECT_FALSE(field->isFirstResponder());
+}
+
+TEST_F(ScrollViewTest, WhatTheDelegateDoesAsTheFingerLetsGoHolds) {
+  watcher->onLetGo = [&] { scroll->setContentInset({60, 0, 0, 0}); };  // room for a spinner while it reloads
+  pull({200, 200}, 0, 200);
+  const double pulled = y();
+  ASSERT_LT(pulled, -70);
+  touch(UITouchPhase::ended, {200, 400});
+  EXPECT_LT(y(), -60) << "it springs there, it does not jump";
+  advance(2);
+  EXPECT_EQ(y(), -60);
+  watcher->onLetGo = [&] { scroll->setContentOffset({0, 333}, false); };
+  hands().flick({200, 450}, 0, -200);
+  advance(3);
+  EXPECT_EQ(y(), 333);
+}
+
+TEST_F(ScrollViewTest, ContentThatShrinksUnderAGlideIsNotLeftBehind) {
+  for (const bool isPaging : {false, true}) {
+    scroll->setPagingEnabled(isPaging);
+    scroll->setContentSize({390, 20000});
+    scroll->setContentOffset({0, 3000});
+    hands().flick({200, 450}, 0, -250, 0.1);
+    advance(0.25);
+    ASSERT_TRUE(scroll->isDecelerating());
+    watcher->journal.take();
+    scroll->setContentSize({390, 1000});
+    advance(3);
+    EXPECT_EQ(y(), 600);
+    EXPECT_EQ(watcher->journal.take(), "rest");
+  }
+}
+
+TEST_F(ScrollViewTest, APageThatAFingerStoppedInMidTurnGoesOnToItsPlace) {
+  scroll->setPagingEnabled(true);
+  hands().flick({200, 450}, 0, -250, 0.1);
+  advance(0.25);
+  ASSERT_TRUE(scroll->isDecelerating());
+  touch(UITouchPhase::began, {200, 300});
+  const double held = y();
+  ASSERT_NE(std::fmod(held, 400), 0);
+  advance(1);
+  EXPECT_EQ(y(), held);
+  watcher->journal.take();
+  touch(UITouchPhase::ended, {200, 300});
+  advance(2);
+  EXPECT_EQ(std::fmod(y(), 400), 0);
+  EXPECT_EQ(watcher->journal.take(), "rest");
+}
+
+TEST_F(ScrollViewTest, OnlyAControlThatFollowsTheFingerKeepsTheContentStill) {
+  const auto slider = make<UISlider>();
+  slider->setFrame({20, 150, 350, 34});
+  scroll->addSubview(slider);
+  settle();
+  pull({200, 240}, 0, 30);  // begins beside the slider and crosses it
+  EXPECT_LT(y(), 0);
+  touch(UITouchPhase::ended, {200, 270});
+  advance(2);
+  pull({300, 267}, 0, -60);  // begins on the track, which is nothing to take hold of
+  EXPECT_GT(y(), 30);
+  touch(UITouchPhase::ended, {300, 207});
+  advance(3);
+  scroll->setContentOffset({0, 0});
+  slider->setEnabled(false);
+  pull({34, 267}, 0, -60);  // on the knob of a slider that is switched off
+  EXPECT_GT(y(), 30);
+  touch(UITouchPhase::ended, {34, 207});
+}
+
+TEST_F(ScrollViewTest, AMousesWheelTurnsPagesWhole) {
+  scroll->setPagingEnabled(true);
+  for (int i = 0; i < 5; ++i) UIApplication::shared().deliverScroll({200, 300}, {0, -50});
+  EXPECT_EQ(y(), 250);
+  advance(2);
+  EXPECT_EQ(y(), 400);
 }
 
 }  // namespace

@@ -121,5 +121,18 @@ TEST_F(StackViewTest, AlignsAcrossItsAxisAndKeepsMargins) {
   EXPECT_EQ(a->frame().height(), 48);
 }
 
+TEST_F(StackViewTest, TakesItsOwnEntriesForArguments) {
+  build({a, b, c}, {});
+  stack->setCustomSpacing(50, b);
+  stack->insertArrangedSubview(stack->arrangedSubviews()[0], 2);
+  EXPECT_EQ(stack->arrangedSubviews(), (std::vector<Ref<UIView>>{b, a, c}));
+  stack->removeArrangedSubview(stack->arrangedSubviews()[1]);
+  stack->removeArrangedSubview(stack->arrangedSubviews()[1]);
+  EXPECT_EQ(stack->arrangedSubviews(), std::vector<Ref<UIView>>{b});
+  stack->addArrangedSubview(c);
+  settle();
+  EXPECT_EQ(c->frame().minX(), 60 + 50) << "b keeps the space it was given";
+}
+
 }  // namespace
 }  // namespace platform::test

@@ -7,6 +7,7 @@
 #include "platform/uikit/UIPasteboard.h"
 #include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UITextField.h"
+#include "platform/uikit/UITextView.h"
 #include "tests/platform/uikit/controls/Journal.h"
 #include "tests/support/AppFixture.h"
 
@@ -441,6 +442,34 @@ TEST_F(TextFieldTest, HostileTextsAreTypedAndShown) {
     settle();
     keys({typed("y"), pressed(Code::left), pressed(Code::backspace), pressed(Code::home, true), command("c")});
     settle();
+  }
+}
+
+TEST_F(TextFieldTest, TheTabKeyLeadsFromFieldToFieldInReadingOrder) {
+  const auto place = [&](CGRect frame) {
+    const auto other = make<UITextField>();
+    other->setFrame(frame);
+    content()->addSubview(other);
+    return other;
+  };
+  const auto last = place({20, 300, 300, 36});
+  const auto right = place({180, 200, 140, 36});
+  const auto left = place({20, 200, 140, 36});
+  place({20, 150, 300, 36})->setHidden(true);
+  place({20, 160, 300, 36})->setEnabled(false);
+  const auto notes = make<UITextView>();
+  notes->setFrame({20, 400, 300, 80});
+  content()->addSubview(notes);
+  field->becomeFirstResponder();
+  for (const Ref<UIView>& next : std::vector<Ref<UIView>>{left, right, last, notes}) {
+    keys({pressed(Code::tab)});
+    EXPECT_TRUE(next->isFirstResponder());
+  }
+  keys({pressed(Code::tab)});
+  EXPECT_EQ(notes->text(), "\t");
+  for (const Ref<UIView>& next : std::vector<Ref<UIView>>{last, right, left, field, notes}) {
+    keys({pressed(Code::tab, true)});
+    EXPECT_TRUE(next->isFirstResponder());
   }
 }
 

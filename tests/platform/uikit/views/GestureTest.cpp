@@ -154,6 +154,29 @@ TEST_F(GestureTest, WantsAsManyFingersAsItWasTold) {
   EXPECT_THAT(taken(), IsEmpty());
 }
 
+TEST_F(GestureTest, EndsWhenTooFewFingersAreLeft) {
+  box->log = &taken_;
+  watch<UIPanGestureRecognizer>("pan", box)->setMinimumNumberOfTouches(2);
+  down(140, 150, 1);
+  down(160, 150, 2);
+  slide({140, 150}, {140, 190}, 0.05);
+  taken();
+  up(160, 150, 2);
+  EXPECT_THAT(taken(), ElementsAre("pan ended"));
+  slide({140, 190}, {140, 150}, 0.05);
+  up(140, 150, 1);
+  EXPECT_THAT(taken(), IsEmpty());
+
+  watch<UILongPressGestureRecognizer>("press", box);
+  down(140, 150, 1);
+  advance(0.6);
+  down(160, 150, 2);
+  up(160, 150, 2);
+  EXPECT_THAT(taken(), ElementsAre("press began")) << "the finger that presses is still there";
+  up(140, 150, 1);
+  EXPECT_THAT(taken(), ElementsAre("press ended"));
+}
+
 TEST_F(GestureTest, MeasuresAPanFromWhereItBegan) {
   const auto pan = watch<UIPanGestureRecognizer>("pan", box);
   box->setTransform(CGAffineTransform::scale(2, 2));

@@ -229,6 +229,14 @@ TEST_F(TouchTest, CountsTheTapsOfOnePlace) {
     advance(pause);
   }
   EXPECT_THAT(counts, ElementsAre(1, 2, 3, 1, 1));
+  advance(1);
+  counts.clear();
+  down(110, 150);
+  slide({110, 150}, {140, 150}, 0.1);
+  slide({140, 150}, {110, 150}, 0.1);
+  up(110, 150);
+  tapAt(110, 150);
+  EXPECT_THAT(counts, ElementsAre(1, 1)) << "a stroke is no tap";
 }
 
 }  // namespace platform::test
