@@ -92,7 +92,7 @@ void cancelSearchBar(const Ref<UISearchBar>& bar, const TLAction&, TLTaskResult&
 }
 
 void pressButton(const Ref<UIButton>& button, const TLAction&, TLTaskResult& result) {
-  const auto label = button->titleLabel();
+  const auto label = button->titleLabelIfMade();
   result.resultValue = label ? label->text().value_or("") : "";
   button->sendActionsForControlEvents(UIControlEvents::touchUpInside);
 }

@@ -83,7 +83,7 @@ Kind ofWebView(WKWebView& view) {
 }
 
 Kind ofButton(UIButton& button) {
-  const auto label = button.titleLabel();
+  const auto label = button.titleLabelIfMade();  // reading makes no views
   const bool held = button.isSelected() || button.isHighlighted();
   return {Type::TYPE_INPUT, held ? Input::TYPE_TOGGLE : Input::TYPE_BUTTON, label ? displayText(*label) : ""};
 }

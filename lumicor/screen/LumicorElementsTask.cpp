@@ -1,6 +1,7 @@
 #include "lumicor/screen/LumicorElementsTask.h"
 
 #include <optional>
+#include <unordered_set>
 
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorDebugHelper.h"
@@ -34,10 +35,9 @@ Ref<UIWindow> firstKeyWindow() {
 /// An element as it is read from the screen: what only a recorded action knows stays empty.
 void appendElement(std::vector<LumicroElement>& elements, std::string&& identifier, CGPoint origin, CGSize size,
                    LumicorElementKind&& kind) {
-  elements.emplace_back(std::move(identifier), std::string(), LumicorUtils::truncated(origin.x),
-                        LumicorUtils::truncated(origin.y), LumicorUtils::truncated(size.width),
-                        LumicorUtils::truncated(size.height), std::string(), false, std::string(), std::string(),
-                        std::move(kind.value), std::string("Default"), kind.type, kind.inputType);
+  elements.emplace_back(std::move(identifier), "", LumicorUtils::truncated(origin.x), LumicorUtils::truncated(origin.y),
+                        LumicorUtils::truncated(size.width), LumicorUtils::truncated(size.height), "", false, "", "",
+                        std::move(kind.value), "Default", kind.type, kind.inputType);
 }
 
 /// The class name of the screen that a view belongs to, or none.
@@ -85,6 +85,16 @@ std::vector<NamedView> namedViews(UIView& root) {
   return named;
 }
 
+/// What is left to read when classifying a view has changed the tree (a picker makes its rows when it is first asked
+/// for one): the named views that there are now, without those up to `last`, which may be gone.
+std::vector<NamedView> remainingViews(UIView& root, const std::vector<NamedView>& before, std::size_t last) {
+  std::unordered_set<const UIView*> done;
+  for (std::size_t i = 0; i <= last; ++i) done.insert(before[i].view);
+  std::vector<NamedView> named = namedViews(root);
+  std::erase_if(named, [&](const NamedView& found) { return done.contains(found.view); });
+  return named;
+}
+
 /// One element for each named view, none without a key window. Scroll positions go to the registry.
 std::vector<LumicroElement> readElements(UIView& root, const std::string& actionName) {
   std::vector<LumicroElement> elements;
@@ -94,12 +104,17 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
   LumicorScrollDetails& registry = scrollRegistry();
   std::vector<NamedView> named = namedViews(root);
   elements.reserve(named.size());  // elements are large: they are made where they stay
-  for (NamedView& found : named) {
-    const CGRect bounds = found.view->bounds();
-    const CGPoint origin = found.view->convertRect(bounds, window.get()).origin;
-    appendElement(elements, std::move(found.identifier), origin, bounds.size, elementKindOf(*found.view));
-    if (const auto record = scrollRecord(*found.view)) {
-      registry.insert_or_assign(elements.back().elementId(), *record);
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    UIView& view = *named[i].view;
+    const CGRect bounds = view.bounds();
+    const CGPoint origin = view.convertRect(bounds, window.get()).origin;
+    const auto record = scrollRecord(view);
+    const std::uint64_t changes = UIView::hierarchyChanges();
+    appendElement(elements, std::move(named[i].identifier), origin, bounds.size, elementKindOf(view));
+    if (record) registry.insert_or_assign(elements.back().elementId(), *record);
+    if (UIView::hierarchyChanges() != changes) {
+      named = remainingViews(root, named, i);
+      i = static_cast<std::size_t>(-1);
     }
     // Once more for every named view, so that its index tells how many there were before the last one.
     if (isCollection) registry.insert_or_assign(actionName, LumicorScrollView{std::ssize(registry), 0, 0});

@@ -19,18 +19,18 @@ class LumicroElement {
                  std::int64_t height, std::string actionName, bool isNavigational, std::string actionId,
                  std::string destination, std::string value, std::string elementDescription, LumicorType type,
                  LumicorInputType inputType)
-      : elementId_(std::move(elementId)),
-        fragmentId_(std::move(fragmentId)),
+      : elementId_(taken(elementId)),
+        fragmentId_(taken(fragmentId)),
         x_(x),
         y_(y),
         width_(width),
         height_(height),
-        actionName_(std::move(actionName)),
+        actionName_(taken(actionName)),
         isNavigational_(isNavigational),
-        actionId_(std::move(actionId)),
-        destination_(std::move(destination)),
-        value_(std::move(value)),
-        elementDescription_(std::move(elementDescription)),
+        actionId_(taken(actionId)),
+        destination_(taken(destination)),
+        value_(taken(value)),
+        elementDescription_(taken(elementDescription)),
         type_(type),
         inputType_(inputType) {}
 
@@ -73,6 +73,9 @@ class LumicroElement {
   friend bool operator==(const LumicroElement&, const LumicroElement&) = default;
 
  private:
+  /// Most texts of most elements are empty, and an empty one is made faster than moved.
+  static std::string taken(std::string& text) { return text.empty() ? std::string() : std::move(text); }
+
   std::string elementId_;
   std::string fragmentId_;
   std::int64_t x_;

@@ -55,6 +55,7 @@ simdjson::padded_string_view JSONParser::padded(std::string_view bytes) {
   }
   if (!bytes.empty()) std::memcpy(buffer_.get(), bytes.data(), bytes.size());
   std::memset(buffer_.get() + bytes.size(), 0, roomBehind);
+  end_ = buffer_.get() + bytes.size();
   return simdjson::padded_string_view(buffer_.get(), bytes.size(), wanted);
 }
 

@@ -24,12 +24,15 @@ struct JSONParser {
   simdjson::error_code makeRoom(std::size_t bytes);
   /// A copy of the document with the room behind it that the parser reads into. Valid until the next call.
   simdjson::padded_string_view padded(std::string_view bytes);
+  /// Where that copy ends.
+  const char* end() const { return end_; }
   /// Lets go of what an unusually large document left behind.
   void shrink();
 
  private:
   std::unique_ptr<char[]> buffer_;
   std::size_t capacity_ = 0;
+  const char* end_ = nullptr;
 };
 
 /// Empty when the document is worth parsing, else the sentence why not: too long, or (looked at for long documents

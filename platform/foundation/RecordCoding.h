@@ -160,6 +160,8 @@ template <class T>
 T take(Slot<T>& slot) {
   if constexpr (Record<T>) {
     return std::move(*slot);
+  } else if constexpr (std::is_same_v<T, std::string>) {
+    return slot.empty() ? std::string() : std::move(slot);  // an empty one is made faster than moved
   } else {
     return std::move(slot);
   }
@@ -223,6 +225,17 @@ struct Reader<T> {
   };
   using Indices = std::make_index_sequence<fieldCount<T>>;
 
+  /// A plain struct is read member by member where it is to stay; one with a constructor needs its values first.
+  template <std::size_t... I>
+  static constexpr bool isReadInPlace(std::index_sequence<I...>) {
+    return std::is_default_constructible_v<T> && (std::is_same_v<Slot<FieldType<T, I>>, FieldType<T, I>> && ...);
+  }
+  template <std::size_t... I>
+  static bool parseInto(JSONSource& source, T& target, std::index_sequence<I...>) {
+    const std::array<void*, sizeof...(I)> addresses{&(target.*(std::get<I>(fieldsOf<T>).member))...};
+    return parseObject(source, fieldPlans<T>, addresses.data());
+  }
+
   static bool parse(JSONSource& source, void* slot) {
     Values<Indices> values;
     if (!parseObject(source, fieldPlans<T>, values.addresses.data())) return false;
@@ -243,20 +256,28 @@ struct Reader<T> {
   static constexpr ValuePlan plan() { return {SlotKind::compound, &parse, &convert}; }
 
   static bool parseElement(JSONSource& source, void* context) {
-    if constexpr (Record<Element>) {  // straight into its place
-      typename Reader<Element>::template Values<typename Reader<Element>::Indices> values;
-      if (!parseObject(source, fieldPlans<Element>, values.addresses.data())) return false;
-      static_cast<T*>(context)->push_back(values.build());
+    T& target = *static_cast<T*>(context);
+    if constexpr (Record<Element>) {
+      using Fields = typename Reader<Element>::Indices;
+      if constexpr (Reader<Element>::isReadInPlace(Fields{})) {
+        return Reader<Element>::parseInto(source, target.emplace_back(), Fields{});
+      } else {
+        typename Reader<Element>::template Values<Fields> values;
+        if (!parseObject(source, fieldPlans<Element>, values.addresses.data())) return false;
+        target.push_back(values.build());
+        return true;
+      }
+    } else {
+      Slot<Element> slot{};
+      if (!parseValue(source, planOf<Element>, &slot)) return false;
+      target.push_back(take<Element>(slot));
       return true;
     }
-    Slot<Element> slot{};
-    if (!parseValue(source, planOf<Element>, &slot)) return false;
-    static_cast<T*>(context)->push_back(take<Element>(slot));
-    return true;
   }
+  static void expect(void* context, std::size_t count) { static_cast<T*>(context)->reserve(count); }
   static bool parse(JSONSource& source, void* slot) {
     static_cast<T*>(slot)->clear();
-    return parseArray(source, slot, &parseElement);
+    return parseArray(source, slot, &parseElement, &expect);
   }
   static bool convert(const JSONValue& value, void* slot, DecodingError& error) {
     const JSONValue::Array* const elements = value.asArray();

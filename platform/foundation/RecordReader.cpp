@@ -1,5 +1,6 @@
 #include "platform/foundation/RecordReader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -38,7 +39,11 @@ bool isKey(const char* raw, const FieldPlan& field) {
   std::uint64_t start = 0;
   std::memcpy(&start, raw, sizeof start);
   if ((start & field.startMask) != field.start || raw[field.name.size()] != '"') return false;
-  return field.name.size() <= sizeof start || std::memcmp(raw, field.name.data(), field.name.size()) == 0;
+  if (field.name.size() <= sizeof start) return true;
+  std::uint64_t end = 0;
+  std::memcpy(&end, raw + field.name.size() - sizeof end, sizeof end);
+  return end == field.end &&
+         (field.name.size() <= 2 * sizeof start || std::memcmp(raw, field.name.data(), field.name.size()) == 0);
 }
 
 /// A value that nobody wants has to be JSON all the same; the parser would pass over it unseen.
@@ -54,9 +59,15 @@ bool isValid(ondemand::value& value) {
 [[gnu::always_inline]] inline bool read(JSONSource& source, const ValuePlan& plan, void* slot) {
   switch (plan.kind) {
     case SlotKind::string: {
+      std::string& target = *static_cast<std::string*>(slot);
+      const std::string_view token = valueOf(source).raw_json_token();
+      if (token.size() >= 2 && token[0] == '"' && token[1] == '"') {  // the most frequent text of all
+        target.clear();
+        return !valueOf(source).get_raw_json_string().error();
+      }
       std::string_view text;
       if (valueOf(source).get_string().get(text)) return false;
-      *static_cast<std::string*>(slot) = std::string(text);
+      target.assign(text);
       return true;
     }
     case SlotKind::integer:
@@ -126,13 +137,26 @@ bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* co
   return seen == all;
 }
 
-bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void*)) {
+bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void*),
+                void (*expect)(void*, std::size_t)) {
+  constexpr std::size_t mostExpected = 4096;
   ondemand::array array;
   if (valueOf(source).get_array().get(array)) return false;
+  bool isFirst = true;
   for (auto entry : array) {
     if (entry.error()) return false;
     ondemand::value&& value = std::move(entry).value_unsafe();
+    if (!isFirst) {
+      if (!element(sourceOf(value), context)) return false;
+      continue;
+    }
+    isFirst = false;
+    const char* const start = value.raw_json_token().data();
     if (!element(sourceOf(value), context)) return false;
+    const char* next = nullptr;
+    if (value.current_location().get(next) || next <= start) continue;  // it was the document's last
+    const auto left = JSONParser::ofThisThread().end() - start;
+    expect(context, std::min(mostExpected, static_cast<std::size_t>(left / (next - start) + 1)));
   }
   return true;
 }

@@ -3,6 +3,7 @@
 // How records are read, independent of their types: Record.h describes a record to this file as a plan of fields and
 // slots, and the parser stays in the source.
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -46,19 +47,24 @@ struct FieldPlan {
       const std::size_t shift = 8 * (std::endian::native == std::endian::little ? i : sizeof start - 1 - i);
       start |= std::uint64_t{static_cast<unsigned char>(name[i])} << shift;
       startMask |= std::uint64_t{0xFF} << shift;
+      const char fromEnd = name[name.size() - std::min(name.size(), sizeof end) + i];
+      end |= std::uint64_t{static_cast<unsigned char>(fromEnd)} << shift;
     }
   }
   std::string_view name;
   ValuePlan value;
-  /// The first bytes of the name as one number, to compare keys with.
+  /// The first and the last bytes of the name as numbers, to compare keys with.
   std::uint64_t start = 0;
   std::uint64_t startMask = 0;
+  std::uint64_t end = 0;
 };
 
 /// Reading from the parser: false on the first deviation, without saying which.
 bool parseValue(JSONSource& source, const ValuePlan& plan, void* slot);
 bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* const* slots);
-bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void* context));
+/// `expect` is told once, after the first element, about how many there will be if the others are as long.
+bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void* context),
+                void (*expect)(void* context, std::size_t count));
 bool parseMembers(JSONSource& source, void* context, bool (*member)(std::string_view name, JSONSource&, void* context));
 bool parseText(JSONSource& source, std::string_view& text);
 

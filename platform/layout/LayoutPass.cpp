@@ -65,7 +65,7 @@ void ViewLayout::updateConstraintsBelow(UIView& view) {
     if (storage.needsUpdateConstraints) asked.push_back(at);
     storage.needsUpdateConstraints = false;
     if (!std::exchange(storage.descendantNeedsUpdateConstraints, false)) continue;
-    for (const Ref<UIView>& subview : at->storage_->subviews) {
+    for (const Ref<UIView>& subview : at->subviews_) {
       const UIViewLayoutStorage& below = storageOf(*subview);
       if (below.needsUpdateConstraints || below.descendantNeedsUpdateConstraints) open.push_back(subview);
     }
@@ -87,7 +87,7 @@ void ViewLayout::layOut(UIView& root, UIView& top) {
       if (controller) controller->viewDidLayoutSubviews();
     }
     if (!std::exchange(storage.descendantNeedsLayout, false)) continue;
-    const auto& subviews = view->storage_->subviews;
+    const auto& subviews = view->subviews_;
     for (auto at = subviews.rbegin(); at != subviews.rend(); ++at) {
       const UIViewLayoutStorage& below = storageOf(**at);
       if (below.needsLayout || below.descendantNeedsLayout) open.push_back(*at);
@@ -97,7 +97,7 @@ void ViewLayout::layOut(UIView& root, UIView& top) {
 
 void ViewLayout::placeSubviews(UIView& view) {
   const auto isPlaced = [](const Ref<UIView>& subview) { return !storageOf(*subview).translatesAutoresizingMask; };
-  const auto& all = view.storage_->subviews;
+  const auto& all = view.subviews_;
   if (std::none_of(all.begin(), all.end(), isPlaced) && !view.sizesContentByConstraints()) return;
   LayoutEngine* const engine = ensureEngine(rootOf(view));
   if (!engine) return;

@@ -31,7 +31,7 @@ ViewLayout& ViewLayout::of(UIView& view) {
 }
 
 ViewLayout* ViewLayout::ifAny(const UIView& view) { return storageOf(view).state.get(); }
-UIView* ViewLayout::superviewOf(const UIView& view) { return view.storage_->superview; }
+UIView* ViewLayout::superviewOf(const UIView& view) { return view.superview_; }
 
 UIView& ViewLayout::rootOf(UIView& view) {
   UIView* at = &view;
@@ -76,7 +76,7 @@ LayoutEngine* ViewLayout::ensureEngine(UIView& root) {
 }
 
 CGRect ViewLayout::plainFrame(const UIView& view) {
-  const CALayer& layer = *view.storage_->layer;
+  const CALayer& layer = *view.layer_;
   const CGSize size = layer.bounds().size;
   const CGPoint anchor = layer.anchorPoint();
   const CGPoint position = layer.position();
@@ -85,7 +85,7 @@ CGRect ViewLayout::plainFrame(const UIView& view) {
 
 void ViewLayout::setPlainFrame(UIView& view, CGRect frame) {
   const CGRect bounds = view.bounds();
-  const CGPoint anchor = view.storage_->layer->anchorPoint();
+  const CGPoint anchor = view.layer_->anchorPoint();
   if (bounds.size != frame.size) view.setBounds({bounds.origin, frame.size});
   view.setCenter({frame.origin.x + frame.size.width * anchor.x, frame.origin.y + frame.size.height * anchor.y});
 }
@@ -117,15 +117,15 @@ void ViewLayout::markNeedsUpdateConstraints(UIView& view) {
 
 void ViewLayout::didChangeGeometry(UIView& view, CGSize oldSize) {
   if (LayoutEngine* const engine = engineOf(view)) engine->frameDidChange(view);
-  const CGSize size = view.storage_->layer->bounds().size;
+  const CGSize size = view.layer_->bounds().size;
   if (size == oldSize) return;
   markNeedsLayout(view);
   resizeSubviews(view, oldSize);
 }
 
 void ViewLayout::resizeSubviews(UIView& view, CGSize oldSize) {
-  const CGSize size = view.storage_->layer->bounds().size;
-  const std::vector<Ref<UIView>> subviews = view.storage_->subviews;
+  const CGSize size = view.layer_->bounds().size;
+  const std::vector<Ref<UIView>> subviews = view.subviews_;
   for (const Ref<UIView>& subview : subviews) {
     const UIViewLayoutStorage& storage = storageOf(*subview);
     if (storage.autoresizingMask == UIViewAutoresizing::none || !storage.translatesAutoresizingMask) continue;

@@ -49,6 +49,8 @@ class UIButton : public Object<UIButton, UIControl> {
 
   /// The label of the title, made when first asked for.
   virtual Ref<UILabel> titleLabel();
+  /// The same, without making one: none for a button that never had a title and was never asked for its label.
+  virtual Ref<UILabel> titleLabelIfMade() const { return titleLabel_; }
   virtual Ref<UIImageView> imageView();
   UIEdgeInsets contentEdgeInsets() const { return contentInsets_; }
   void setContentEdgeInsets(UIEdgeInsets insets);

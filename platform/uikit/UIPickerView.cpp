@@ -56,6 +56,7 @@ void UIPickerView::load() {
   static const SEL rowHeightFor = sel("pickerView:rowHeightForComponent:");
   static const SEL numberOfRows = sel("pickerView:numberOfRowsInComponent:");
   loaded_ = true;
+  const Ref<NSObject> keeper = shared_from_this();  // whoever is asked may take it away
   const Ref<NSObject> source = dataSource_.lock();
   const Ref<NSObject> delegate = delegate_.lock();
   std::int64_t components =

@@ -31,9 +31,9 @@ class UIViewDrawing final : public CALayerDelegate {
 };
 
 UIView::UIView() : storage_(std::make_unique<Storage>()) {
-  storage_->layer = CALayer::layer();
+  layer_ = CALayer::layer();
   storage_->drawing = std::make_unique<UIViewDrawing>(*this);
-  storage_->layer->setDelegate(storage_->drawing.get());
+  layer_->setDelegate(storage_->drawing.get());
 }
 
 void UIView::initWithFrame(CGRect frame) {
@@ -51,23 +51,23 @@ void UIView::exportMethods(MethodTable<UIView>& table) {
 
 // ---- Look
 
-std::optional<UIColor> UIView::backgroundColor() const { return storage_->layer->backgroundColor(); }
-void UIView::setBackgroundColor(std::optional<UIColor> color) { storage_->layer->setBackgroundColor(color); }
-double UIView::alpha() const { return storage_->layer->opacity(); }
-void UIView::setAlpha(double alpha) { storage_->layer->setOpacity(alpha); }
-bool UIView::isHidden() const { return storage_->layer->isHidden(); }
+std::optional<UIColor> UIView::backgroundColor() const { return layer_->backgroundColor(); }
+void UIView::setBackgroundColor(std::optional<UIColor> color) { layer_->setBackgroundColor(color); }
+double UIView::alpha() const { return layer_->opacity(); }
+void UIView::setAlpha(double alpha) { layer_->setOpacity(alpha); }
+bool UIView::isHidden() const { return layer_->isHidden(); }
 void UIView::setHidden(bool hidden) {
   if (hidden == isHidden()) return;
-  storage_->layer->setHidden(hidden);
+  layer_->setHidden(hidden);
   // A stack closes the gap that a hidden view leaves.
-  if (auto* stack = dynamic_cast<UIStackView*>(storage_->superview)) stack->setNeedsLayout();
+  if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->setNeedsLayout();
 }
-bool UIView::clipsToBounds() const { return storage_->layer->masksToBounds(); }
-void UIView::setClipsToBounds(bool clips) { storage_->layer->setMasksToBounds(clips); }
-const Ref<CALayer>& UIView::layer() const { return storage_->layer; }
+bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
+void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
+const Ref<CALayer>& UIView::layer() const { return layer_; }
 
 void UIView::draw(CGRect, CGContext&) {}
-void UIView::setNeedsDisplay() { storage_->layer->setNeedsDisplay(); }
+void UIView::setNeedsDisplay() { layer_->setNeedsDisplay(); }
 
 UIViewContentMode UIView::contentMode() const { return storage_->contentMode; }
 void UIView::setContentMode(UIViewContentMode mode) { storage_->contentMode = mode; }
@@ -76,7 +76,7 @@ void UIView::setContentMode(UIViewContentMode mode) { storage_->contentMode = mo
 
 UIColor UIView::tintColor() const {
   if (ownTints == 0) return systemBlue;
-  for (const UIView* view = this; view; view = view->storage_->superview) {
+  for (const UIView* view = this; view; view = view->superview_) {
     if (view->storage_->tintColor) return *view->storage_->tintColor;
   }
   return systemBlue;
@@ -101,7 +101,7 @@ void UIView::spreadTintColor() {
     const Ref<UIView> view = std::move(open.back());
     open.pop_back();
     view->tintColorDidChange();
-    for (const Ref<UIView>& child : view->storage_->subviews) {
+    for (const Ref<UIView>& child : view->subviews_) {
       if (!child->storage_->tintColor) open.push_back(child);
     }
   }
@@ -118,9 +118,12 @@ void UIView::forgetTintColor() {
 std::int64_t UIView::tag() const { return storage_->tag; }
 void UIView::setTag(std::int64_t tag) { storage_->tag = tag; }
 
-std::optional<std::string> UIView::accessibilityIdentifier() const { return storage_->accessibilityIdentifier; }
+std::optional<std::string> UIView::accessibilityIdentifier() const {
+  const std::string* const identifier = accessibilityIdentifier_.get();
+  return identifier ? std::optional(*identifier) : std::nullopt;
+}
 void UIView::setAccessibilityIdentifier(std::optional<std::string> identifier) {
-  storage_->accessibilityIdentifier = std::move(identifier);
+  accessibilityIdentifier_ = identifier ? std::make_unique<std::string>(*std::move(identifier)) : nullptr;
 }
 std::optional<std::string> UIView::accessibilityLabel() const { return storage_->accessibilityLabel; }
 void UIView::setAccessibilityLabel(std::optional<std::string> label) {

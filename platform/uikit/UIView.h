@@ -85,6 +85,9 @@ class UIView : public Object<UIView, UIResponder> {
   virtual Ref<UIView> superview() const;
   /// Back to front.
   virtual const std::vector<Ref<UIView>>& subviews() const;
+  /// Grows whenever a view comes into a superview or leaves one, anywhere: plain pointers into a tree are good as long
+  /// as it stays the same.
+  static std::uint64_t hierarchyChanges();
   virtual Ref<UIWindow> window() const;
   void addSubview(const Ref<UIView>& view);
   void insertSubview(const Ref<UIView>& view, std::size_t index);
@@ -232,8 +235,16 @@ class UIView : public Object<UIView, UIResponder> {
   void changeGeometry(CGRect bounds, CGPoint center);
   CGAffineTransform transformToRoot() const;
   bool takeSafeArea();
+
+  // What a walk through a screen asks of every view, together at the object's beginning: a screen may have thousands.
+  std::unique_ptr<std::string> accessibilityIdentifier_;  // none for most views
+  // The parent owns its children, and clears their way up when it lets a child go or dies itself.
+  std::vector<Ref<UIView>> subviews_;
+  UIView* superview_ = nullptr;
+  Ref<CALayer> layer_;  // geometry and look: bounds, position, transform, opacity, hidden, background, clipping
+
   struct Storage;
-  std::unique_ptr<Storage> storage_;  // platform/uikit/UIViewStorage.h, shared by the sources of this class
+  std::unique_ptr<Storage> storage_;  // all else; platform/uikit/UIViewStorage.h, shared by the sources of this class
 };
 
 }  // namespace platform

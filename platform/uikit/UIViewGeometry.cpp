@@ -48,13 +48,13 @@ CGAffineTransform transformToSuperlayer(const CALayer& layer) {
 
 // ---- Frame, bounds, center, transform
 
-CGRect UIView::frame() const { return transformToSuperlayer(*storage_->layer).apply(storage_->layer->bounds()); }
-CGRect UIView::bounds() const { return storage_->layer->bounds(); }
-CGPoint UIView::center() const { return storage_->layer->position(); }
-CGAffineTransform UIView::transform() const { return storage_->layer->transform(); }
+CGRect UIView::frame() const { return transformToSuperlayer(*layer_).apply(layer_->bounds()); }
+CGRect UIView::bounds() const { return layer_->bounds(); }
+CGPoint UIView::center() const { return layer_->position(); }
+CGAffineTransform UIView::transform() const { return layer_->transform(); }
 
 void UIView::setFrame(CGRect frame) {
-  const CALayer& layer = *storage_->layer;
+  const CALayer& layer = *layer_;
   CGSize size = frame.size;
   if (!layer.transform().isIdentity()) {
     const CGRect own = layer.transform().inverted().apply(CGRect{{0, 0}, frame.size});
@@ -66,14 +66,14 @@ void UIView::setFrame(CGRect frame) {
 }
 
 void UIView::setBounds(CGRect bounds) { changeGeometry(bounds, center()); }
-void UIView::setCenter(CGPoint center) { changeGeometry(storage_->layer->bounds(), center); }
+void UIView::setCenter(CGPoint center) { changeGeometry(layer_->bounds(), center); }
 
 void UIView::setTransform(const CGAffineTransform& transform) {
-  if (storage_->layer->transform() != transform) storage_->layer->setTransform(transform);
+  if (layer_->transform() != transform) layer_->setTransform(transform);
 }
 
 void UIView::changeGeometry(CGRect bounds, CGPoint center) {
-  CALayer& layer = *storage_->layer;
+  CALayer& layer = *layer_;
   bounds.size = {std::max(0.0, bounds.size.width), std::max(0.0, bounds.size.height)};
   const CGRect oldBounds = layer.bounds();
   const bool moves = layer.position() != center;
@@ -101,8 +101,8 @@ void UIView::sizeToFit() {
 
 CGAffineTransform UIView::transformToRoot() const {
   CGAffineTransform whole;
-  for (const UIView* view = this; view->storage_->superview; view = view->storage_->superview) {
-    const CALayer& layer = *view->storage_->layer;
+  for (const UIView* view = this; view->superview_; view = view->superview_) {
+    const CALayer& layer = *view->layer_;
     if (layer.transform().isIdentity()) {  // nearly always, and asked for every element of a screen
       const CGPoint offset = layer.position() - pivotOf(layer);
       whole.tx += offset.x;
@@ -131,7 +131,7 @@ CGPoint UIView::convertPointFrom(CGPoint point, const UIView* from) const {
 CGRect UIView::convertRect(CGRect rect, const UIView* to) const {
   if (to == this) return rect;
   CGAffineTransform whole = transformToRoot();
-  if (to && to->storage_->superview) whole = whole.then(to->transformToRoot().inverted());
+  if (to && to->superview_) whole = whole.then(to->transformToRoot().inverted());
   const CGRect result = whole.apply(rect);
   return {withoutDust(result.origin), result.size};
 }
@@ -169,7 +169,7 @@ void UIView::updateSafeAreaInsets() {
     open.pop_back();
     const bool descend = view->takeSafeArea() || (isFirst && view->storage_->safeArea != UIEdgeInsets{});
     isFirst = false;
-    if (descend) open.insert(open.end(), view->storage_->subviews.begin(), view->storage_->subviews.end());
+    if (descend) open.insert(open.end(), view->subviews_.begin(), view->subviews_.end());
   }
 }
 
@@ -177,10 +177,10 @@ void UIView::updateSafeAreaInsets() {
 bool UIView::takeSafeArea() {
   Storage& storage = *storage_;
   UIEdgeInsets insets;
-  if (storage.superview) {
-    const UIEdgeInsets inherited = storage.superview->safeAreaInsetsForSubviews();
+  if (superview_) {
+    const UIEdgeInsets inherited = superview_->safeAreaInsetsForSubviews();
     if (inherited == UIEdgeInsets{} && storage.safeArea == inherited && storage.viewController.expired()) return false;
-    const CGRect outer = storage.superview->bounds();
+    const CGRect outer = superview_->bounds();
     const CGRect inner = frame();
     // A screen that slides out keeps what it had, or its content would jump on the way.
     if (!inner.isEmpty() && !outer.isEmpty() && !outer.intersects(inner)) return false;

@@ -35,15 +35,8 @@ struct UIViewLayoutStorage {
 };
 
 struct UIView::Storage {
-  // ---- Tree. The parent owns its children and clears these pointers when it lets a child go or dies itself.
-  UIView* superview = nullptr;
   UIWindow* window = nullptr;
-  std::vector<Ref<UIView>> subviews;
   Weak<UIViewController> viewController;  ///< whose root view this is; set by the controller
-
-  // ---- Geometry and look live in the layer (bounds, position, transform, opacity, hidden, background, clipping),
-  // which has `drawing` for its delegate.
-  Ref<CALayer> layer;
   std::unique_ptr<CALayerDelegate> drawing;
   std::optional<UIColor> tintColor;
   UIViewContentMode contentMode = UIViewContentMode::scaleToFill;
@@ -54,7 +47,6 @@ struct UIView::Storage {
   bool multipleTouchEnabled = false;
 
   // ---- Names
-  std::optional<std::string> accessibilityIdentifier;
   std::optional<std::string> accessibilityLabel;
   std::int64_t tag = 0;
 

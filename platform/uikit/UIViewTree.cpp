@@ -25,32 +25,32 @@ std::vector<Ref<UIView>>* orphans = nullptr;
 
 UIView::~UIView() {
   for (const Ref<UIGestureRecognizer>& recognizer : storage_->gestureRecognizers) recognizer->view_ = nullptr;
-  storage_->layer->setDelegate(nullptr);
+  layer_->setDelegate(nullptr);
   forgetTintColor();
 
   std::vector<Ref<UIView>> own;
   const bool isFirst = orphans == nullptr;
   if (isFirst) orphans = &own;
-  for (Ref<UIView>& child : storage_->subviews) {
+  for (Ref<UIView>& child : subviews_) {
     if (child.use_count() > 1) ViewLayout::willLeaveSuperview(*child);
-    child->storage_->superview = nullptr;
+    child->superview_ = nullptr;
     orphans->push_back(std::move(child));
   }
-  storage_->subviews.clear();
+  subviews_.clear();
   if (!isFirst) return;
   while (!own.empty()) {
     const Ref<UIView> orphan = std::move(own.back());
     own.pop_back();
     if (orphan.use_count() > 1) {  // somebody keeps it: it lives on outside any window
-      orphan->storage_->layer->removeFromSuperlayer();
+      orphan->layer_->removeFromSuperlayer();
       orphan->enterWindow(nullptr);
     }
   }
   orphans = nullptr;
 }
 
-Ref<UIView> UIView::superview() const { return shared(storage_->superview); }
-const std::vector<Ref<UIView>>& UIView::subviews() const { return storage_->subviews; }
+Ref<UIView> UIView::superview() const { return shared(superview_); }
+const std::vector<Ref<UIView>>& UIView::subviews() const { return subviews_; }
 
 Ref<UIWindow> UIView::window() const {
   UIWindow* const window = storage_->window;
@@ -59,7 +59,7 @@ Ref<UIWindow> UIView::window() const {
 
 bool UIView::isDescendantOfView(const UIView* view) const {
   const UIView* at = this;
-  while (at && at != view) at = at->storage_->superview;
+  while (at && at != view) at = at->superview_;
   return at != nullptr && view != nullptr;
 }
 
@@ -77,16 +77,16 @@ Ref<UIView> UIView::viewWithTag(std::int64_t tag) {
 
 // ---- Adding, moving, removing
 
-void UIView::addSubview(const Ref<UIView>& view) { insertSubview(view, storage_->subviews.size()); }
+void UIView::addSubview(const Ref<UIView>& view) { insertSubview(view, subviews_.size()); }
 
 void UIView::insertSubview(const Ref<UIView>& view, std::size_t index) {
   if (!view) return;
-  if (view.get() == this || (!view->storage_->subviews.empty() && isDescendantOfView(view.get()))) {
+  if (view.get() == this || (!view->subviews_.empty() && isDescendantOfView(view.get()))) {
     fatalError("a view cannot become a subview of itself");
   }
   const Ref<UIView> keeper = view;  // the caller's reference may be the old superview's own
   const Ref<UIView> newSuperview = self();
-  if (keeper->storage_->superview == this) {
+  if (keeper->superview_ == this) {
     keeper->moveInto(*this, index);
     return;
   }
@@ -107,25 +107,25 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t index) {
 }
 
 void UIView::insertSubviewBelow(const Ref<UIView>& view, const Ref<UIView>& sibling) {
-  const auto& all = storage_->subviews;
+  const auto& all = subviews_;
   const auto place = std::find(all.begin(), all.end(), sibling);
   if (place == all.end() || view == sibling) return;
   insertSubview(view, static_cast<std::size_t>(place - all.begin()));
 }
 
 void UIView::insertSubviewAbove(const Ref<UIView>& view, const Ref<UIView>& sibling) {
-  const auto& all = storage_->subviews;
+  const auto& all = subviews_;
   const auto place = std::find(all.begin(), all.end(), sibling);
   if (place == all.end() || view == sibling) return;
   insertSubview(view, static_cast<std::size_t>(place - all.begin()) + 1);
 }
 
 void UIView::bringSubviewToFront(const Ref<UIView>& view) {
-  if (view && view->storage_->superview == this) insertSubview(view, storage_->subviews.size());
+  if (view && view->superview_ == this) insertSubview(view, subviews_.size());
 }
 
 void UIView::sendSubviewToBack(const Ref<UIView>& view) {
-  if (view && view->storage_->superview == this) insertSubview(view, 0);
+  if (view && view->superview_ == this) insertSubview(view, 0);
 }
 
 void UIView::removeFromSuperview() {
@@ -143,35 +143,43 @@ void UIView::removeFromSuperview() {
 }
 
 /// Takes the view out of its superview's lists, and nothing more.
+namespace {
+std::uint64_t changesOfTheTree = 0;
+}
+
+std::uint64_t UIView::hierarchyChanges() { return changesOfTheTree; }
+
 void UIView::detach() {
-  UIView* const old = storage_->superview;
+  UIView* const old = superview_;
   if (!old) return;
+  ++changesOfTheTree;
   const Ref<UIView> keeper = self();
   ViewLayout::willLeaveSuperview(*this);
-  storage_->superview = nullptr;
-  std::erase(old->storage_->subviews, keeper);
-  storage_->layer->removeFromSuperlayer();
+  superview_ = nullptr;
+  std::erase(old->subviews_, keeper);
+  layer_->removeFromSuperlayer();
 }
 
 /// Puts the view in front of `index` of the subviews that are there, its layer at the fitting place among theirs.
 void UIView::moveInto(UIView& superview, std::size_t index) {
+  ++changesOfTheTree;
   const Ref<UIView> keeper = self();
-  auto& all = superview.storage_->subviews;
+  auto& all = superview.subviews_;
   index = std::min(index, all.size());
   if (const auto old = std::find(all.begin(), all.end(), keeper); old != all.end()) {
     if (static_cast<std::size_t>(old - all.begin()) < index) --index;
     all.erase(old);
   }
   all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), keeper);
-  storage_->superview = &superview;
+  superview_ = &superview;
 
-  const Ref<CALayer>& layer = storage_->layer;
+  const Ref<CALayer>& layer = layer_;
   if (index + 1 < all.size()) {
-    superview.storage_->layer->insertSublayerBelow(layer, all[index + 1]->storage_->layer.get());
+    superview.layer_->insertSublayerBelow(layer, all[index + 1]->layer_.get());
   } else if (index > 0) {
-    superview.storage_->layer->insertSublayerAbove(layer, all[index - 1]->storage_->layer.get());
+    superview.layer_->insertSublayerAbove(layer, all[index - 1]->layer_.get());
   } else {
-    superview.storage_->layer->addSublayer(layer);
+    superview.layer_->addSublayer(layer);
   }
 }
 

@@ -12,7 +12,7 @@ UIWindow::UIWindow() { storage_->window = this; }
 UIWindow::~UIWindow() {
   UIApplication::shared().removeWindow(*this);
   TouchDispatcher::shared().windowClosed(*this);
-  const auto children = storage_->subviews;
+  const auto children = subviews_;
   for (const Ref<UIView>& child : children) child->enterWindow(nullptr);
 }
 
