@@ -47,9 +47,10 @@ TLTaskResult failure(std::string clipboardContent) {
   return {.success = false, .resultValue = "", .clipboardContent = std::move(clipboardContent)};
 }
 
-}  // namespace
-
+/// The last step of a list only marks its end: the run is over after the one before it, or after one that failed.
 bool runEndsAfterStep(std::size_t i, std::size_t count, bool success) { return !success || i + 2 == count; }
+
+}  // namespace
 
 TLActionsTask::TLActionsTask(std::vector<TLAction> steps, Callback callback)
     : steps_(std::move(steps)), callback_(std::move(callback)) {}

@@ -45,7 +45,4 @@ class TLActionsTask : public Object<TLActionsTask, NSObject> {
   std::weak_ptr<TLActionsObserver> observer_;
 };
 
-/// Whether a run goes on after a step of that position and outcome.
-bool runEndsAfterStep(std::size_t i, std::size_t count, bool success);
-
 }  // namespace lumicor

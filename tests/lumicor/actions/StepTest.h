@@ -16,7 +16,9 @@ namespace lumicor::test {
 /// The screen that steps are for. Counts how often it was looked over.
 struct CartScreen : Object<CartScreen, UIViewController> {
   Ref<UINavigationController> navigationController() const override;
+  void prepareForSegue(Ref<UIStoryboardSegue>, Ref<NSObject> sender) override { segueSender = sender; }
   mutable int lookups = 0;
+  Ref<NSObject> segueSender;
   std::function<void()> onLookup;
 };
 

@@ -98,12 +98,6 @@ TEST_F(TLActionsTaskTest, StopsAtTheFirstStepThatFails) {
   EXPECT_EQ(results_.at(0), (TLTaskResult{false, "", "copied"}));
 }
 
-TEST(RunEnd, ComesAfterTheStepBeforeTheLastOrAFailure) {
-  EXPECT_TRUE(runEndsAfterStep(1, 3, true));
-  EXPECT_FALSE(runEndsAfterStep(0, 3, true));
-  EXPECT_TRUE(runEndsAfterStep(0, 3, false));
-}
-
 TEST_F(TLActionsTaskTest, LooksForAScreenThatNeverComesFourTimesASecondApart) {
   TLAction other = step("a");
   other.viewName = "ThanksScreen";

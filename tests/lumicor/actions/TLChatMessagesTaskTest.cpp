@@ -5,6 +5,7 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIButton.h"
 #include "platform/uikit/UINavigationController.h"
 #include "tests/lumicor/actions/StepTest.h"
@@ -77,7 +78,9 @@ TEST_F(TLChatMessagesTaskTest, LogsATextAnswerAlsoWithoutAChatScreen) {
 }
 
 TEST_F(TLChatMessagesTaskTest, CarriesStepsOutReopensTheChatAndTellsTheOutcome) {
-  handle(steps({step("pay"), step("last")}));
+  TLChatMessagesTask::handleResponse(steps({step("pay"), step("last")}));
+  EXPECT_EQ(chat_->closed, 0) << "not before this turn of the loop is over";
+  RunLoop::settle();
   EXPECT_EQ(chat_->closed, 1);
   EXPECT_THAT(service_.events(), ElementsAre("ACTION_RESPONSE"));
   // 1.0 s before the run, 1.5 s before its step, 2.0 s after it, 1.0 s before the chat opens, 2.0 s before it speaks.
@@ -90,6 +93,33 @@ TEST_F(TLChatMessagesTaskTest, CarriesStepsOutReopensTheChatAndTellsTheOutcome) 
   RunLoop::advance(0.2);
   EXPECT_THAT(chat_->said, ElementsAre("Done Pay"));
   EXPECT_EQ(service_.bodies("/sdk/event/log").at(1), json(R"({"eventName":"TASK_SUCCESS","taskId":"task 7"})"));
+}
+
+TEST_F(TLChatMessagesTaskTest, ReopensTheChatWithAnAnimationThatNoTouchDisturbs) {
+  struct Watched : Object<Watched, UINavigationController> {
+    bool animated = false;
+    bool ignored = false;
+    void pushViewController(const Ref<UIViewController>& controller, bool isAnimated) override {
+      animated = isAnimated;
+      ignored = UIApplication::shared().isIgnoringInteractionEvents();
+      Super::pushViewController(controller, isAnimated);
+    }
+  };
+  const auto watched = make<Watched>(screen_);
+  show(watched);
+  handle(steps({step("pay"), step("last")}));
+  RunLoop::advance(60);
+  EXPECT_EQ(watched->topViewController(), chat_);
+  EXPECT_TRUE(watched->animated);
+  EXPECT_TRUE(watched->ignored);
+  EXPECT_FALSE(UIApplication::shared().isIgnoringInteractionEvents());
+}
+
+TEST_F(TLChatMessagesTaskTest, CarriesStepsOutAlsoWithoutAChatScreen) {
+  TLFloaterManager::shared().setChatViewController(nullptr);
+  handle(steps({step("pay"), step("last")}, std::nullopt));  // whether the chat is to open is not asked then
+  RunLoop::advance(60);
+  EXPECT_THAT(service_.events(), ElementsAre("ACTION_RESPONSE", "TASK_SUCCESS"));
 }
 
 TEST_F(TLChatMessagesTaskTest, KeepsTheBlankAfterDoneWhenThereIsNothingToAdd) {

@@ -169,6 +169,9 @@ TEST_F(StepOperationTest, SearchesInABarFirstTheTextThenTheButton) {
   bar->setDelegate(searcher);
   EXPECT_EQ(perform(step("find", "TYPE_SEARCH", "tea")), done);
   EXPECT_EQ(bar->text(), "tea");
+  EXPECT_TRUE(bar->isFirstResponder());
+  RunLoop::advance(0.51);
+  EXPECT_FALSE(bar->isFirstResponder());
   EXPECT_THAT(searcher->heard, ElementsAre("text tea", "search"));
   EXPECT_EQ(perform(step("find", "TYPE_SEARCH_CANCEL")), done);
   EXPECT_THAT(searcher->heard, ElementsAre("text tea", "search", "cancel"));
@@ -196,6 +199,9 @@ TEST_F(StepOperationTest, SearchesThroughAControllerFirstTheButtonThenTheText) {
   EXPECT_TRUE(search->isActive());
   EXPECT_EQ(search->searchBar()->text(), "tea");
   EXPECT_THAT(searcher->heard, ElementsAre("search", "text tea"));
+  search->searchBar()->becomeFirstResponder();
+  RunLoop::advance(0.51);
+  EXPECT_FALSE(search->searchBar()->isFirstResponder()) << "half a second after the step it is put away";
   searcher->heard.clear();
   EXPECT_EQ(perform(step("nowhere", "TYPE_SEARCH_CANCEL")), done);
   EXPECT_THAT(searcher->heard, ElementsAre("cancel"));
@@ -208,11 +214,27 @@ TEST_F(StepOperationTest, SearchesThroughAControllerFirstTheButtonThenTheText) {
 }
 
 TEST_F(StepOperationTest, FindsTheSearchControllerOfAParentPresenterOrChild) {
-  const auto search = make<UISearchController>();
-  const auto child = make<UIViewController>();
-  child->navigationItem()->setSearchController(search);
+  const auto searching = [] {
+    const auto controller = make<UIViewController>();
+    controller->navigationItem()->setSearchController(make<UISearchController>());
+    return controller;
+  };
+  const auto found = [] { return TLStepTarget::find(step("x")).searchController; };
+  const auto child = searching();
   screen_->addChildViewController(child);
-  EXPECT_EQ(TLStepTarget::find(step("x")).searchController, search);
+  EXPECT_EQ(found(), child->navigationItem()->searchController());
+  const auto presenter = searching();
+  show(presenter);
+  presenter->presentViewController(screen_, false);
+  RunLoop::advance(1);
+  EXPECT_EQ(found(), presenter->navigationItem()->searchController());
+  presenter->dismissViewController(false);
+  RunLoop::advance(1);
+  const auto parent = searching();
+  parent->addChildViewController(screen_);
+  EXPECT_EQ(found(), parent->navigationItem()->searchController());
+  screen_->navigationItem()->setSearchController(make<UISearchController>());
+  EXPECT_EQ(found(), screen_->navigationItem()->searchController());
 }
 
 // ---- Cells
@@ -312,6 +334,7 @@ TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
   EXPECT_EQ(made, 0);
   EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 1")), done);
   EXPECT_EQ(made, 1);
+  EXPECT_EQ(screen_->segueSender, screen_);
   RunLoop::advance(1);
   navigation->popViewControllerAnimated(false);
   RunLoop::advance(1);

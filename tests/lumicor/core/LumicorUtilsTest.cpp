@@ -125,6 +125,13 @@ TEST_F(LumicorUtilsTest, TellsASimulatorByItsMachine) {
   EXPECT_FALSE(LumicorUtils::isRunningOnSimulator());
   UIDevice::setProfile(DeviceProfile::simulator());
   EXPECT_TRUE(LumicorUtils::isRunningOnSimulator());
+  for (const auto& [machine, isSimulator] :
+       std::map<std::string, bool>{{"x86_64", true}, {"i386", true}, {"arm64", true}, {"arm64e", false}, {"", false}}) {
+    DeviceProfile profile = DeviceProfile::phone();
+    profile.machine = machine;
+    UIDevice::setProfile(profile);
+    EXPECT_EQ(LumicorUtils::isRunningOnSimulator(), isSimulator) << machine;
+  }
   UIDevice::setProfile(DeviceProfile::phone());
 }
 

@@ -22,6 +22,7 @@
 #include "platform/uikit/UISlider.h"
 #include "platform/uikit/UIStackView.h"
 #include "platform/uikit/UISwitch.h"
+#include "platform/uikit/UISystemSymbol.h"
 #include "platform/uikit/UITabBar.h"
 #include "platform/uikit/UITabBarController.h"
 #include "platform/uikit/UITableView.h"
@@ -107,6 +108,16 @@ TEST_F(LumicorElementKindTest, CallsASelectedOrHeldButtonAToggle) {
   expect(button, Type::TYPE_INPUT, Input::TYPE_TOGGLE, "Pay");
 }
 
+TEST_F(LumicorElementKindTest, MakesNoTitleForAButtonThatHasNone) {
+  const auto button = make<UIButton>();
+  button->setImage(UISystemSymbol::image("plus"), UIControlState::normal);
+  const std::size_t parts = button->subviews().size();
+  expect(button, Type::TYPE_INPUT, Input::TYPE_BUTTON, "");
+  EXPECT_EQ(button->subviews().size(), parts);
+  button->titleLabel()->setText(std::nullopt);
+  expectDescription(button, "UILabel");
+}
+
 TEST_F(LumicorElementKindTest, AppendsTheTitleOfASwitchSinceVersionFourteen) {
   const auto toggle = make<UISwitch>();
   const auto onVersion = [&](const char* version, const std::string& value) {
@@ -153,6 +164,10 @@ TEST_F(LumicorElementKindTest, ReadsSlidersPickersAndSegments) {
   slider->setValue(0.1F);
   expect(slider, Type::TYPE_INPUT, Input::TYPE_DEFAULT, "0.1");
   expect(make<UIPickerView>(), Type::TYPE_PICKER_VIEW, Input::TYPE_DEFAULT, "-1");
+  struct TwoWheels : Object<TwoWheels, UIPickerView> {
+    std::int64_t selectedRowInComponent(std::int64_t component) const override { return 10 + component; }
+  };
+  expect(make<TwoWheels>(), Type::TYPE_PICKER_VIEW, Input::TYPE_DEFAULT, "10");
   const auto date = make<UIDatePicker>();
   date->setDate(Date(1714564800.25));
   expect(date, Type::TYPE_INPUT, Input::TYPE_SELECT, "1714564800.25");

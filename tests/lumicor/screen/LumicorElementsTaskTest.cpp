@@ -3,9 +3,13 @@
 
 #include "lumicor/screen/LumicorElementsTask.h"
 #include "platform/uikit/UIButton.h"
+#include "platform/uikit/UICollectionView.h"
 #include "platform/uikit/UILabel.h"
 #include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UIScrollView.h"
+#include "platform/uikit/UITableView.h"
+#include "platform/uikit/UITextView.h"
 #include "tests/lumicor/support/SessionTest.h"
 
 namespace lumicor::test {
@@ -89,6 +93,8 @@ TEST_F(LumicorElementsTaskTest, GivesNothingWithoutAKeyWindow) {
   const auto shy = make<ShyWindow>(CGRect{0, 0, 100, 100});
   shy->makeKeyAndVisible();
   EXPECT_THAT(read().elements, IsEmpty());
+  Lumicor::shared().addSwiftUICoordinates("region", {0, 0, 1, 1});
+  EXPECT_THAT(names(read()), ElementsAre("region")) << "a region stands in no window";
 }
 
 TEST_F(LumicorElementsTaskTest, ReportsWhereScrollContainersOfTheCurrentScreenStand) {
@@ -104,8 +110,63 @@ TEST_F(LumicorElementsTaskTest, ReportsWhereScrollContainersOfTheCurrentScreenSt
   EXPECT_THAT(read().scrollDetails, ElementsAre(Pair("second", LumicorScrollView{0, 3, 0})));
   EXPECT_EQ(names(read()).size(), 3U);
 
+  feed->setContentOffset({-10, 0});
+  EXPECT_THAT(read().scrollDetails, ElementsAre(Pair("second", LumicorScrollView{0, 3, 0})));
+
   Lumicor::shared().setCurrentView("AnotherScreen");
   EXPECT_THAT(read().scrollDetails, IsEmpty());
+}
+
+TEST_F(LumicorElementsTaskTest, CountsTablesCollectionsAndTextViewsAmongScrollContainers) {
+  add<UITableView>("table", {0, 0, 100, 100}, nullptr)->setContentOffset({0, 1});
+  add<UICollectionView>("collection", {0, 100, 100, 100})->setContentOffset({0, 2});
+  add<UITextView>("text", {0, 200, 100, 100})->setContentOffset({0, 3});
+  EXPECT_THAT(read().scrollDetails,
+              ElementsAre(Pair("collection", LumicorScrollView{1, 0, 2}), Pair("table", LumicorScrollView{0, 0, 1}),
+                          Pair("text", LumicorScrollView{2, 0, 3})));
+}
+
+TEST_F(LumicorElementsTaskTest, KeepsTheLastOfTwoContainersOfOneName) {
+  add<UIScrollView>("feed", {0, 0, 100, 100})->setContentOffset({0, 1});
+  add<UIScrollView>("feed", {0, 100, 100, 100})->setContentOffset({0, 2});
+  EXPECT_THAT(read().scrollDetails, ElementsAre(Pair("feed", LumicorScrollView{1, 0, 2})));
+}
+
+/// A delegate whose rows are named views of its own; some are taken away while they are asked for.
+struct NamedRows : Object<NamedRows, NSObject> {
+  std::function<void()> onAsked;
+  std::int64_t components(const Ref<NSObject>&) { return 1; }
+  std::int64_t rows(const Ref<NSObject>&, std::int64_t) {
+    if (onAsked) onAsked();
+    return 3;
+  }
+  Ref<UIView> row(const Ref<NSObject>&, std::int64_t row, std::int64_t, const Ref<NSObject>&) {
+    const auto view = make<UIView>();
+    view->setAccessibilityIdentifier("row " + std::to_string(row));
+    return view;
+  }
+  static void exportMethods(MethodTable<NamedRows>& table) {
+    table.add<&NamedRows::components>("numberOfComponentsInPickerView:");
+    table.add<&NamedRows::rows>("pickerView:numberOfRowsInComponent:");
+    table.add<&NamedRows::row>("pickerView:viewForRow:forComponent:reusingView:");
+  }
+};
+
+TEST_F(LumicorElementsTaskTest, FollowsATreeThatChangesWhileItIsRead) {
+  const auto rows = make<NamedRows>();
+  add("before", {0, 0, 1, 1});
+  const auto picker = add<UIPickerView>("picker", {0, 0, 300, 200});
+  picker->setDataSource(rows);
+  picker->setDelegate(rows);
+  add("after", {0, 0, 1, 1});
+  window()->layoutIfNeeded();
+  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "row 0", "row 1", "row 2", "after"));
+  picker->reloadAllComponents();  // the rows go when the picker is next asked for something: while it is classified
+  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after"));
+  rows->onAsked = [&] { picker->removeFromSuperview(); };
+  picker->reloadAllComponents();
+  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after")) << "it was read before it was gone";
+  EXPECT_THAT(names(read()), ElementsAre("before", "after"));
 }
 
 TEST_F(LumicorElementsTaskTest, PassesNavigationControllersOverOnTheWayToTheOwningScreen) {
@@ -210,6 +271,9 @@ TEST_F(LumicorElementsTaskDeathTest, StopsAtGeometryThatIsNoNumber) {
   Lumicor::shared().addSwiftUICoordinates("bad", {std::numeric_limits<double>::quiet_NaN(), 0, 1, 1});
   EXPECT_DEATH(read(), "fatal error: a number cannot be made a 64-bit integer");
   Lumicor::shared().addSwiftUICoordinates("bad", {0, 0, 1e300, 1});
+  EXPECT_DEATH(read(), "fatal error: a number cannot be made a 64-bit integer");
+  Lumicor::shared().onSwiftUIViewDisappear("bad");
+  add<UIScrollView>("feed", {0, 0, 1, 1})->setContentOffset({0, 1e300});
   EXPECT_DEATH(read(), "fatal error: a number cannot be made a 64-bit integer");
 }
 
