@@ -1,6 +1,7 @@
 #include "lumicor/network/LumicorInitTask.h"
 
 #include "lumicor/core/Lumicor.h"
+#include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/network/LumicorConfiguration.h"
 #include "lumicor/network/LumicorNetworkTask.h"
 #include "platform/dispatch/DispatchQueue.h"
@@ -33,6 +34,7 @@ LumicorInitTask::LumicorInitTask(std::string secretKey, std::string userId)
 
 void LumicorInitTask::execute() const {
   DispatchQueue::global(QOS::userInteractive).async([] {
+    LumicorUserDefaults::store();  // its files are read here, before main asks for them
     LumicorNetworkTask::requestConfiguration([](const JSONValue& data) -> LumicorRequest::Delivery {
       return [configuration = LumicorConfiguration::read(data)] { configuration.apply(); };
     });

@@ -54,6 +54,9 @@ class Engine {
   virtual std::string encodePNG(const Bitmap& bitmap) = 0;
 
   // ---- The desktop
+  /// Keeps to itself whatever the machine offers: no window is seen, no clipboard shared. Before the first use of
+  /// windows, fonts or text.
+  virtual void goWithoutDisplay() = 0;
   /// False when there is no screen; windows then exist without being seen.
   virtual bool isDisplayAvailable() = 0;
   /// Size in points; the window shows that many desktop points and takes bitmaps of `scale` pixels a point. The

@@ -65,10 +65,17 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
     }
   }
 
-  void loadFile(const fs::path& file) {
+  /// The bytes of a file; none of one that is too large to be a value.
+  static Data bytesOf(const fs::path& file) {
+    constexpr std::uintmax_t mostBytes = std::uintmax_t{64} << 20;
+    std::error_code error;
+    if (const auto size = fs::file_size(file, error); error || size > mostBytes) return {};
     std::ifstream stream(file, std::ios::binary);
-    const Data bytes(std::istreambuf_iterator<char>(stream), {});
-    std::optional<UserDefaultsFile::Entry> entry = UserDefaultsFile::decode(bytes);
+    return Data(std::istreambuf_iterator<char>(stream), {});
+  }
+
+  void loadFile(const fs::path& file) {
+    std::optional<UserDefaultsFile::Entry> entry = UserDefaultsFile::decode(bytesOf(file));
     if (entry && UserDefaultsFile::nameFor(entry->key) == file.filename()) {
       values.insert_or_assign(std::move(entry->key), std::move(entry->value));
       return;

@@ -43,6 +43,11 @@ class UIBezierPath : public Object<UIBezierPath, NSObject> {
   void setLineCapStyle(CGLineCap cap) { stroke_.cap = cap; }
   CGLineJoin lineJoinStyle() const { return stroke_.join; }
   void setLineJoinStyle(CGLineJoin join) { stroke_.join = join; }
+  /// Lengths of line and gap in turn, begun `phase` points into the pattern; none for an unbroken line.
+  void setLineDash(std::vector<double> lengths, double phase) {
+    stroke_.dashes = std::move(lengths);
+    stroke_.dashPhase = phase;
+  }
   bool usesEvenOddFillRule() const { return usesEvenOddFillRule_; }
   void setUsesEvenOddFillRule(bool evenOdd) { usesEvenOddFillRule_ = evenOdd; }
 

@@ -1,6 +1,7 @@
 #include "platform/graphics/UIImage.h"
 
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 
@@ -73,6 +74,12 @@ Ref<UIImage> UIImage::imageWithTintColor(const UIColor& color) const {
 }
 
 std::string UIImage::pngRepresentation() const { return Engine::shared().encodePNG(*bitmap_); }
+
+std::string UIImage::description() const {
+  char text[96];
+  std::snprintf(text, sizeof text, "<UIImage: %g x %g points at %g>", size().width, size().height, scale_);
+  return text;
+}
 
 std::string UIImagePNGRepresentation(const UIImage& image) { return image.pngRepresentation(); }
 

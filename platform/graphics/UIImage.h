@@ -48,6 +48,8 @@ class UIImage : public Object<UIImage, NSObject> {
 
   /// The bytes of a PNG file.
   std::string pngRepresentation() const;
+  /// "<UIImage: 120 x 44 points at 2>": the same for every run of a program.
+  std::string description() const override;
 
  private:
   CGImageRef bitmap_;

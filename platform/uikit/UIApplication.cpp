@@ -173,6 +173,8 @@ Ref<UIImage> UIApplication::screenshot() {
   return renderLayer(*screenLayer_, screen.bounds().size, screen.scale());
 }
 
+void UIApplication::goWithoutDisplay() { Engine::shared().goWithoutDisplay(); }
+
 int UIApplication::run(const std::string& title) {
   ScreenHost host(title);
   Engine::shared().run();

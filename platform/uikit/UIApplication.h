@@ -45,6 +45,9 @@ class UIApplication : public Object<UIApplication, UIResponder> {
   /// What the screen shows: the layers of all visible windows, back to front.
   const Ref<CALayer>& screenLayer() const { return screenLayer_; }
 
+  /// For programs that nobody looks at: nothing of the desktop is used, the pasteboard is the program's own. First of
+  /// all calls.
+  static void goWithoutDisplay();
   /// Opens the desktop window (or the headless screen) and turns the run loop until terminate(). The exit code.
   int run(const std::string& title);
   void terminate();

@@ -18,7 +18,7 @@ enum class UIDeviceOrientation {
 
 /// What the application runs on. Chosen once at start (`UIDevice::setProfile`), before the first window.
 struct DeviceProfile {
-  std::string machine = "iPhone14,7";  ///< as uname tells it
+  std::string machine = "phone14,7";  ///< as uname tells it
   std::string systemVersion = "16.4";
   CGSize screenSize{390, 844};  ///< points
   double scale = 2;             ///< pixels a point

@@ -46,6 +46,7 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
 
 void UIScrollView::setBounds(CGRect newBounds) {
   const CGPoint before = bounds().origin;
+  newBounds.origin = {newBounds.origin.x + 0.0, newBounds.origin.y + 0.0};  // no zero that calls itself negative
   Super::setBounds(newBounds);
   if (!scroll_ || newBounds.origin == before) return;
   setNeedsLayout();

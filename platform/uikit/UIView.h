@@ -52,7 +52,7 @@ class UIView : public Object<UIView, UIResponder> {
   static void exportMethods(MethodTable<UIView>& table);
 
   // ---- Geometry
-  /// Undefined (as on the original platform) once a transform is set: use bounds and center then.
+  /// Undefined once a transform is set: use bounds and center then.
   virtual CGRect frame() const;
   virtual void setFrame(CGRect frame);
   virtual CGRect bounds() const;

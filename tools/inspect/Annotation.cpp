@@ -1,6 +1,7 @@
 #include "tools/inspect/Annotation.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/TextLayout.h"
@@ -19,7 +20,7 @@ constexpr double margin = 40;
 constexpr double headerHeight = 64;
 constexpr double gutter = 36;
 constexpr double rowHeight = 58;
-constexpr double columnWidth = 330;
+constexpr double columnWidth = 430;
 constexpr double badgeHeight = 16;
 
 constexpr UIColor paper(0.965, 0.969, 0.976, 1);
@@ -71,27 +72,55 @@ void drawBadge(CGContext& context, const std::string& number, CGPoint at, const 
                    UIColor::white());
 }
 
-void drawFrame(CGContext& context, const LumicroElement& element, std::size_t number, CGPoint origin, bool isActed) {
-  const CGRect frame = frameOf(element, origin);
-  const UIColor color = isActed ? acted : colorOf(element);
+/// One element as it is drawn and listed.
+struct Entry {
+  const LumicroElement* element;
+  std::string mark;
+  bool isAround;
+  bool isActed;
+};
+
+/// The snapshot's elements by number, then what lies around the screen by letter.
+std::vector<Entry> entriesOf(const Inspection& inspection) {
+  const std::string& acted = inspection.snapshot.actionElement().elementId();
+  std::vector<Entry> entries;
+  const auto append = [&](const LumicroElement& element, std::string mark, bool isAround) {
+    entries.push_back({&element, std::move(mark), isAround, !acted.empty() && element.elementId() == acted});
+  };
+  for (const LumicroElement& element : inspection.snapshot.elements()) {
+    append(element, std::to_string(entries.size() + 1), false);
+  }
+  for (std::size_t i = 0; i < inspection.around.size(); ++i) {
+    const std::string letter(1, static_cast<char>('a' + i % 26));
+    append(inspection.around[i], i < 26 ? letter : letter + std::to_string(i / 26), true);
+  }
+  return entries;
+}
+
+void drawFrame(CGContext& context, const Entry& entry, CGPoint origin) {
+  const CGRect frame = frameOf(*entry.element, origin);
+  const UIColor color = entry.isActed ? acted : entry.isAround ? soft : colorOf(*entry.element);
   const auto outline = UIBezierPath::bezierPathWithRoundedRect(frame.insetBy(0.75, 0.75), 3);
-  const bool isContainer = element.type() == LumicorType::TYPE_DEFAULT;  // it stays clear: others lie on it
-  if (isActed || !isContainer) {
-    context.setFillColor(color.colorWithAlphaComponent(isActed ? 0.28 : 0.06));
+  const bool isClear = entry.isAround || entry.element->type() == LumicorType::TYPE_DEFAULT;  // others lie on it
+  if (entry.isActed || !isClear) {
+    context.setFillColor(color.colorWithAlphaComponent(entry.isActed ? 0.28 : 0.06));
     outline->fill(context);
   }
-  outline->setLineWidth(isActed ? 2.5 : 1.5);
+  outline->setLineWidth(entry.isActed ? 2.5 : 1.5);
+  if (entry.isAround) outline->setLineDash({4, 3}, 0);
   context.setStrokeColor(color);
   outline->stroke(context);
   // Like the tab of a folder: above the frame's corner, so that it hides nothing of what it tells of.
   const double top = std::max(frame.minY() - badgeHeight + 1, origin.y);
-  drawBadge(context, std::to_string(number), {std::max(frame.minX(), origin.x), top}, color);
+  drawBadge(context, entry.mark, {std::max(frame.minX(), origin.x), top}, color);
 }
 
-void drawRow(CGContext& context, const LumicroElement& element, std::size_t number, CGPoint at, bool isActed) {
-  constexpr double indent = 34;
-  constexpr double textWidth = columnWidth - indent - 8;
-  drawBadge(context, std::to_string(number), {at.x, at.y + 2}, isActed ? acted : colorOf(element));
+constexpr double indent = 34;
+constexpr double textWidth = columnWidth - indent - 8;
+
+void drawRow(CGContext& context, const Entry& entry, CGPoint at) {
+  const LumicroElement& element = *entry.element;
+  drawBadge(context, entry.mark, {at.x, at.y + 2}, entry.isActed ? acted : entry.isAround ? soft : colorOf(element));
   write(context, element.elementId().empty() ? "(empty)" : element.elementId(), {at.x + indent, at.y}, 14,
         UIFontWeightSemibold, ink, textWidth);
   const std::string kind(rawValue(element.type()));
@@ -106,16 +135,27 @@ void drawRow(CGContext& context, const LumicroElement& element, std::size_t numb
   context.fill({at.x + indent, at.y + rowHeight - 7, textWidth, 0.5});
 }
 
+std::string counted(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 }  // namespace
 
-Ref<UIImage> annotated(const UIImage& screen, const LumicorSnapshot& snapshot, const std::string& title) {
+Ref<UIImage> annotated(const UIImage& screen, const Inspection& inspection, const std::string& title) {
+  const LumicorSnapshot& snapshot = inspection.snapshot;
   const CGSize picture = screen.size();
-  const auto& elements = snapshot.elements();
+  const std::vector<Entry> entries = entriesOf(inspection);
+  // What lies around has a heading, which takes a row.
+  const std::size_t lines = entries.size() + (inspection.around.empty() ? 0 : 1);
   const auto rows = static_cast<std::size_t>(std::max(1.0, picture.height / rowHeight));
-  const std::size_t columns = std::max<std::size_t>(1, (elements.size() + rows - 1) / rows);
+  const std::size_t columns = std::max<std::size_t>(1, (lines + rows - 1) / rows);
   const CGSize sheet{2 * margin + picture.width + static_cast<double>(columns) * (gutter + columnWidth),
                      2 * margin + headerHeight + picture.height};
   const CGPoint origin{margin, margin + headerHeight};
+  const auto placeOf = [&](std::size_t line) {
+    return CGPoint{origin.x + picture.width + gutter + static_cast<double>(line / rows) * (gutter + columnWidth),
+                   origin.y + static_cast<double>(line % rows) * rowHeight};
+  };
 
   return UIGraphicsImageRenderer(sheet, screen.scale()).imageWithActions([&](CGContext& context) {
     context.setFillColor(paper);
@@ -124,8 +164,8 @@ Ref<UIImage> annotated(const UIImage& screen, const LumicorSnapshot& snapshot, c
     write(context,
           snapshot.viewName() + " \u00b7 " + std::to_string(snapshot.viewWidth()) + " \u00d7 " +
               std::to_string(snapshot.viewHeight()) + " points \u00b7 " + snapshot.viewOrientation() + " \u00b7 " +
-              std::to_string(elements.size()) + " elements \u00b7 " + std::to_string(snapshot.scrollDetails().size()) +
-              " scroll positions",
+              counted(snapshot.elements().size(), "element") + " \u00b7 " +
+              counted(snapshot.scrollDetails().size(), "scroll position"),
           {margin, margin + 28}, 14, UIFontWeightRegular, soft);
     context.drawImage(screen, {origin, picture});
     context.setStrokeColor(hairline);
@@ -133,18 +173,18 @@ Ref<UIImage> annotated(const UIImage& screen, const LumicorSnapshot& snapshot, c
 
     context.saveGState();
     context.clip(CGPath::rect(CGRect{origin, picture}.insetBy(-badgeHeight / 2, -badgeHeight / 2)));
-    const auto isActed = [&](const LumicroElement& element) {
-      return !snapshot.actionElement().elementId().empty() &&
-             element.elementId() == snapshot.actionElement().elementId();
-    };
-    for (std::size_t i = 0; i < elements.size(); ++i)
-      drawFrame(context, elements[i], i + 1, origin, isActed(elements[i]));
+    for (const Entry& entry : entries) drawFrame(context, entry, origin);
     context.restoreGState();
 
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-      const CGPoint at{origin.x + picture.width + gutter + static_cast<double>(i / rows) * (gutter + columnWidth),
-                       origin.y + static_cast<double>(i % rows) * rowHeight};
-      drawRow(context, elements[i], i + 1, at, isActed(elements[i]));
+    std::size_t line = 0;
+    for (const Entry& entry : entries) {
+      if (entry.isAround && line == snapshot.elements().size()) {
+        const CGPoint at = placeOf(line++);
+        write(context, "Around the screen", {at.x + indent, at.y + 14}, 14, UIFontWeightBold, ink, textWidth);
+        write(context, "Steps find these; the snapshot does not hold them.", {at.x + indent, at.y + 33}, 11,
+              UIFontWeightRegular, soft, textWidth);
+      }
+      drawRow(context, entry, placeOf(line++));
     }
   });
 }

@@ -9,14 +9,12 @@
 #include <vector>
 
 #include "examples/teashop/ScreenCatalogue.h"
-#include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUtils.h"
-#include "lumicor/screen/LumicorElementsTask.h"
-#include "lumicor/screen/LumicorSnapshot.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/UIApplication.h"
 #include "tools/inspect/Annotation.h"
+#include "tools/inspect/Inspection.h"
 
 namespace {
 
@@ -59,33 +57,6 @@ std::optional<Arguments> parse(int count, char** values) {
   return arguments;
 }
 
-LumicroElement noElement() {
-  return {
-      "", "", 0, 0, 0, 0, "", false, "", "", "", "Default", LumicorType::TYPE_DEFAULT, LumicorInputType::TYPE_DEFAULT};
-}
-
-LumicorSnapshot snapshotOf(const Ref<UIViewController>& screen, const std::string& acted) {
-  const std::string viewName = NSStringFromClass(screen->classForCoder());
-  Lumicor::shared().setCurrentView(viewName);
-  LumicorScreenElements read = LumicorElementsTask::getAllElements(screen->view(), "inspect");
-  LumicroElement actionElement = noElement();
-  for (const LumicroElement& element : read.elements) {
-    if (!acted.empty() && element.elementId() == acted) actionElement = element;
-  }
-  const CGSize size = screen->view()->bounds().size;
-  return {viewName,
-          LumicorUtils::truncated(size.height),
-          LumicorUtils::truncated(size.width),
-          LumicorUtils::getViewOrientation(),
-          std::move(read.elements),
-          {},
-          std::move(actionElement),
-          std::move(read.scrollDetails),
-          "Default",
-          "Default",
-          0};
-}
-
 bool writeFile(const std::filesystem::path& file, const std::string& bytes) {
   std::ofstream stream(file, std::ios::binary);
   stream << bytes;
@@ -98,13 +69,19 @@ bool inspectScreen(teashop::TeashopApplication& application, const teashop::Name
   RunLoop::advance(1);
   const auto screen = LumicorUtils::getCurrentViewController();
   if (!screen) return false;
-  const LumicorSnapshot snapshot = snapshotOf(screen, arguments.acted);
+  const auto inspection = inspect::inspectionOf(screen, arguments.acted);
+  if (!inspection) {
+    std::fprintf(stderr, "%s has no element \"%s\"\n", named.name.c_str(), arguments.acted.c_str());
+    return false;
+  }
+  const LumicorSnapshot& snapshot = inspection->snapshot;
   const auto json = encodeJSON(snapshot);
-  const auto picture = inspect::annotated(*UIApplication::shared().screenshot(), snapshot, named.name);
+  const auto picture = inspect::annotated(*UIApplication::shared().screenshot(), *inspection, named.name);
   const bool isWritten = json && picture && writeFile(arguments.out / (named.name + ".json"), *json + "\n") &&
                          writeFile(arguments.out / (named.name + ".png"), picture->pngRepresentation());
-  std::printf("%-14s %-20s %3zu elements, %zu scroll positions%s\n", named.name.c_str(), snapshot.viewName().c_str(),
-              snapshot.elements().size(), snapshot.scrollDetails().size(), isWritten ? "" : "  NOT WRITTEN");
+  std::printf("%-14s %-20s %3zu elements, %zu scroll positions, %zu around%s\n", named.name.c_str(),
+              snapshot.viewName().c_str(), snapshot.elements().size(), snapshot.scrollDetails().size(),
+              inspection->around.size(), isWritten ? "" : "  NOT WRITTEN");
   return isWritten;
 }
 
@@ -118,6 +95,7 @@ int main(int count, char** values) {
   }
   std::error_code error;
   std::filesystem::create_directories(arguments->out, error);
+  UIApplication::goWithoutDisplay();
   const VirtualTime time;
   teashop::TeashopApplication application;
   bool isGood = true;

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "platform/dispatch/Clock.h"
+#include "platform/uikit/UIApplication.h"
 #include "tools/play/Scenario.h"
 #include "tools/play/ScenarioRun.h"
 
@@ -106,6 +107,7 @@ int main(int count, char** values) {
   if (arguments->pictures) std::filesystem::create_directories(*arguments->pictures, error);
   if (error) return fail(arguments->pictures->string(), error.message());
 
+  UIApplication::goWithoutDisplay();
   if (!arguments->isRealTime) Clock::useVirtualTime(Clock::secondsSince1970());
   teashop::TeashopApplication application;
   return report(play::playScenario(application, *arguments->screen, std::move(*steps), arguments->pictures, std::cout));

@@ -4,8 +4,8 @@
 
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform//layout/NSLayoutAnchor.h"
 #include "platform/animation/CALayer.h"
+#include "platform/layout/NSLayoutAnchor.h"
 #include "platform/layout/NSLayoutConstraint.h"
 #include "platform/uikit/UIBarButtonItem.h"
 #include "platform/uikit/UINavigationItem.h"

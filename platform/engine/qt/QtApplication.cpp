@@ -32,6 +32,10 @@ QByteArray windowSystems() {
 
 }  // namespace
 
+void QtApplication::goWithoutDisplay() {
+  if (!isMade) qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
 void QtApplication::ensure() {
   if (isMade) return;
   assertMainThread("the first use of windows, fonts or text");

@@ -8,6 +8,8 @@ class QtApplication {
  public:
   /// Makes it if it is not there yet. Main thread; elsewhere it is a fatal programming error unless it exists.
   static void ensure();
+  /// Before the application is made: it draws to nowhere whatever display there is.
+  static void goWithoutDisplay();
   /// False when windows are not seen.
   static bool isDisplayAvailable();
 };

@@ -43,6 +43,7 @@ std::unique_ptr<ImageSequence> QtEngine::openImageSequence(std::string_view data
 
 std::string QtEngine::encodePNG(const Bitmap& bitmap) { return QtImages::encodePNG(bitmap); }
 
+void QtEngine::goWithoutDisplay() { QtApplication::goWithoutDisplay(); }
 bool QtEngine::isDisplayAvailable() { return QtApplication::isDisplayAvailable(); }
 
 std::unique_ptr<EngineWindow> QtEngine::openWindow(CGSize size, double scale, const std::string& title,

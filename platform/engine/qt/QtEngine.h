@@ -24,6 +24,7 @@ class QtEngine final : public Engine {
   CGImageRef decodeImage(std::string_view data) override;
   std::unique_ptr<ImageSequence> openImageSequence(std::string_view data) override;
   std::string encodePNG(const Bitmap& bitmap) override;
+  void goWithoutDisplay() override;
   bool isDisplayAvailable() override;
   std::unique_ptr<EngineWindow> openWindow(CGSize size, double scale, const std::string& title,
                                            EngineWindowDelegate& delegate) override;

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "ChildProcess.h"
+#include "examples/teashop/ScreenCatalogue.h"
 #include "platform/foundation/JSONValue.h"
 
 namespace {
@@ -76,7 +77,10 @@ TEST_F(Demo, PlacesTheOrderAndWritesAReportThatShowsIt) {
     EXPECT_GT(file.file_size(), 5000u) << file.path() << " is an empty picture";
     EXPECT_NE(report.find(file.path().filename().string()), std::string::npos);
   }
-  EXPECT_GE(pictures, 8);
+  EXPECT_GE(pictures, 10 + std::ssize(teashop::screenCatalogue()));
+  for (const teashop::NamedScreen& screen : teashop::screenCatalogue()) {
+    EXPECT_NE(report.find("alt=\"" + screen.name + "\""), std::string::npos) << "not visited: " << screen.name;
+  }
 }
 
 TEST_F(Demo, CarriesOutEveryRequestThatTheShopsTaskFileHolds) {

@@ -1,5 +1,5 @@
-#include "platform//uikit/UICollectionView.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/UICollectionView.h"
 #include "platform/uikit/UIPageControl.h"
 #include "platform/uikit/UIPasteboard.h"
 #include "platform/uikit/UITableView.h"

@@ -1,7 +1,7 @@
 #include "examples/teashop/model/DeliveryTime.h"
 #include "lumicor/core/Lumicor.h"
-#include "platform//uikit/NSProgress.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/uikit/NSProgress.h"
 #include "platform/uikit/UIKeyboard.h"
 #include "platform/uikit/UIPickerView.h"
 #include "platform/uikit/UIProgressView.h"
