@@ -13,8 +13,8 @@ namespace inspect {
 struct Inspection {
   /// As the service would store it.
   lumicor::LumicorSnapshot snapshot;
-  /// What has a name and shows beside the screen's own view: bars, their buttons, the tab bar. Steps find it, a snapshot
-  /// does not hold it.
+  /// What has a name and shows beside the screen's own view: bars, their buttons, the tab bar. Steps find it, a
+  /// snapshot does not hold it.
   std::vector<lumicor::LumicroElement> around;
 };
 

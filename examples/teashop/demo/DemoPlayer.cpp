@@ -78,6 +78,7 @@ void DemoPlayer::stage(const std::string& title, const std::string& asked, const
 
 void DemoPlayer::tell(const DemoStory& story) {
   report_.begin(story.title, story.request);
+  if (story.given) story.given(*application_.shop());
   std::printf(" %s\n", story.title.c_str());
   for (void (DemoPlayer::*part)(const DemoStory&) : {&DemoPlayer::openChat, &DemoPlayer::ask, &DemoPlayer::watch,
                                                      &DemoPlayer::readOutcome, &DemoPlayer::checkEvents}) {

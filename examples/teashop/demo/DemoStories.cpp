@@ -162,7 +162,10 @@ DemoStory clearFilter() {
            {"The shop again", "Tap the number of teas", [] { return shows("productList") && !shows("filterKind"); },
             say("Every tea is shown")}},
           "Done ",
-          true};
+          true,
+          "the shop filters nothing any more",
+          [](const Shop& shop) { return !shop.filter.isOn(); },
+          [](Shop& shop) { shop.filter = {.kind = TeaKind::green, .mostPrice = 1500}; }};
 }
 
 DemoStory findStories() {

@@ -28,6 +28,8 @@ struct DemoStory {
   /// What of the shop's books must hold, in words, and whether it does. None: nothing is on the books.
   std::string kept = {};
   std::function<bool(const Shop& shop)> isKept = {};
+  /// What the customer did before. None: nothing.
+  std::function<void(Shop& shop)> given = {};
 };
 
 /// The first is the story that is told when one is asked for; together they use every kind of step on every kind of

@@ -72,11 +72,13 @@ void ShopScreen::viewDidLoad() {
 
 void ShopScreen::viewWillAppear(bool animated) {
   Super::viewWillAppear(animated);
+  if (shown_ != shop_->filter) showTeas();
   if (const auto selected = table_->indexPathForSelectedRow()) table_->deselectRow(*selected, animated);
 }
 
 void ShopScreen::showTeas() {
-  shelves_ = shelves(shop_->filter);
+  shown_ = shop_->filter;
+  shelves_ = shelves(shown_);
   noteText_->setText(shop_->filter.inWords() + " \u00b7 " + countText(teaCount(shelves_)));
   table_->setTableHeaderView(shop_->filter.isOn() ? note_ : nullptr);
   table_->reloadData();

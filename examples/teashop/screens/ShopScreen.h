@@ -35,6 +35,7 @@ class ShopScreen final : public platform::Object<ShopScreen, platform::UIViewCon
   const Product& teaAt(const platform::IndexPath& path) const;
 
   ShopRef shop_;
+  TeaFilter shown_;
   std::vector<TeaShelf> shelves_;
   platform::Ref<platform::UITableView> table_;
   platform::Ref<platform::UIView> note_;

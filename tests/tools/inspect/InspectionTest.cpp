@@ -1,5 +1,3 @@
-#include "tools/inspect/Inspection.h"
-
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIBarButtonItem.h"
 #include "platform/uikit/UIButton.h"
@@ -9,6 +7,7 @@
 #include "platform/uikit/UITabBarController.h"
 #include "tests/support/AppFixture.h"
 #include "tools/inspect/Annotation.h"
+#include "tools/inspect/Inspection.h"
 
 namespace inspect::test {
 
@@ -74,7 +73,9 @@ TEST_F(InspectionTest, ThePictureFramesTheElementActedOn) {
   const auto picture = annotated(*UIApplication::shared().screenshot(), *inspectionOf(screen_, "pay"), "cart");
   const auto plain = annotated(*UIApplication::shared().screenshot(), *inspectionOf(screen_, ""), "cart");
   // The screen stands 40 points from the left and 104 from the top, two pixels to a point.
-  const auto inside = [](const Ref<UIImage>& image) { return image->cgImage()->pixel(2 * (40 + 195), 2 * (104 + 325)); };
+  const auto inside = [](const Ref<UIImage>& image) {
+    return image->cgImage()->pixel(2 * (40 + 195), 2 * (104 + 325));
+  };
   EXPECT_NE(inside(picture), inside(plain));
   EXPECT_EQ(picture->size().height, 844 + 2 * 40 + 64);
 }
