@@ -209,8 +209,17 @@ TEST_F(TLActionsTaskTest, GoesBackAndSucceedsEvenWithoutAnywhereToGo) {
   EXPECT_EQ(navigation->viewControllers().size(), 2U);
 }
 
+/// Notes whether it was taken back with an animation.
+struct NotingNavigation : Object<NotingNavigation, UINavigationController> {
+  std::vector<Ref<UIViewController>> popToRootViewControllerAnimated(bool animated) override {
+    wasAnimated = wasAnimated || animated;
+    return Super::popToRootViewControllerAnimated(animated);
+  }
+  bool wasAnimated = false;
+};
+
 TEST_F(TLActionsTaskTest, TakesEveryTabBackToItsRootFirst) {
-  const auto first = make<UINavigationController>(screen_);
+  const auto first = make<NotingNavigation>(screen_);
   first->pushViewController(make<UIViewController>(), false);
   const auto plain = make<UIViewController>();
   const auto inner = make<UINavigationController>(make<UIViewController>());
@@ -223,6 +232,7 @@ TEST_F(TLActionsTaskTest, TakesEveryTabBackToItsRootFirst) {
   show(tabs);
   start({});
   EXPECT_EQ(first->viewControllers().size(), 1U);
+  EXPECT_FALSE(first->wasAnimated);
   EXPECT_EQ(second->viewControllers().size(), 1U);
   EXPECT_EQ(inner->viewControllers().size(), 2U) << "only tabs are reset, not what lies inside their screens";
 }

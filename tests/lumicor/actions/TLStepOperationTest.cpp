@@ -106,13 +106,22 @@ struct Sizes : Object<Sizes, NSObject> {
   }
 };
 
+struct NotingPicker : Object<NotingPicker, UIPickerView> {
+  void selectRow(std::int64_t row, std::int64_t component, bool animated) override {
+    wasAnimated = animated;
+    Super::selectRow(row, component, animated);
+  }
+  bool wasAnimated = false;
+};
+
 TEST_F(StepOperationTest, TurnsAPickerAndTellsItsDelegate) {
   const auto sizes = make<Sizes>();
-  const auto picker = add<UIPickerView>("size", CGRect{0, 0, 300, 200});
+  const auto picker = add<NotingPicker>("size", CGRect{0, 0, 300, 200});
   picker->setDataSource(sizes);
   picker->setDelegate(sizes);
   EXPECT_EQ(perform(step("size", "TYPE_PICKER_VIEW", "2-0")), done);
   EXPECT_EQ(picker->selectedRowInComponent(0), 2);
+  EXPECT_TRUE(picker->wasAnimated);
   EXPECT_TRUE(picker->isFirstResponder());
   RunLoop::advance(0.49);
   EXPECT_TRUE(picker->isFirstResponder());
@@ -407,6 +416,27 @@ TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
   button->setTitle("Also", UIControlState::normal);
   EXPECT_EQ(perform(step("add")), done) << "the title of a button of the same name is forgotten";
   EXPECT_EQ(host_->heard.size(), 2U);
+}
+
+TEST_F(StepOperationTest, FindsTheItemsOfEveryBarAroundTheScreen) {
+  const auto named = [&](const char* name) {
+    const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, host_, sel("onTap:"));
+    item->setAccessibilityIdentifier(name);
+    return item;
+  };
+  const auto own = add<UIToolbar>("bar", CGRect{0, 300, 390, 44});
+  own->setItems({named("own")});
+  screen_->navigationItem()->setLeftBarButtonItem(named("left"));
+  screen_->navigationItem()->setRightBarButtonItem(named("right"));
+  screen_->setToolbarItems({UIBarButtonItem::flexibleSpaceItem(), named("toolbar")});
+  const auto navigation = make<UINavigationController>(screen_);
+  show(navigation);
+  navigation->setToolbarHidden(false);
+  for (const char* name : {"own", "left", "right", "toolbar"}) {
+    host_->heard.clear();
+    EXPECT_EQ(perform(step(name)), done) << name;
+    EXPECT_THAT(host_->heard, ElementsAre("tap by UIBarButtonItem")) << name;
+  }
 }
 
 TEST_F(StepOperationTest, LeavesBarButtonsOfACoveredScreenAlone) {
