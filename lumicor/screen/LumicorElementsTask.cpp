@@ -18,6 +18,7 @@ namespace {
 
 constexpr std::string_view trackerViewIdentifier = "lumicorTrackerView";
 constexpr std::string_view collectionMark = "LumicorCollectionView";
+constexpr int mostTreeChanges = 1000;
 
 /// Shared by all readings of the process, emptied by getAllElements.
 LumicorScrollDetails& scrollRegistry() {
@@ -85,11 +86,12 @@ std::vector<NamedView> namedViews(UIView& root) {
   return named;
 }
 
+/// Views that were read, by address alone: they may be gone.
+using ReadViews = std::unordered_set<const UIView*>;
+
 /// What is left to read when classifying a view has changed the tree (a picker makes its rows when it is first asked
-/// for one): the named views that there are now, without those up to `last`, which may be gone.
-std::vector<NamedView> remainingViews(UIView& root, const std::vector<NamedView>& before, std::size_t last) {
-  std::unordered_set<const UIView*> done;
-  for (std::size_t i = 0; i <= last; ++i) done.insert(before[i].view);
+/// for one): the named views that there are now, without those that were read.
+std::vector<NamedView> remainingViews(UIView& root, const ReadViews& done) {
   std::vector<NamedView> named = namedViews(root);
   std::erase_if(named, [&](const NamedView& found) { return done.contains(found.view); });
   return named;
@@ -102,6 +104,8 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
   if (!window) return elements;
   const bool isCollection = actionName.find(collectionMark) != std::string::npos;
   LumicorScrollDetails& registry = scrollRegistry();
+  ReadViews done;
+  int treeChanges = 0;
   std::vector<NamedView> named = namedViews(root);
   elements.reserve(named.size());  // elements are large: they are made where they stay
   for (std::size_t i = 0; i < named.size(); ++i) {
@@ -112,12 +116,13 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
     const std::uint64_t changes = UIView::hierarchyChanges();
     appendElement(elements, std::move(named[i].identifier), origin, bounds.size, elementKindOf(view));
     if (record) registry.insert_or_assign(elements.back().elementId(), *record);
-    if (UIView::hierarchyChanges() != changes) {
-      named = remainingViews(root, named, i);
-      i = static_cast<std::size_t>(-1);
-    }
     // Once more for every named view, so that its index tells how many there were before the last one.
     if (isCollection) registry.insert_or_assign(actionName, LumicorScrollView{std::ssize(registry), 0, 0});
+    if (UIView::hierarchyChanges() == changes) continue;
+    if (++treeChanges > mostTreeChanges) break;  // a host that adds views whenever it is asked for one
+    for (std::size_t read = 0; read <= i; ++read) done.insert(named[read].view);
+    named = remainingViews(root, done);
+    i = static_cast<std::size_t>(-1);
   }
   return elements;
 }

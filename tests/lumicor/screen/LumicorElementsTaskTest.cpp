@@ -163,10 +163,21 @@ TEST_F(LumicorElementsTaskTest, FollowsATreeThatChangesWhileItIsRead) {
   EXPECT_THAT(names(read()), ElementsAre("before", "picker", "row 0", "row 1", "row 2", "after"));
   picker->reloadAllComponents();  // the rows go when the picker is next asked for something: while it is classified
   EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after"));
+  const auto second = add<UIPickerView>("second", {0, 300, 300, 200});
+  second->setDataSource(rows);
+  for (const auto& both : {picker, second}) both->reloadAllComponents();
+  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after", "second"));
   rows->onAsked = [&] { picker->removeFromSuperview(); };
   picker->reloadAllComponents();
-  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after")) << "it was read before it was gone";
-  EXPECT_THAT(names(read()), ElementsAre("before", "after"));
+  EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after", "second")) << "it was read before it was gone";
+  EXPECT_THAT(names(read()), ElementsAre("before", "after", "second"));
+}
+
+TEST_F(LumicorElementsTaskTest, EndsWithATreeThatGrowsWheneverItIsRead) {
+  const auto rows = make<NamedRows>();
+  rows->onAsked = [&] { add<UIPickerView>("more", {0, 0, 1, 1})->setDataSource(rows); };
+  add<UIPickerView>("picker", {0, 0, 1, 1})->setDataSource(rows);
+  EXPECT_GT(read().elements.size(), 100u);
 }
 
 TEST_F(LumicorElementsTaskTest, PassesNavigationControllersOverOnTheWayToTheOwningScreen) {
