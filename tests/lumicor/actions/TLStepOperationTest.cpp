@@ -204,11 +204,13 @@ TEST_F(StepOperationTest, SearchesThroughAControllerFirstTheButtonThenTheText) {
   const auto search = make<UISearchController>();
   search->searchBar()->setDelegate(searcher);
   screen_->navigationItem()->setSearchController(search);
+  show(make<UINavigationController>(screen_));
+  RunLoop::advance(1);
   EXPECT_EQ(perform(step("nowhere", "TYPE_SEARCH", "tea")), done);
   EXPECT_TRUE(search->isActive());
   EXPECT_EQ(search->searchBar()->text(), "tea");
   EXPECT_THAT(searcher->heard, ElementsAre("search", "text tea"));
-  search->searchBar()->becomeFirstResponder();
+  ASSERT_TRUE(search->searchBar()->becomeFirstResponder());
   RunLoop::advance(0.51);
   EXPECT_FALSE(search->searchBar()->isFirstResponder()) << "half a second after the step it is put away";
   searcher->heard.clear();
