@@ -18,7 +18,7 @@ struct CartScreen : Object<CartScreen, UIViewController> {
   Ref<UINavigationController> navigationController() const override;
   void prepareForSegue(Ref<UIStoryboardSegue>, Ref<NSObject> sender) override { segueSender = sender; }
   mutable int lookups = 0;
-  Ref<NSObject> segueSender;
+  Weak<NSObject> segueSender;  ///< the screen itself: it must not hold itself
   std::function<void()> onLookup;
 };
 

@@ -345,7 +345,7 @@ TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
   EXPECT_EQ(made, 0);
   EXPECT_EQ(perform(step("tea SegueIdentifier-to-SegueIdentifier-detail 1")), done);
   EXPECT_EQ(made, 1);
-  EXPECT_EQ(screen_->segueSender, screen_);
+  EXPECT_EQ(screen_->segueSender.lock(), screen_);
   RunLoop::advance(1);
   navigation->popViewControllerAnimated(false);
   RunLoop::advance(1);
