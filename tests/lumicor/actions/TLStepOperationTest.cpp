@@ -224,30 +224,6 @@ TEST_F(StepOperationTest, SearchesThroughAControllerFirstTheButtonThenTheText) {
   EXPECT_EQ(textOnly->heard, 1) << "here the text is told whether or not the button is handled";
 }
 
-TEST_F(StepOperationTest, FindsTheSearchControllerOfAParentPresenterOrChild) {
-  const auto searching = [] {
-    const auto controller = make<UIViewController>();
-    controller->navigationItem()->setSearchController(make<UISearchController>());
-    return controller;
-  };
-  const auto found = [] { return TLStepTarget::find(step("x")).searchController; };
-  const auto child = searching();
-  screen_->addChildViewController(child);
-  EXPECT_EQ(found(), child->navigationItem()->searchController());
-  const auto presenter = searching();
-  show(presenter);
-  presenter->presentViewController(screen_, false);
-  RunLoop::advance(1);
-  EXPECT_EQ(found(), presenter->navigationItem()->searchController());
-  presenter->dismissViewController(false);
-  RunLoop::advance(1);
-  const auto parent = searching();
-  parent->addChildViewController(screen_);
-  EXPECT_EQ(found(), parent->navigationItem()->searchController());
-  screen_->navigationItem()->setSearchController(make<UISearchController>());
-  EXPECT_EQ(found(), screen_->navigationItem()->searchController());
-}
-
 // ---- Cells
 
 /// A list and a grid of named cells, which tell their selections.
@@ -388,22 +364,6 @@ TEST_F(StepOperationTest, SelectsATabThroughTheTopScreenWhenOnlyASearchControlle
   EXPECT_EQ(result, done);
 }
 
-TEST_F(StepOperationTest, FindsTheTabBarHolderBehindAModal) {
-  const auto tabs = make<UITabBarController>();
-  const auto presenter = make<UIViewController>();
-  tabs->setViewControllers({presenter});
-  show(tabs);
-  presenter->presentViewController(screen_, false);
-  RunLoop::advance(1);
-  EXPECT_EQ(TLStepTarget::find(step("x")).tabBarHolder, tabs);
-}
-
-TEST_F(StepOperationTest, FindsTheTabBarHolderAmongChildren) {
-  const auto tabs = make<UITabBarController>();
-  screen_->addChildViewController(tabs);
-  EXPECT_EQ(TLStepTarget::find(step("x")).tabBarHolder, tabs);
-}
-
 // ---- Bars
 
 TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
@@ -418,39 +378,6 @@ TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
   button->setTitle("Also", UIControlState::normal);
   EXPECT_EQ(perform(step("add")), done) << "the title of a button of the same name is forgotten";
   EXPECT_EQ(host_->heard.size(), 2U);
-}
-
-TEST_F(StepOperationTest, FindsTheItemsOfEveryBarAroundTheScreen) {
-  const auto named = [&](const char* name) {
-    const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, host_, sel("onTap:"));
-    item->setAccessibilityIdentifier(name);
-    return item;
-  };
-  const auto own = add<UIToolbar>("bar", CGRect{0, 300, 390, 44});
-  own->setItems({named("own")});
-  screen_->navigationItem()->setLeftBarButtonItem(named("left"));
-  screen_->navigationItem()->setRightBarButtonItem(named("right"));
-  screen_->setToolbarItems({UIBarButtonItem::flexibleSpaceItem(), named("toolbar")});
-  const auto navigation = make<UINavigationController>(screen_);
-  show(navigation);
-  navigation->setToolbarHidden(false);
-  for (const char* name : {"own", "left", "right", "toolbar"}) {
-    host_->heard.clear();
-    EXPECT_EQ(perform(step(name)), done) << name;
-    EXPECT_THAT(host_->heard, ElementsAre("tap by UIBarButtonItem")) << name;
-  }
-}
-
-TEST_F(StepOperationTest, LeavesBarButtonsOfACoveredScreenAlone) {
-  const auto below = make<UIViewController>();
-  const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, host_, sel("onTap:"));
-  item->setAccessibilityIdentifier("add");
-  below->navigationItem()->setRightBarButtonItem(item);
-  const auto navigation = make<UINavigationController>(below);
-  show(navigation);
-  navigation->pushViewController(screen_, false);
-  RunLoop::advance(1);
-  EXPECT_EQ(TLStepTarget::find(step("add")).barButtonItem, nullptr);
 }
 
 TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
@@ -469,73 +396,6 @@ TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
 
   item->setCustomView(nullptr);
   EXPECT_EQ(perform(step("filter")), done) << "an item that does nothing was pressed all the same";
-}
-
-TEST_F(StepOperationTest, FindsANamedViewInsideABarAsTheTarget) {
-  const auto button = make<UIButton>();
-  button->setTitle("Sort", UIControlState::normal);
-  button->setAccessibilityIdentifier("sort");
-  screen_->navigationItem()->setLeftBarButtonItem(make<UIBarButtonItem>(button));
-  show(make<UINavigationController>(screen_));
-  EXPECT_EQ(TLStepTarget::find(step("sort")).view, button);
-  EXPECT_FALSE(TLStepTarget::find(step("sort")).barButtonItem);
-  EXPECT_EQ(perform(step("sort")), doneWith("Sort"));
-}
-
-// ---- Finding
-
-TEST_F(StepOperationTest, FindsTheFirstViewDepthFirstOnTheNamedScreenAlone) {
-  const auto box = add<UIView>("box");
-  const auto first = make<UIView>();
-  first->setAccessibilityIdentifier("pay");
-  box->addSubview(first);
-  add<UIView>("pay");
-  EXPECT_EQ(TLStepTarget::findView("pay", "CartScreen"), first);
-  EXPECT_FALSE(TLStepTarget::findView("pay", "OtherScreen"));
-  screen_->view()->setAccessibilityIdentifier("pay");
-  EXPECT_EQ(TLStepTarget::findView("pay", "CartScreen"), screen_->view());
-  Lumicor::shared().setCurrentViewController(nullptr);
-  EXPECT_FALSE(TLStepTarget::findView("pay", "CartScreen"));
-}
-
-TEST_F(StepOperationTest, SearchesTheTabBarControllersViewWhenTheScreenIsInOne) {
-  const auto tabs = make<UITabBarController>();
-  tabs->setViewControllers({screen_});
-  show(tabs);
-  tabs->tabBar()->setAccessibilityIdentifier("tabs");
-  EXPECT_EQ(TLStepTarget::findView("tabs", "CartScreen"), tabs->tabBar());
-}
-
-TEST(StepTarget, IsThereWhenSomethingFitsTheKindOfStep) {
-  struct Found {
-    bool view, item, tabs, search;
-  };
-  const auto there = [](Found found, const char* type) {
-    TLStepTarget target;
-    if (found.view) target.view = make<UIView>();
-    if (found.item) target.barButtonItem = make<UIBarButtonItem>();
-    if (found.tabs) target.tabBarHolder = make<UITabBarController>();
-    if (found.search) target.searchController = make<UISearchController>();
-    return target.isThereFor(type);
-  };
-  const char* const kinds[] = {"TYPE_BUTTON", "TYPE_TABBAR", "TYPE_SEARCH", "TYPE_SEARCH_CANCEL"};
-  const struct {
-    Found found;
-    bool expected[4];
-  } rows[] = {
-      {{false, false, false, false}, {false, false, false, false}},
-      {{true, false, false, false}, {true, false, true, true}},
-      {{false, true, false, false}, {true, false, false, false}},
-      {{false, false, true, false}, {true, true, false, false}},
-      {{false, false, false, true}, {true, false, true, true}},
-      {{true, false, true, false}, {true, true, true, true}},
-  };
-  for (const auto& row : rows) {
-    for (int kind = 0; kind < 4; ++kind) {
-      EXPECT_EQ(there(row.found, kinds[kind]), row.expected[kind])
-          << kinds[kind] << row.found.view << row.found.item << row.found.tabs << row.found.search;
-    }
-  }
 }
 
 }  // namespace lumicor::test
