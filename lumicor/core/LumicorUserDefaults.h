@@ -16,6 +16,7 @@ namespace lumicor {
 /// Thread: main. Failures are logged; what is stored stays as it is.
 class LumicorUserDefaults {
  public:
+  /// Any thread; whoever asks first reads its files.
   static UserDefaults& store();
   /// The key under which the chat is kept.
   static const std::string& storedMessagesKey();

@@ -111,6 +111,7 @@ Kind ofProgressView(UIProgressView& view) {
 Kind ofSlider(UISlider& slider) { return {Type::TYPE_INPUT, Input::TYPE_DEFAULT, decimalText(slider.value())}; }
 
 Kind ofPickerView(UIPickerView& picker) {
+  const Ref<NSObject> keeper = picker.shared_from_this();  // it may ask its host for rows, who may take it away
   return {Type::TYPE_PICKER_VIEW, Input::TYPE_DEFAULT, std::to_string(picker.selectedRowInComponent(0))};
 }
 

@@ -86,7 +86,7 @@ std::vector<NamedView> namedViews(UIView& root) {
   return named;
 }
 
-/// Views that were read, by address alone: they may be gone.
+/// Views that were read, by address alone: they may be gone. A new view in the place of one that is gone passes for it.
 using ReadViews = std::unordered_set<const UIView*>;
 
 /// What is left to read when classifying a view has changed the tree (a picker makes its rows when it is first asked
@@ -110,10 +110,10 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
   elements.reserve(named.size());  // elements are large: they are made where they stay
   for (std::size_t i = 0; i < named.size(); ++i) {
     UIView& view = *named[i].view;
+    const std::uint64_t changes = UIView::hierarchyChanges();
     const CGRect bounds = view.bounds();
     const CGPoint origin = view.convertRect(bounds, window.get()).origin;
     const auto record = scrollRecord(view);
-    const std::uint64_t changes = UIView::hierarchyChanges();
     appendElement(elements, std::move(named[i].identifier), origin, bounds.size, elementKindOf(view));
     if (record) registry.insert_or_assign(elements.back().elementId(), *record);
     // Once more for every named view, so that its index tells how many there were before the last one.

@@ -1,5 +1,6 @@
 #include "platform/foundation/JSONParser.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/foundation/JSONValue.h"
@@ -9,6 +10,7 @@ namespace platform::detail {
 namespace {
 
 constexpr std::size_t usualBytes = std::size_t{4} << 20;
+constexpr std::size_t mostExpected = 4096;
 constexpr std::size_t roomBehind = simdjson::SIMDJSON_PADDING + 256;  // keys are compared without looking for their end
 
 bool isNestedTooDeeply(std::string_view bytes) {
@@ -56,7 +58,16 @@ simdjson::padded_string_view JSONParser::padded(std::string_view bytes) {
   if (!bytes.empty()) std::memcpy(buffer_.get(), bytes.data(), bytes.size());
   std::memset(buffer_.get() + bytes.size(), 0, roomBehind);
   end_ = buffer_.get() + bytes.size();
+  arraysAround_ = 0;
+  mayExpect_ = mostExpected;
   return simdjson::padded_string_view(buffer_.get(), bytes.size(), wanted);
+}
+
+std::size_t JSONParser::elementsToExpect(std::size_t guessed) {
+  if (arraysAround_ > 1) return 0;
+  const std::size_t granted = std::min(guessed, mayExpect_);
+  mayExpect_ -= granted;
+  return granted;
 }
 
 void JSONParser::shrink() {

@@ -26,6 +26,17 @@ struct JSONParser {
   simdjson::padded_string_view padded(std::string_view bytes);
   /// Where that copy ends.
   const char* end() const { return end_; }
+  /// While an array is read.
+  struct InsideArray {
+    explicit InsideArray(JSONParser& of) : parser(of) { ++parser.arraysAround_; }
+    ~InsideArray() { --parser.arraysAround_; }
+    InsideArray(const InsideArray&) = delete;
+    InsideArray& operator=(const InsideArray&) = delete;
+    JSONParser& parser;
+  };
+  /// For how many elements the array that is being read may make room at once when it seems to have so many: only an
+  /// outermost one, and all of a document together not for very many.
+  std::size_t elementsToExpect(std::size_t guessed);
   /// Lets go of what an unusually large document left behind.
   void shrink();
 
@@ -33,6 +44,8 @@ struct JSONParser {
   std::unique_ptr<char[]> buffer_;
   std::size_t capacity_ = 0;
   const char* end_ = nullptr;
+  std::size_t arraysAround_ = 0;
+  std::size_t mayExpect_ = 0;
 };
 
 /// Empty when the document is worth parsing, else the sentence why not: too long, or (looked at for long documents

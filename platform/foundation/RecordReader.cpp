@@ -139,7 +139,8 @@ bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* co
 
 bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void*),
                 void (*expect)(void*, std::size_t)) {
-  constexpr std::size_t mostExpected = 4096;
+  JSONParser& parser = JSONParser::ofThisThread();
+  const JSONParser::InsideArray inside(parser);
   ondemand::array array;
   if (valueOf(source).get_array().get(array)) return false;
   bool isFirst = true;
@@ -154,9 +155,9 @@ bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, 
     const char* const start = value.raw_json_token().data();
     if (!element(sourceOf(value), context)) return false;
     const char* next = nullptr;
-    if (value.current_location().get(next) || next <= start) continue;  // it was the document's last
-    const auto left = JSONParser::ofThisThread().end() - start;
-    expect(context, std::min(mostExpected, static_cast<std::size_t>(left / (next - start) + 1)));
+    if (value.current_location().get(next) || next <= start || *next != ',') continue;  // it was the last
+    expect(context, parser.elementsToExpect(
+                        static_cast<std::size_t>(parser.end() - start) / static_cast<std::size_t>(next - start) + 1));
   }
   return true;
 }

@@ -65,11 +65,13 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
     }
   }
 
-  /// The bytes of a file; none of one that is too large to be a value.
+  /// Key and value together. More is neither stored nor, from whoever it came, read.
+  static constexpr std::uintmax_t mostBytes = std::uintmax_t{64} << 20;
+  static constexpr std::uintmax_t mostFileBytes = mostBytes + 4096;  // with the line before them
+
   static Data bytesOf(const fs::path& file) {
-    constexpr std::uintmax_t mostBytes = std::uintmax_t{64} << 20;
     std::error_code error;
-    if (const auto size = fs::file_size(file, error); error || size > mostBytes) return {};
+    if (const auto size = fs::file_size(file, error); error || size > mostFileBytes) return {};
     std::ifstream stream(file, std::ios::binary);
     return Data(std::istreambuf_iterator<char>(stream), {});
   }
@@ -88,6 +90,9 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
   }
 
   void change(std::string_view key, std::optional<Value> value) {
+    if (value && key.size() + value->bytes.size() > mostBytes) {
+      return report(directory, "a value of " + std::to_string(value->bytes.size()) + " bytes is too large to be kept");
+    }
     const std::lock_guard lock(memory);
     if (value) {
       values.insert_or_assign(std::string(key), *value);

@@ -23,7 +23,8 @@ class UserDefaults {
   /// The application's own store. In the folder of `setStandardDirectory`, else in that of the environment variable
   /// PLATFORM_DEFAULTS_DIRECTORY, else in the user's data folder under the bundle's identifier.
   static UserDefaults& standard();
-  /// Where `standard` keeps its files; what was loaded before is written and let go. Main thread.
+  /// Where `standard` keeps its files; what was loaded before is written and let go. Main thread, before anything else
+  /// uses `standard` (the assistant reads it on the pool as soon as a session starts).
   static void setStandardDirectory(std::filesystem::path directory);
 
   explicit UserDefaults(std::filesystem::path directory);

@@ -97,10 +97,7 @@ void PickerWheel::cameToRest() {
 }
 
 void PickerWheel::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
-  if (isHeld()) {
-    Super::touchesEnded(touches, event);
-    return goToNearestRow();
-  }
+  if (isHeld()) return Super::touchesEnded(touches, event);
   if (touches.empty() || rows_ == 0) return;
   // The place on the drum that is seen where the finger is.
   const double middle = contentOffset().y + bounds().size.height / 2;
@@ -113,14 +110,8 @@ void PickerWheel::touchesEnded(const UITouches& touches, const Ref<UIEvent>& eve
   setContentOffset({0, offsetOf(row)}, true);
 }
 
-void PickerWheel::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
-  const bool wasHeld = isHeld();
-  Super::touchesCancelled(touches, event);
-  if (wasHeld && !isDragging()) goToNearestRow();
-}
-
-/// A finger or the wheel of a mouse left it between two rows.
-void PickerWheel::goToNearestRow() {
+/// Left between two rows: the nearest one comes to the middle.
+void PickerWheel::settle() {
   const std::int64_t row = rowAtMiddle();
   if (row < 0) return;
   turnedByHand_ = true;

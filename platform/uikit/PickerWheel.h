@@ -20,20 +20,19 @@ class PickerWheel : public Object<PickerWheel, UIScrollView> {
   std::int64_t selected() const { return selected_; }
   void select(std::int64_t row, bool animated);
   /// A person turns it, or it still turns.
-  bool isTurning() const { return isTracking() || isDragging() || isDecelerating() || turnedByHand_; }
+  bool isTurning() const { return isDragging() || isDecelerating() || turnedByHand_; }
   Ref<UIView> viewForRow(std::int64_t row) const;
   /// The picker is going away.
   void forgetPicker() { picker_ = nullptr; }
 
   void layoutSubviews() override;
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
-  void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
   Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event) override;
 
  protected:
   CGPoint restingOffset(CGPoint proposed) override;
   void contentOffsetDidChange() override { setNeedsLayout(); }
-  void wheelStoodStill() override { goToNearestRow(); }
+  void settle() override;
 
  private:
   double offsetOf(std::int64_t row) const;
@@ -41,7 +40,6 @@ class PickerWheel : public Object<PickerWheel, UIScrollView> {
   Ref<UIView> makeRow(std::int64_t row);
   void bend(UIView& view, std::int64_t row) const;
   void cameToRest();
-  void goToNearestRow();
   void motionEnded(const Ref<NSObject>& wheel);
   void dragEnded(const Ref<NSObject>& wheel, bool decelerates);
 

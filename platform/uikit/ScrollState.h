@@ -39,6 +39,7 @@ struct ScrollState {
   bool dragging = false;
   bool held = false;    ///< a finger stopped the gliding content and is still down
   bool ending = false;  ///< a drag has ended and the delegate is being told
+  CGPoint endedAt;      ///< the offset then; it goes along with content that is shifted
   CGPoint dragStart;    ///< the offset that the finger took hold of, rubber bands undone
 
   // ---- Moving by itself
@@ -72,13 +73,16 @@ struct ScrollState {
   void settleIntoRange();
   /// Plans where content that is let go with a speed (points a second) comes to rest; false when it rests already.
   bool planRest(CGPoint speed);
-  /// A finger that had stopped the content lifts, or a wheel stands still: content between two places goes on to one.
-  void comeToRest();
+  /// Goes on from between two places to one of them; nothing while something else moves the content.
+  void comeToRest(CGPoint speed);
+  bool isOnItsOwn() const { return !dragging && !held && moving == Moving::no; }
   /// The gliding content goes on as it was, within the range that there is now.
   void goOnGliding();
 
   // ---- The wheel of a mouse
   Ref<DispatchWorkItem> wheelRest;
+  CGPoint wheelSpeed;  ///< which way it turned last
+  void forgetWheel();
 
   /// Sends a message of one argument, the scroll view, when the delegate answers it.
   void tell(SEL selector) const;

@@ -167,13 +167,13 @@ void UIBarButtonItem::setTintColor(std::optional<UIColor> color) {
 void UIBarButtonItem::setCustomView(const Ref<UIView>& customView) {
   const Ref<UIView> before = view();
   customView_ = customView;
-  const Ref<UIView> bar = before && before != view() ? before->superview() : nullptr;
-  if (!bar) return;
+  const Ref<UIView> bar = bar_.lock();
+  if (!bar || before == view()) return;
   if (const auto navigationBar = as<UINavigationBar>(bar)) {
     if (const auto item = navigationBar->topItem()) navigationBar->itemDidChange(*item, false);
     return;
   }
-  before->removeFromSuperview();
+  if (before && before->superview() == bar) before->removeFromSuperview();
   if (const Ref<UIView> now = ensureView()) bar->addSubview(now);
   bar->setNeedsLayout();
 }

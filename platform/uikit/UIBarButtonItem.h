@@ -119,8 +119,11 @@ class UIBarButtonItem : public Object<UIBarButtonItem, UIBarItem> {
   double width_ = 0;
   std::optional<UIColor> tintColor_;
   std::optional<UIBarButtonSystemItem> systemItem_;
+  friend class UINavigationBar;
+  friend class UIToolbar;
   Ref<UIView> customView_;
   Ref<_UIButtonBarButton> button_;
+  Weak<UIView> bar_;  // that shows it, or showed it last
 };
 
 }  // namespace platform

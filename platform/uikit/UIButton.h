@@ -49,7 +49,8 @@ class UIButton : public Object<UIButton, UIControl> {
 
   /// The label of the title, made when first asked for.
   virtual Ref<UILabel> titleLabel();
-  /// The same, without making one: none for a button that never had a title and was never asked for its label.
+  /// The same, without making one: none for a button that never had a title and was never asked for its label. Whoever
+  /// overrides one of the two overrides the other.
   virtual Ref<UILabel> titleLabelIfMade() const { return titleLabel_; }
   virtual Ref<UIImageView> imageView();
   UIEdgeInsets contentEdgeInsets() const { return contentInsets_; }

@@ -43,6 +43,10 @@ std::int64_t daysIn(year_month month) {
       static_cast<unsigned>(year_month_day_last(month.year(), month_day_last(month.month())).day()));
 }
 
+std::optional<Date> finite(std::optional<Date> date) {
+  return date && std::isfinite(date->timeIntervalSince1970()) ? date : std::nullopt;
+}
+
 std::string twoDigits(std::int64_t value) { return (value < 10 ? "0" : "") + std::to_string(value); }
 
 }  // namespace
@@ -68,10 +72,9 @@ void UIDatePicker::exportMethods(MethodTable<UIDatePicker>& table) {
 Date UIDatePicker::held(Date date) const {
   const double since = date.timeIntervalSince1970();
   if (!std::isfinite(since)) return date_;
-  date = Date(std::clamp(since, -bound, bound - 1));
   if (maximum_ && date > *maximum_) date = *maximum_;
   if (minimum_ && date < *minimum_) date = *minimum_;
-  return date;
+  return Date(std::clamp(date.timeIntervalSince1970(), -bound, bound - 1));
 }
 
 void UIDatePicker::setDate(Date date, bool animated) {
@@ -87,12 +90,12 @@ void UIDatePicker::setDatePickerMode(UIDatePickerMode mode) {
 }
 
 void UIDatePicker::setMinimumDate(std::optional<Date> date) {
-  minimum_ = date;
+  minimum_ = finite(date);
   setDate(date_);
 }
 
 void UIDatePicker::setMaximumDate(std::optional<Date> date) {
-  maximum_ = date;
+  maximum_ = finite(date);
   setDate(date_);
 }
 
@@ -158,7 +161,7 @@ void UIDatePicker::showDate(const std::function<void(std::int64_t row, std::int6
 }
 
 void UIDatePicker::didSelect(const Ref<NSObject>&, std::int64_t, std::int64_t) {
-  if (!isEnabled()) return;
+  if (!isEnabled()) return setDate(date_);  // a finger was still on it when it was switched off
   const Parts parts = partsOf(date_);
   const auto row = [this](std::int64_t component) { return wheels_->selectedRowInComponent(component); };
   std::int64_t day = parts.day;

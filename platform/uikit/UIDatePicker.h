@@ -21,7 +21,8 @@ class UIDatePicker : public Object<UIDatePicker, UIControl> {
 
   virtual Date date() const { return date_; }
   void setDate(Date date) { setDate(date, false); }
-  /// Held to minimum and maximum. A date that is no number changes nothing.
+  /// Held to minimum and maximum, and to what the wheels can show. A date that is no number changes nothing, a limit
+  /// that is none is no limit.
   virtual void setDate(Date date, bool animated);
   UIDatePickerMode datePickerMode() const { return mode_; }
   void setDatePickerMode(UIDatePickerMode mode);

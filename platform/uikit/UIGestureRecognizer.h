@@ -62,7 +62,7 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   void requireGestureRecognizerToFail(const Ref<UIGestureRecognizer>& other);
 
   std::int64_t numberOfTouches() const;
-  /// The touches that it follows, those that have just ended among them.
+  /// The touches that it follows; one that ends is still among them while touchesEnded runs.
   const UITouches& touches() const { return touches_; }
   /// The middle of the touches, in the view's coordinates (the window's for none).
   virtual CGPoint locationInView(const UIView* view) const;
@@ -81,7 +81,6 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
  protected:
   /// `began` and `ended` out of `possible` are wishes that the platform grants, puts off or refuses.
   void setState(UIGestureRecognizerState state);
-  /// The touches that are down; one that ends is still among them while touchesEnded runs.
 
  private:
   friend class GestureEnvironment;

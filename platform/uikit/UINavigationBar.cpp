@@ -185,9 +185,10 @@ void UINavigationBar::fillTitle(Contents& contents, const Contents* old) {
 
 void UINavigationBar::fillButtons(Contents& contents, const Contents* old) {
   const UINavigationItem& item = *contents.item;
-  const auto viewsOf = [](const std::vector<Ref<UIBarButtonItem>>& items) {
+  const auto viewsOf = [this](const std::vector<Ref<UIBarButtonItem>>& items) {
     std::vector<Ref<UIView>> views;
     for (const Ref<UIBarButtonItem>& button : items) {
+      button->bar_ = self();
       if (const Ref<UIView> view = button->ensureView()) views.push_back(view);
     }
     return views;

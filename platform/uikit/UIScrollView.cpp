@@ -32,6 +32,7 @@ CGPoint UIScrollView::contentOffset() const { return bounds().origin; }
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
   if (!std::isfinite(offset.x) || !std::isfinite(offset.y)) return;
   scroll_->stopMoving();
+  scroll_->forgetWheel();
   const CGPoint from = contentOffset();
   if (offset == from) return;
   if (animated && UIView::areAnimationsEnabled() && window()) {
@@ -190,6 +191,7 @@ const Ref<UIPanGestureRecognizer>& UIScrollView::panGestureRecognizer() const { 
 
 void UIScrollView::shiftContentOffset(CGPoint by) {
   scroll_->dragStart = scroll_->dragStart + by;
+  scroll_->endedAt = scroll_->endedAt + by;
   scroll_->motionX.shift(by.x);
   scroll_->motionY.shift(by.y);
   setBounds(CGRect{contentOffset() + by, bounds().size});

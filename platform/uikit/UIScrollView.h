@@ -103,7 +103,8 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   void retargetScrolling(CGPoint offset);
   /// A finger stopped the gliding content and is still down.
   bool isHeld() const;
-  virtual void wheelStoodStill();
+  /// A finger that held it, or the wheel of a mouse, let go of it where it may not rest.
+  virtual void settle();
 
  private:
   friend struct ScrollState;

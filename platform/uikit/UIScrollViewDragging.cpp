@@ -124,6 +124,7 @@ void UIScrollView::onPan(const Ref<NSObject>&) {
 void ScrollState::dragBegan() {
   static const SEL willBeginDragging = sel("scrollViewWillBeginDragging:");
   stopMoving();
+  forgetWheel();
   held = false;
   dragging = true;
   const auto unbanded = [](double at, Range range, double dimension) {
@@ -167,24 +168,30 @@ void ScrollState::dragEnded(bool cancelled) {
   if (!dragging) return;
   static const SEL didEndDragging = sel("scrollViewDidEndDragging:willDecelerate:");
   static const SEL willBeginDecelerating = sel("scrollViewWillBeginDecelerating:");
+  static const SEL didEndDecelerating = sel("scrollViewDidEndDecelerating:");
   dragging = false;
-  const CGPoint offset = view.contentOffset();
+  endedAt = view.contentOffset();
   const Range x = rangeX();
   const Range y = rangeY();
   CGPoint speed = cancelled ? CGPoint{} : pan->velocityInView(nullptr);
   speed = {scrollsX() ? -speed.x : 0, scrollsY() ? -speed.y : 0};
   bool glides = planRest(speed);
+  const bool toldToGlide = glides;
   ending = true;
   sendOptional(delegate.lock(), didEndDragging, view.shared_from_this(), glides);
   ending = false;
   if (dragging || moving != Moving::no) return;
   // The delegate may have moved the content, or given it other edges: it comes to rest from there.
-  if (view.contentOffset() != offset) {
+  if (view.contentOffset() != endedAt) {
     glides = planRest({});
   } else if (rangeX() != x || rangeY() != y) {
     glides = planRest(speed);
   }
-  if (!glides) return indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+  if (!glides) {
+    indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
+    if (toldToGlide) tell(didEndDecelerating);  // nobody shall wait for the end for ever
+    return;
+  }
   startMoving(Moving::gliding);
   tell(willBeginDecelerating);
 }
@@ -209,12 +216,15 @@ bool ScrollState::planRest(CGPoint speed) {
   const CGPoint wanted = view.restingOffset(proposed);
   if (wanted.x != proposed.x) motionX = ScrollMotion::spring(offset.x, speed.x, wanted.x);
   if (wanted.y != proposed.y) motionY = ScrollMotion::spring(offset.y, speed.y, wanted.y);
-  return !motionX.isOver(0) || !motionY.isOver(0);
+  const bool rests = speed == CGPoint{} && CGPoint{motionX.target(), motionY.target()} == offset;
+  return !rests && (!motionX.isOver(0) || !motionY.isOver(0));
 }
 
-void ScrollState::comeToRest() {
-  if (dragging || held || moving != Moving::no) return;
-  if (planRest({})) startMoving(Moving::gliding);
+void ScrollState::comeToRest(CGPoint speed) {
+  static const SEL willBeginDecelerating = sel("scrollViewWillBeginDecelerating:");
+  if (!isOnItsOwn() || !planRest(speed)) return;
+  startMoving(Moving::gliding);
+  tell(willBeginDecelerating);
 }
 
 void ScrollState::goOnGliding() {
@@ -243,6 +253,12 @@ constexpr double wheelPause = 0.15;  // seconds after which the wheel is taken t
 
 }  // namespace
 
+void ScrollState::forgetWheel() {
+  if (wheelRest) wheelRest->cancel();
+  wheelRest = nullptr;
+  wheelSpeed = {};
+}
+
 bool UIScrollView::scrollByWheel(CGVector delta) {
   const auto x = scroll_->rangeX();
   const auto y = scroll_->rangeY();
@@ -250,14 +266,27 @@ bool UIScrollView::scrollByWheel(CGVector delta) {
   const CGPoint wanted{moved(offset.x, delta.dx, x.least, x.most), moved(offset.y, delta.dy, y.least, y.most)};
   if (wanted == offset) return false;
   setContentOffset(wanted, false);
-  if (scroll_->wheelRest) scroll_->wheelRest->cancel();
+  scroll_->wheelSpeed = {wanted.x - offset.x, wanted.y - offset.y};
   scroll_->wheelRest = DispatchQueue::main().asyncAfter(wheelPause, [weak = weakSelf()] {
-    if (const Ref<UIScrollView> view = weak.lock()) view->wheelStoodStill();
+    const Ref<UIScrollView> view = weak.lock();
+    if (view && view->scroll_->isOnItsOwn()) view->settle();
   });
   return true;
 }
 
-void UIScrollView::wheelStoodStill() { scroll_->comeToRest(); }
+void UIScrollView::settle() {
+  CGPoint speed;
+  if (scroll_->paging) {  // a page that the wheel began to turn is turned
+    const auto turning = [](double by) { return by == 0 ? 0.0 : std::copysign(200.0, by); };
+    const CGPoint page = contentOffset();
+    const CGSize size = bounds().size;
+    const bool isOnPage = std::remainder(page.x - scroll_->rangeX().least, size.width) == 0 &&
+                          std::remainder(page.y - scroll_->rangeY().least, size.height) == 0;
+    if (!isOnPage) speed = {turning(scroll_->wheelSpeed.x), turning(scroll_->wheelSpeed.y)};
+  }
+  scroll_->forgetWheel();
+  if (scroll_->isOutside() || scroll_->paging) scroll_->comeToRest(speed);
+}
 
 // ---- Touches that are no drag: a finger on moving content stops it
 
@@ -282,7 +311,7 @@ void UIScrollView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& ev
     return;
   }
   scroll_->held = false;
-  if (scroll_->isOutside() || scroll_->paging) scroll_->comeToRest();
+  settle();
 }
 
 void UIScrollView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) {
@@ -290,8 +319,10 @@ void UIScrollView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>
     Super::touchesCancelled(touches, event);
     return;
   }
-  scroll_->held = false;  // the pan took over, or nobody did
-  if (scroll_->isOutside() || scroll_->paging) scroll_->comeToRest();
+  scroll_->held = false;
+  using State = UIGestureRecognizerState;
+  const State pan = scroll_->pan->state();
+  if (pan != State::began && pan != State::changed) settle();  // else the same finger goes on as a drag
 }
 
 bool UIScrollView::touchesShouldCancelInContentView(const Ref<UIView>& view) {

@@ -31,10 +31,12 @@ void UIToolbar::setItems(std::vector<Ref<UIBarButtonItem>> items, bool animated)
     const Ref<UIView> view = item->view();
     const bool stays = std::find(items_.begin(), items_.end(), item) != items_.end();
     if (view && !stays && view->superview().get() == this) view->removeFromSuperview();
+    if (!stays && item->bar_.lock().get() == this) item->bar_.reset();
   }
   std::vector<Ref<UIView>> fresh;
   for (const Ref<UIBarButtonItem>& item : items_) {
     const Ref<UIView> view = item->ensureView();
+    item->bar_ = self();
     if (!view || view->superview().get() == this) continue;
     addSubview(view);
     fresh.push_back(view);

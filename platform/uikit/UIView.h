@@ -85,8 +85,8 @@ class UIView : public Object<UIView, UIResponder> {
   virtual Ref<UIView> superview() const;
   /// Back to front.
   virtual const std::vector<Ref<UIView>>& subviews() const;
-  /// Grows whenever a view comes into a superview or leaves one, anywhere: plain pointers into a tree are good as long
-  /// as it stays the same.
+  /// Grows whenever a view comes into a superview, changes its place there or leaves it, anywhere: plain pointers into
+  /// a tree whose root is held are good as long as it stays the same.
   static std::uint64_t hierarchyChanges();
   virtual Ref<UIWindow> window() const;
   void addSubview(const Ref<UIView>& view);

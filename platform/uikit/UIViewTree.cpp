@@ -142,13 +142,13 @@ void UIView::removeFromSuperview() {
   inheritTintColor();
 }
 
-/// Takes the view out of its superview's lists, and nothing more.
 namespace {
 std::uint64_t changesOfTheTree = 0;
 }
 
 std::uint64_t UIView::hierarchyChanges() { return changesOfTheTree; }
 
+/// Takes the view out of its superview's lists, and nothing more.
 void UIView::detach() {
   UIView* const old = superview_;
   if (!old) return;

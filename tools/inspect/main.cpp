@@ -63,17 +63,16 @@ bool writeFile(const std::filesystem::path& file, const std::string& bytes) {
   return static_cast<bool>(stream.flush());
 }
 
+/// Writes one screen. `foundActed` becomes true when it has the element acted on.
 bool inspectScreen(teashop::TeashopApplication& application, const teashop::NamedScreen& named,
-                   const Arguments& arguments) {
+                   const Arguments& arguments, bool& foundActed) {
   named.show(application);
   RunLoop::advance(1);
   const auto screen = LumicorUtils::getCurrentViewController();
   if (!screen) return false;
-  const auto inspection = inspect::inspectionOf(screen, arguments.acted);
-  if (!inspection) {
-    std::fprintf(stderr, "%s has no element \"%s\"\n", named.name.c_str(), arguments.acted.c_str());
-    return false;
-  }
+  auto inspection = inspect::inspectionOf(screen, arguments.acted);
+  foundActed = foundActed || inspection.has_value();
+  if (!inspection) inspection = inspect::inspectionOf(screen, "");
   const LumicorSnapshot& snapshot = inspection->snapshot;
   const auto json = encodeJSON(snapshot);
   const auto picture = inspect::annotated(*UIApplication::shared().screenshot(), *inspection, named.name);
@@ -99,8 +98,13 @@ int main(int count, char** values) {
   const VirtualTime time;
   teashop::TeashopApplication application;
   bool isGood = true;
+  bool foundActed = false;
   for (const teashop::NamedScreen* const screen : arguments->screens) {
-    isGood = inspectScreen(application, *screen, *arguments) && isGood;
+    isGood = inspectScreen(application, *screen, *arguments, foundActed) && isGood;
+  }
+  if (!foundActed) {
+    std::fprintf(stderr, "inspect: no element goes by \"%s\"\n", arguments->acted.c_str());
+    return 1;
   }
   return isGood ? 0 : 1;
 }

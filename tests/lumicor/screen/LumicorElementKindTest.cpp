@@ -116,6 +116,13 @@ TEST_F(LumicorElementKindTest, MakesNoTitleForAButtonThatHasNone) {
   EXPECT_EQ(button->subviews().size(), parts);
   button->titleLabel()->setText(std::nullopt);
   expectDescription(button, "UILabel");
+  struct Borrowed : Object<Borrowed, UIButton> {
+    Ref<UILabel> label = make<UILabel>();
+    Ref<UILabel> titleLabelIfMade() const override { return label; }
+  };
+  const auto borrowed = make<Borrowed>();
+  borrowed->label->setText("Pay");
+  expect(borrowed, Type::TYPE_INPUT, Input::TYPE_BUTTON, "Pay");
 }
 
 TEST_F(LumicorElementKindTest, AppendsTheTitleOfASwitchSinceVersionFourteen) {

@@ -155,7 +155,7 @@ struct NamedRows : Object<NamedRows, NSObject> {
 TEST_F(LumicorElementsTaskTest, FollowsATreeThatChangesWhileItIsRead) {
   const auto rows = make<NamedRows>();
   add("before", {0, 0, 1, 1});
-  const auto picker = add<UIPickerView>("picker", {0, 0, 300, 200});
+  auto picker = add<UIPickerView>("picker", {0, 0, 300, 200});
   picker->setDataSource(rows);
   picker->setDelegate(rows);
   add("after", {0, 0, 1, 1});
@@ -167,8 +167,11 @@ TEST_F(LumicorElementsTaskTest, FollowsATreeThatChangesWhileItIsRead) {
   second->setDataSource(rows);
   for (const auto& both : {picker, second}) both->reloadAllComponents();
   EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after", "second"));
-  rows->onAsked = [&] { picker->removeFromSuperview(); };
+  rows->onAsked = [weak = Weak<UIPickerView>(picker)] {
+    if (const auto alive = weak.lock()) alive->removeFromSuperview();
+  };
   picker->reloadAllComponents();
+  picker = nullptr;  // only the screen holds it
   EXPECT_THAT(names(read()), ElementsAre("before", "picker", "after", "second")) << "it was read before it was gone";
   EXPECT_THAT(names(read()), ElementsAre("before", "after", "second"));
 }

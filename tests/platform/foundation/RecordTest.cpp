@@ -198,6 +198,19 @@ TEST(Record, BoundsWhatItReads) {
   EXPECT_EQ(decodeJSON<Cup>(std::string(JSONValue::maximumBytes + 1, ' ')).error(), "the JSON document is too long");
 }
 
+TEST(Record, MakesRoomForWhatComesNotForWhatCouldCome) {
+  std::string text = "[";
+  for (int i = 0; i < 20000; ++i) text += i ? ",[1,2,3]" : "[1,2,3]";
+  const auto grid = decodeJSON<std::vector<std::vector<std::int64_t>>>(text + "]");
+  ASSERT_TRUE(grid);
+  std::size_t room = 0;
+  for (const auto& row : *grid) room += row.capacity();
+  EXPECT_LE(room, 20000u * 4);
+  EXPECT_LE(grid->capacity(), 2u * 20000);
+  const auto numbers = decodeJSON<std::vector<std::int64_t>>("[1" + std::string(3000, ' ') + "]");
+  EXPECT_LE(numbers->capacity(), 8u);
+}
+
 TEST(RawValues, GoBothWays) {
   EXPECT_EQ(rawValue(Size::large), "LARGE");
   EXPECT_EQ(caseFromRawValue<Size>("LARGE"), Size::large);

@@ -205,6 +205,19 @@ TEST_F(PickerTest, AFingerThatCatchesAWheelChoosesOnlyOnceItLetsGo) {
   EXPECT_EQ(choices->journal.take(), std::to_string(row) + "/1");
   hands().flick({290, 380}, 0, -150);
   advance(0.3);
+  window()->deliverTouch(1, UITouchPhase::began, {290, 308}, Clock::mediaTime());
+  for (int i = 1; i <= 20; ++i) {  // caught, and turned on by the same finger
+    window()->deliverTouch(1, UITouchPhase::moved, {290, 308.0 - 3 * i}, Clock::mediaTime());
+    advance(0.016);
+  }
+  advance(1);
+  EXPECT_EQ(choices->journal.take(), "");
+  window()->deliverTouch(1, UITouchPhase::ended, {290, 248}, Clock::mediaTime());
+  advance(2);
+  EXPECT_EQ(choices->journal.take(), std::to_string(picker->selectedRowInComponent(1)) + "/1");
+
+  hands().flick({290, 380}, 0, -150);
+  advance(0.3);
   picker->reloadAllComponents();
   advance(3);
   EXPECT_EQ(choices->journal.take(), "") << "rows that are loaded anew are not chosen by a turn of the old ones";
@@ -215,6 +228,11 @@ TEST_F(PickerTest, AMousesWheelChoosesARow) {
   advance(2);
   EXPECT_EQ(middle(1), "r2");
   EXPECT_EQ(choices->journal.take(), "2/1");
+  UIApplication::shared().deliverScroll({290, 308}, {0, -20});
+  picker->selectRow(9, 1, true);
+  advance(2);
+  EXPECT_EQ(middle(1), "r9");
+  EXPECT_EQ(choices->journal.take(), "") << "the program chose while the wheel still turned";
 }
 
 TEST_F(PickerTest, WheelsOfADateTurnSideBySide) {
@@ -257,6 +275,19 @@ TEST_F(PickerTest, EveryDateOfTheWheelsCanBeChosenAndNoOther) {
   }
   date->setDate(Date(std::numeric_limits<double>::quiet_NaN()));
   EXPECT_EQ(date->date().iso8601(), "2199-12-31T23:59:59Z");
+  const auto wheels = as<UIPickerView>(date->subviews().front());
+  for (const auto& [mode, years] : {std::pair{UIDatePickerMode::dateAndTime, 0}, {UIDatePickerMode::date, 2}}) {
+    date->setDatePickerMode(mode);
+    date->setDate(Date(1e300));
+    EXPECT_EQ(wheels->selectedRowInComponent(years), wheels->numberOfRowsInComponent(years) - 1);
+    date->setDate(Date(-1e300));
+    EXPECT_EQ(wheels->selectedRowInComponent(years), 0);
+  }
+  for (const double limit : {1e300, std::numeric_limits<double>::infinity()}) {
+    date->setMinimumDate(Date(limit));
+    EXPECT_LE(date->date().timeIntervalSince1970(), 7258118400);
+    date->setMinimumDate(std::nullopt);
+  }
 }
 
 }  // namespace

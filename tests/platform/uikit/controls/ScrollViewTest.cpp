@@ -300,9 +300,11 @@ TEST_F(ScrollViewTest, WhatTheDelegateDoesAsTheFingerLetsGoHolds) {
   advance(2);
   EXPECT_EQ(y(), -60);
   watcher->onLetGo = [&] { scroll->setContentOffset({0, 333}, false); };
+  watcher->journal.take();
   hands().flick({200, 450}, 0, -200);
   advance(3);
   EXPECT_EQ(y(), 333);
+  EXPECT_EQ(watcher->journal.take(), "drag let-go rest") << "who was told that it glides is told that it rests";
 }
 
 TEST_F(ScrollViewTest, ContentThatShrinksUnderAGlideIsNotLeftBehind) {
@@ -335,7 +337,14 @@ TEST_F(ScrollViewTest, APageThatAFingerStoppedInMidTurnGoesOnToItsPlace) {
   touch(UITouchPhase::ended, {200, 300});
   advance(2);
   EXPECT_EQ(std::fmod(y(), 400), 0);
-  EXPECT_EQ(watcher->journal.take(), "rest");
+  EXPECT_EQ(watcher->journal.take(), "glide rest");
+
+  hands().flick({200, 450}, 0, -250, 0.1);
+  advance(0.25);
+  watcher->journal.take();
+  pull({200, 300}, 0, -60);  // caught, and dragged on by the same finger
+  EXPECT_EQ(watcher->journal.take(), "rest drag");
+  touch(UITouchPhase::ended, {200, 240});
 }
 
 TEST_F(ScrollViewTest, OnlyAControlThatFollowsTheFingerKeepsTheContentStill) {
@@ -364,6 +373,16 @@ TEST_F(ScrollViewTest, AMousesWheelTurnsPagesWhole) {
   EXPECT_EQ(y(), 250);
   advance(2);
   EXPECT_EQ(y(), 400);
+  for (int i = 0; i < 3; ++i) {  // one notch after the other turns a page each
+    UIApplication::shared().deliverScroll({200, 300}, {0, -50});
+    advance(2);
+  }
+  EXPECT_EQ(y(), 1600);
+  UIApplication::shared().deliverScroll({200, 300}, {0, 50});
+  advance(0.1);
+  scroll->setContentOffset({0, 77}, false);
+  advance(2);
+  EXPECT_EQ(y(), 77) << "a program that moves it meanwhile has the last word";
 }
 
 }  // namespace
