@@ -62,10 +62,16 @@ CGRect frameOf(const LumicroElement& element, CGPoint origin) {
           static_cast<double>(element.width()), static_cast<double>(element.height())};
 }
 
-void drawBadge(CGContext& context, const std::string& number, CGPoint at, const UIColor& color) {
-  const TextStyle style{.font = UIFont::systemFont(10, UIFontWeightBold)};
-  const auto text = TextLayout::make(number, style);
-  const double width = std::max(badgeHeight, text->size().width + 8);
+/// A mark, and behind it a name when both find room in so many points.
+void drawBadge(CGContext& context, const std::string& mark, CGPoint at, const UIColor& color,
+               const std::string& name = "", double room = 0) {
+  const auto widthOf = [](const TextLayout& text) { return std::max(badgeHeight, text.size().width + 8); };
+  const auto laidOut = [](const std::string& words) {
+    return TextLayout::make(words, TextStyle{.font = UIFont::systemFont(10, UIFontWeightBold)});
+  };
+  auto text = laidOut(name.empty() ? mark : mark + "  " + name);
+  if (!name.empty() && widthOf(*text) > room) text = laidOut(mark);
+  const double width = widthOf(*text);
   context.setFillColor(color);
   UIBezierPath::bezierPathWithRoundedRect({at.x, at.y, width, badgeHeight}, 4)->fill(context);
   context.drawText(text, {at.x + (width - text->size().width) / 2, at.y + (badgeHeight - text->size().height) / 2},
@@ -112,7 +118,8 @@ void drawFrame(CGContext& context, const Entry& entry, CGPoint origin) {
   outline->stroke(context);
   // Like the tab of a folder: above the frame's corner, so that it hides nothing of what it tells of.
   const double top = std::max(frame.minY() - badgeHeight + 1, origin.y);
-  drawBadge(context, entry.mark, {std::max(frame.minX(), origin.x), top}, color);
+  drawBadge(context, entry.mark, {std::max(frame.minX(), origin.x), top}, color, entry.element->elementId(),
+            frame.width());
 }
 
 constexpr double indent = 34;
