@@ -1,7 +1,10 @@
+#include <array>
 #include <charconv>
 #include <climits>
 #include <csignal>
+#include <poll.h>
 #include <random>
+#include <sys/inotify.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,26 +46,47 @@ std::int64_t lastOf(int pipe, std::int64_t number, unsigned most) {
   return number;
 }
 
+/// Waits for so many steps of a file on its way to the disk (made, filled, closed, put in place), or for the end of the
+/// process that writes, which closes the pipe.
+void awaitSteps(int watch, int pipe, unsigned steps) {
+  alignas(inotify_event) std::array<char, 4096> events;
+  while (steps > 0) {
+    std::array<pollfd, 2> ready{pollfd{watch, POLLIN, 0}, pollfd{pipe, 0, 0}};
+    ::poll(ready.data(), ready.size(), -1);
+    if (!(ready[0].revents & POLLIN)) return;
+    const ssize_t length = ::read(watch, events.data(), events.size());
+    for (ssize_t at = 0; at < length && steps > 0; --steps) {
+      const auto* const event = reinterpret_cast<const inotify_event*>(events.data() + at);
+      at += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+  }
+}
+
 TEST(UserDefaultsKill, NeverLosesWhatWasSavedNorLeavesAnUnreadableFile) {
   const fs::path folder = fs::temp_directory_path() / "user defaults kill test";
   fs::remove_all(folder);
+  fs::create_directories(folder);
   std::mt19937 random(7);
   std::int64_t saved = -1;
   std::int64_t kills = 0;
   for (int round = 0; round < 200; ++round) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
+    const int watch = ::inotify_init1(IN_CLOEXEC);
+    ASSERT_GE(::inotify_add_watch(watch, folder.c_str(), IN_CREATE | IN_MODIFY | IN_CLOSE_WRITE | IN_MOVED_TO), 0);
     const pid_t child = ::fork();
     if (child == 0) {
       ::close(ends[0]);
+      ::close(watch);
       saveForEver(folder, saved + 1, ends[1]);
     }
     ::close(ends[1]);
-    saved = lastOf(ends[0], saved, random() % 4);  // then somewhere in the middle of the next ones
-    ::usleep(random() % 5000);
+    saved = lastOf(ends[0], saved, random() % 4);
+    awaitSteps(watch, ends[0], random() % 24);  // into the middle of the next ones
     ::kill(child, SIGKILL);
     saved = lastOf(ends[0], saved, UINT_MAX);
     ::close(ends[0]);
+    ::close(watch);
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     kills += WIFSIGNALED(status) ? 1 : 0;
