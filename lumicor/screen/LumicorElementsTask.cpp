@@ -108,7 +108,7 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
   int treeChanges = 0;
   std::vector<NamedView> named = namedViews(root);
   elements.reserve(named.size());  // elements are large: they are made where they stay
-  for (std::size_t i = 0; i < named.size(); ++i) {
+  for (std::size_t i = 0; i < named.size();) {
     UIView& view = *named[i].view;
     const std::uint64_t changes = UIView::hierarchyChanges();
     const CGRect bounds = view.bounds();
@@ -118,11 +118,12 @@ std::vector<LumicroElement> readElements(UIView& root, const std::string& action
     if (record) registry.insert_or_assign(elements.back().elementId(), *record);
     // Once more for every named view, so that its index tells how many there were before the last one.
     if (isCollection) registry.insert_or_assign(actionName, LumicorScrollView{std::ssize(registry), 0, 0});
+    ++i;
     if (UIView::hierarchyChanges() == changes) continue;
     if (++treeChanges > mostTreeChanges) break;  // a host that adds views whenever it is asked for one
-    for (std::size_t read = 0; read <= i; ++read) done.insert(named[read].view);
+    for (std::size_t read = 0; read < i; ++read) done.insert(named[read].view);
     named = remainingViews(root, done);
-    i = static_cast<std::size_t>(-1);
+    i = 0;
   }
   return elements;
 }

@@ -29,13 +29,13 @@ LumicroElement noElement() {
 /// What shows in the window beside the screen's view: the other branches of every view above it, front ones last.
 Elements elementsBeside(const UIView& screen) {
   Elements beside;
-  const UIView* inside = &screen;
   if (!screen.window()) return beside;
+  const CGRect window = screen.window()->bounds();
+  const UIView* inside = &screen;
   for (Ref<UIView> outer = screen.superview(); outer; outer = outer->superview()) {
     for (const Ref<UIView>& branch : outer->subviews()) {
       if (branch.get() == inside || branch->isHidden() || branch->alpha() < 0.01) continue;
       Elements read = LumicorElementsTask::traverseStoryboardView(branch, "").elements;
-      const CGRect window = screen.window()->bounds();
       std::ranges::copy_if(read, std::back_inserter(beside), [&](const LumicroElement& element) {
         return window.intersects({static_cast<double>(element.x()), static_cast<double>(element.y()),
                                   static_cast<double>(element.width()), static_cast<double>(element.height())});
