@@ -10,7 +10,7 @@
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIImage.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
 
 namespace {
 

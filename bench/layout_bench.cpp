@@ -6,10 +6,10 @@
 #include <chrono>
 #include <cmath>
 
-#include "platform/layout/LayoutEngine.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/ViewLayout.h"
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/constraints/LayoutEngine.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/ViewLayout.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace {
 

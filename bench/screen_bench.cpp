@@ -17,13 +17,13 @@
 
 #include "lumicor/screen/LumicorElementsTask.h"
 #include "lumicor/screen/LumicorSnapshot.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UISwitch.h"
-#include "platform/uikit/UIViewController.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UILabel.h"
 #ifdef BENCH_WITH_NLOHMANN
 #include <nlohmann/json.hpp>
 #endif

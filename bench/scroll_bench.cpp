@@ -7,10 +7,10 @@
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIImage.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UIViewController.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace {
 

@@ -11,6 +11,8 @@ function(project_test)
   add_executable(${TEST_NAME} ${TEST_SOURCES})
   target_link_libraries(${TEST_NAME} PRIVATE project_options ${TEST_LIBRARIES} GTest::gmock_main)
   target_precompile_headers(${TEST_NAME} REUSE_FROM test_headers)
+  # Lets a compiler cache look through the precompiled headers.
+  target_compile_options(${TEST_NAME} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
   set_target_properties(${TEST_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
   add_test(NAME ${TEST_NAME} COMMAND ${TEST_NAME} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
   set_tests_properties(${TEST_NAME} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}"

@@ -11,7 +11,7 @@
 #include "examples/teashop/screens/StoryScreen.h"
 #include "examples/teashop/screens/TermsScreen.h"
 #include "examples/teashop/screens/TimerScreen.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace teashop {
 

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "examples/teashop/Shop.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 
 namespace teashop {
 

@@ -9,7 +9,7 @@
 #include "examples/teashop/demo/DemoPlayer.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/foundation/Bundle.h"
-#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/application/UIApplication.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include "lumicor/core/Lumicor.h"
 #include "platform/dispatch/DispatchGroup.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIPasteboard.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/device/UIPasteboard.h"
 
 namespace lumicor {
 

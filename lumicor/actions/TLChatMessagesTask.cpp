@@ -10,8 +10,8 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor {
 

@@ -4,10 +4,10 @@
 #include "lumicor/actions/TLStepTarget.h"
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUtils.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITextView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/text/UITextView.h"
 
 namespace lumicor {
 

@@ -4,13 +4,13 @@
 #include <unordered_set>
 
 #include "lumicor/core/Lumicor.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UINavigationBar.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UISearchController.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UIToolbar.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationBar.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/bars/UIToolbar.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UISearchController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 
 namespace lumicor {
 

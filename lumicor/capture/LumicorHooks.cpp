@@ -4,11 +4,11 @@
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIStoryboardSegue.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UIStoryboardSegue.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace lumicor {
 

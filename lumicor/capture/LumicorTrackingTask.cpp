@@ -1,7 +1,7 @@
 #include "lumicor/capture/LumicorTrackingTask.h"
 
 #include "lumicor/core/Lumicor.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace lumicor {
 

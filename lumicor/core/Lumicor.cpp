@@ -5,12 +5,12 @@
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/network/LumicorInitTask.h"
 #include "platform/foundation/IndexPath.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UIPickerView.h"
-#include "platform/uikit/UISearchBar.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITextView.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UIPickerView.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/text/UISearchBar.h"
+#include "platform/uikit/text/UITextView.h"
 
 namespace lumicor {
 

@@ -13,7 +13,7 @@
 #include "lumicor/actions/TLDefaults.h"
 #include "lumicor/core/LumicorAttributes.h"
 #include "lumicor/core/TLChatMessage.h"
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/CGGeometry.h"
 #include "platform/runtime/Object.h"
 
 namespace platform {

@@ -5,11 +5,11 @@
 #include <charconv>
 
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIScreen.h"
-#include "platform/uikit/UITabBarController.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/device/UIScreen.h"
 
 namespace lumicor {
 

@@ -8,7 +8,7 @@
 #include "lumicor/ui/LumicorFontHelper.h"
 #include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace lumicor {
 

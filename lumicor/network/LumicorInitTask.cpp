@@ -6,7 +6,7 @@
 #include "lumicor/network/LumicorNetworkTask.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/Bundle.h"
-#include "platform/uikit/UIScreen.h"
+#include "platform/uikit/device/UIScreen.h"
 
 namespace lumicor {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/foundation/HTTPHeaders.h"
+#include "platform/engine/HTTPHeaders.h"
 #include "platform/foundation/JSONValue.h"
 
 namespace lumicor {

@@ -7,10 +7,10 @@
 #include "lumicor/core/LumicorDebugHelper.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/screen/LumicorElementKind.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UIScrollView.h"
 
 namespace lumicor {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/UITextField.h"
+#include "platform/uikit/text/UITextField.h"
 
 namespace lumicor {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace platform {
 class CAShapeLayer;

@@ -4,8 +4,8 @@
 #include "lumicor/ui/TLChatFont.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
 
 namespace lumicor {
 

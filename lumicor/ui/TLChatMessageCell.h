@@ -4,8 +4,8 @@
 
 #include "lumicor/ui/TLLayout.h"
 #include "lumicor/ui/TLTypingChatMessageCell.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableViewCell.h"
+#include "platform/uikit/lists/UITableViewCell.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace lumicor {
 

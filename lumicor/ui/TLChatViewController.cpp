@@ -11,11 +11,11 @@
 #include "lumicor/ui/TLKeyboardOffset.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UIKeyboard.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UITabBar.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/text/UIKeyboard.h"
 
 namespace lumicor {
 

@@ -8,10 +8,10 @@
 #include "lumicor/ui/PaddedTextField.h"
 #include "lumicor/ui/TLLayout.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace lumicor {
 

@@ -9,11 +9,11 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/layout/UILayoutGuide.h"
-#include "platform/uikit/NSAttributedString.h"
-#include "platform/uikit/UIKeyboard.h"
-#include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/constraints/UILayoutGuide.h"
+#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/touch/UITapGestureRecognizer.h"
+#include "platform/uikit/views/NSAttributedString.h"
 
 namespace lumicor {
 

@@ -6,8 +6,8 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterPlacement.h"
 #include "lumicor/ui/TLTransition.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIScreen.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/device/UIScreen.h"
 
 namespace lumicor {
 

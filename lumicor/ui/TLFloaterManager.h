@@ -2,7 +2,7 @@
 
 #include "lumicor/ui/TLFloaterView.h"
 #include "lumicor/ui/TLLayout.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/CGGeometry.h"
 
 namespace lumicor {
 

@@ -5,11 +5,11 @@
 #include "lumicor/ui/TLFloaterPlacement.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/touch/UITapGestureRecognizer.h"
+#include "platform/uikit/views/UIImageView.h"
 
 namespace lumicor {
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "lumicor/ui/TLLayout.h"
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace lumicor {
 

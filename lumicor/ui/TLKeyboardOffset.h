@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/CGGeometry.h"
 
 namespace lumicor {
 

@@ -4,7 +4,7 @@
 #include "platform/animation/CABasicAnimation.h"
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/graphics/UIBezierPath.h"
-#include "platform/uikit/UIViewControllerTransitioning.h"
+#include "platform/uikit/controllers/UIViewControllerTransitioning.h"
 
 namespace lumicor {
 

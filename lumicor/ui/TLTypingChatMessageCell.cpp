@@ -5,7 +5,7 @@
 #include "platform/animation/CABasicAnimation.h"
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/dispatch/Clock.h"
-#include "platform/graphics/CGPath.h"
+#include "platform/geometry/CGPath.h"
 
 namespace lumicor {
 

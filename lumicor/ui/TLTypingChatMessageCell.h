@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace platform {
 class CAShapeLayer;

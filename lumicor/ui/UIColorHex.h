@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/UIColor.h"
 
 namespace lumicor {
 

@@ -3,9 +3,9 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/graphics/CGGeometry.h"
-#include "platform/graphics/CGPath.h"
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/CGGeometry.h"
+#include "platform/geometry/CGPath.h"
+#include "platform/geometry/UIColor.h"
 
 namespace platform {
 

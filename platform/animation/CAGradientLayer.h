@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/animation/CALayer.h"
-#include "platform/graphics/CGGradient.h"
+#include "platform/geometry/CGGradient.h"
 
 namespace platform {
 

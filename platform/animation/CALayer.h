@@ -9,9 +9,9 @@
 
 #include "platform/animation/AnimatableValue.h"
 #include "platform/animation/CAAnimation.h"
-#include "platform/graphics/CGGeometry.h"
-#include "platform/graphics/CGPath.h"
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/CGGeometry.h"
+#include "platform/geometry/CGPath.h"
+#include "platform/geometry/UIColor.h"
 #include "platform/runtime/Object.h"
 
 namespace platform {

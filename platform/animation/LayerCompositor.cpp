@@ -4,7 +4,7 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/animation/ScratchBitmap.h"
-#include "platform/graphics/AlphaBlur.h"
+#include "platform/geometry/AlphaBlur.h"
 
 namespace platform {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/engine/Painter.h"
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGGeometry.h"
 
 namespace platform {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGGeometry.h"
 #include "platform/runtime/Ref.h"
 
 namespace platform {

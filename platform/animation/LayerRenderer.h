@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/CGGeometry.h"
 #include "platform/graphics/UIImage.h"
 
 namespace platform {

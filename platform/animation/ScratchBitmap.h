@@ -5,7 +5,7 @@
 
 #include "platform/engine/Engine.h"
 #include "platform/engine/Painter.h"
-#include "platform/graphics/Bitmap.h"
+#include "platform/geometry/Bitmap.h"
 
 namespace platform {
 

@@ -2,8 +2,8 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/declarative/Elements.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/touch/UITapGestureRecognizer.h"
 
 namespace platform::declarative {
 

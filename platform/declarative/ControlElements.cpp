@@ -1,7 +1,7 @@
 #include "platform/declarative/Elements.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UISwitch.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace platform::declarative {
 

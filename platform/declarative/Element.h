@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/declarative/View.h"
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace platform::declarative {
 

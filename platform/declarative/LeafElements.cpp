@@ -2,8 +2,8 @@
 
 #include "platform/declarative/Elements.h"
 #include "platform/graphics/UIImage.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UILabel.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace platform::declarative {
 

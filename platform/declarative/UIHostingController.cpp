@@ -2,7 +2,7 @@
 
 #include "platform/declarative/Element.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIScreen.h"
+#include "platform/uikit/device/UIScreen.h"
 
 namespace platform {
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "platform/declarative/View.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace platform {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/graphics/CGGeometry.h"
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/CGGeometry.h"
+#include "platform/geometry/UIColor.h"
 #include "platform/graphics/UIFont.h"
 #include "platform/runtime/Ref.h"
 

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "platform/engine/EngineWindow.h"
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGGeometry.h"
 
 namespace platform {
 

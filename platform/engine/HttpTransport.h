@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/foundation/Data.h"
-#include "platform/foundation/HTTPHeaders.h"
-#include "platform/foundation/URLError.h"
+#include "platform/engine/HTTPHeaders.h"
+#include "platform/engine/URLError.h"
+#include "platform/runtime/Data.h"
 #include "platform/runtime/Ref.h"
 
 namespace platform {

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGGradient.h"
-#include "platform/graphics/CGPath.h"
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGGradient.h"
+#include "platform/geometry/CGPath.h"
+#include "platform/geometry/UIColor.h"
 
 namespace platform {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/foundation/HTTPHeaders.h"
+#include "platform/engine/HTTPHeaders.h"
 #include "platform/foundation/URL.h"
 
 namespace platform {

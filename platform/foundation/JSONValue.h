@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
-#include "platform/foundation/Data.h"
 #include "platform/foundation/Result.h"
+#include "platform/runtime/Data.h"
 
 namespace platform {
 

@@ -6,11 +6,11 @@
 #include <optional>
 #include <string>
 
-#include "platform/foundation/Data.h"
-#include "platform/foundation/HTTPHeaders.h"
+#include "platform/engine/HTTPHeaders.h"
+#include "platform/engine/URLError.h"
 #include "platform/foundation/JSONValue.h"
-#include "platform/foundation/URLError.h"
 #include "platform/foundation/URLRequest.h"
+#include "platform/runtime/Data.h"
 
 namespace platform {
 

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/foundation/URLError.h"
+#include "platform/engine/URLError.h"
 #include "platform/foundation/URLRequest.h"
 
 namespace platform {

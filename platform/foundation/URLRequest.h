@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/Data.h"
-#include "platform/foundation/HTTPHeaders.h"
+#include "platform/engine/HTTPHeaders.h"
 #include "platform/foundation/URL.h"
+#include "platform/runtime/Data.h"
 
 namespace platform {
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/foundation/Data.h"
+#include "platform/engine/URLError.h"
 #include "platform/foundation/HTTPURLResponse.h"
-#include "platform/foundation/URLError.h"
 #include "platform/foundation/URLRequest.h"
+#include "platform/runtime/Data.h"
 #include "platform/runtime/Ref.h"
 
 namespace platform {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/foundation/Data.h"
+#include "platform/runtime/Data.h"
 #include "platform/runtime/Ref.h"
 
 namespace platform {

@@ -1,7 +1,7 @@
 #include "platform/graphics/CGContext.h"
 
 #include "platform/engine/Painter.h"
-#include "platform/graphics/TextLayout.h"
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/UIImage.h"
 
 namespace platform {

@@ -6,7 +6,7 @@
 #include <set>
 
 #include "platform/engine/Engine.h"
-#include "platform/graphics/OpenTypeFile.h"
+#include "platform/engine/OpenTypeFile.h"
 
 namespace platform {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/foundation/JSONValue.h"
-#include "platform/graphics/Bitmap.h"
+#include "platform/geometry/Bitmap.h"
 
 namespace platform {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/CGPath.h"
+#include "platform/geometry/CGPath.h"
 #include "platform/runtime/Object.h"
 
 namespace platform {

@@ -1,6 +1,5 @@
 #include "platform/graphics/UIFont.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "platform/engine/Engine.h"
@@ -8,8 +7,6 @@
 namespace platform {
 
 namespace {
-
-double heldSize(double size) { return std::isfinite(size) && size > 0 ? std::min(size, 2000.0) : 1; }
 
 /// The nearest of the nine steps.
 int numericWeight(UIFontWeight weight) {
@@ -31,24 +28,20 @@ int numericWeight(UIFontWeight weight) {
 
 }  // namespace
 
-UIFont::UIFont() : UIFont(Engine::shared().systemFace(400, false), 17) {}
-
 UIFont UIFont::systemFont(double size, UIFontWeight weight) {
-  return {Engine::shared().systemFace(numericWeight(weight), false), heldSize(size)};
+  return {Engine::shared().systemFace(numericWeight(weight), false), size};
 }
 
-UIFont UIFont::italicSystemFont(double size) { return {Engine::shared().systemFace(400, true), heldSize(size)}; }
+UIFont UIFont::italicSystemFont(double size) { return {Engine::shared().systemFace(400, true), size}; }
 
 UIFont UIFont::monospacedSystemFont(double size, UIFontWeight weight) {
-  return {Engine::shared().monospacedFace(numericWeight(weight)), heldSize(size)};
+  return {Engine::shared().monospacedFace(numericWeight(weight)), size};
 }
 
 std::optional<UIFont> UIFont::named(const std::string& name, double size) {
   const FontFace* const face = Engine::shared().faceNamed(name);
   if (!face) return std::nullopt;
-  return UIFont(*face, heldSize(size));
+  return UIFont(*face, size);
 }
-
-UIFont UIFont::fontWithSize(double size) const { return {*face_, heldSize(size)}; }
 
 }  // namespace platform

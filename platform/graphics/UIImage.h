@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGGeometry.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGGeometry.h"
 #include "platform/runtime/Object.h"
 
 namespace platform {

@@ -1,7 +1,7 @@
 #include "tests/support/AppFixture.h"
 
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/application/UIApplication.h"
 #include "tests/support/Pictures.h"
 
 namespace platform::test {

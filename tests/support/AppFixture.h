@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/TouchDriver.h"
-#include "platform/uikit/UIScreen.h"
-#include "platform/uikit/UIViewController.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/TouchDriver.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/device/UIScreen.h"
 
 namespace platform::test {
 

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGContext.h"
-#include "platform/graphics/TextLayout.h"
 #include "platform/graphics/UIBezierPath.h"
+#include "platform/graphics/UIFont.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
 
 namespace inspect {

@@ -6,11 +6,11 @@
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/screen/LumicorElementsTask.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UINavigationBar.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIToolbar.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationBar.h"
+#include "platform/uikit/bars/UIToolbar.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace inspect {
 

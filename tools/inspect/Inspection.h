@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "lumicor/screen/LumicorSnapshot.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace inspect {
 

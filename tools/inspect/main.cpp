@@ -12,7 +12,7 @@
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/application/UIApplication.h"
 #include "tools/inspect/Annotation.h"
 #include "tools/inspect/Inspection.h"
 

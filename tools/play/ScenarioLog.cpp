@@ -5,9 +5,9 @@
 #include "lumicor/actions/TLStepTarget.h"
 #include "lumicor/core/Lumicor.h"
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UISearchController.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/controllers/UISearchController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 
 namespace play {
 

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/application/UIApplication.h"
 #include "tools/play/Scenario.h"
 #include "tools/play/ScenarioRun.h"
 

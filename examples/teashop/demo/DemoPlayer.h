@@ -8,7 +8,7 @@
 #include "examples/teashop/demo/DemoReport.h"
 #include "examples/teashop/demo/DemoStory.h"
 #include "examples/teashop/demo/ServiceEvents.h"
-#include "platform/uikit/TouchDriver.h"
+#include "platform/uikit/application/TouchDriver.h"
 
 namespace teashop {
 

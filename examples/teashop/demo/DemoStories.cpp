@@ -1,6 +1,6 @@
 #include "examples/teashop/demo/DemoStory.h"
 #include "examples/teashop/demo/ScreenReader.h"
-#include "platform/uikit/UIPasteboard.h"
+#include "platform/uikit/device/UIPasteboard.h"
 
 namespace teashop {
 

@@ -1,12 +1,12 @@
 #include "examples/teashop/demo/ScreenReader.h"
 
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UIControl.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITextField.h"
-#include "platform/uikit/UITextView.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UIControl.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

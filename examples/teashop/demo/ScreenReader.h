@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace teashop {
 

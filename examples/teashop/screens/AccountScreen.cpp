@@ -4,9 +4,9 @@
 #include "examples/teashop/screens/TermsScreen.h"
 #include "examples/teashop/screens/TimerScreen.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UISystemSymbol.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

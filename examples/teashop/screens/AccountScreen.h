@@ -1,8 +1,8 @@
 #pragma once
 
 #include "examples/teashop/Shop.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UITableView.h"
 
 namespace teashop {
 

@@ -2,9 +2,9 @@
 
 #include "examples/teashop/Shop.h"
 #include "examples/teashop/views/PrimaryButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

@@ -5,8 +5,8 @@
 #include "examples/teashop/views/PrimaryButton.h"
 #include "examples/teashop/views/TeaCupView.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace teashop {
 

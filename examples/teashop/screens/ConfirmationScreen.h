@@ -2,8 +2,8 @@
 
 #include "examples/teashop/model/Cart.h"
 #include "examples/teashop/views/RatingControl.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

@@ -6,10 +6,10 @@
 #include "examples/teashop/views/FormField.h"
 #include "examples/teashop/views/Theme.h"
 #include "platform/animation/CALayer.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UIKeyboard.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UITapGestureRecognizer.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/touch/UITapGestureRecognizer.h"
 
 namespace teashop {
 

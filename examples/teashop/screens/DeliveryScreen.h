@@ -4,11 +4,11 @@
 #include "examples/teashop/views/PrimaryButton.h"
 #include "examples/teashop/views/SlotPicker.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/UIDatePicker.h"
-#include "platform/uikit/UISwitch.h"
-#include "platform/uikit/UITextField.h"
-#include "platform/uikit/UITextView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/lists/UIDatePicker.h"
+#include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/text/UITextView.h"
 
 namespace teashop {
 

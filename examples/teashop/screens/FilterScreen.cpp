@@ -5,10 +5,10 @@
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/Theme.h"
 #include "platform/animation/CALayer.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UINavigationItem.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
 
 namespace teashop {
 

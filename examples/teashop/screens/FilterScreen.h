@@ -3,13 +3,13 @@
 #include <functional>
 
 #include "examples/teashop/model/TeaFilter.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UISegmentedControl.h"
-#include "platform/uikit/UISlider.h"
-#include "platform/uikit/UISwitch.h"
-#include "platform/uikit/UIToolbar.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/bars/UIToolbar.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UISegmentedControl.h"
+#include "platform/uikit/controls/UISlider.h"
+#include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

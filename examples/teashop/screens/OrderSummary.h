@@ -1,7 +1,7 @@
 #pragma once
 
 #include "examples/teashop/model/Cart.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace teashop {
 

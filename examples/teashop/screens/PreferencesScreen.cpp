@@ -3,7 +3,7 @@
 #include "examples/teashop/views/Theme.h"
 #include "lumicor/screen/LumicorLabel.h"
 #include "platform/declarative/View.h"
-#include "platform/uikit/UISystemSymbol.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

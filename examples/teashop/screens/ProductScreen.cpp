@@ -7,14 +7,14 @@
 #include "examples/teashop/views/PictureCell.h"
 #include "examples/teashop/views/TeaPictures.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/NSProgress.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UICollectionViewFlowLayout.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UIPasteboard.h"
-#include "platform/uikit/UIProgressView.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/controls/NSProgress.h"
+#include "platform/uikit/controls/UIProgressView.h"
+#include "platform/uikit/device/UIPasteboard.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UICollectionViewFlowLayout.h"
 
 namespace teashop {
 

@@ -5,8 +5,8 @@
 #include "examples/teashop/views/PrimaryButton.h"
 #include "examples/teashop/views/QuantityControl.h"
 #include "platform/foundation/IndexPath.h"
-#include "platform/uikit/UIPageControl.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIPageControl.h"
 
 namespace platform {
 class UICollectionView;

@@ -3,10 +3,10 @@
 #include "examples/teashop/screens/ProductScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/layout/UILayoutGuide.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/constraints/UILayoutGuide.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace teashop {
 

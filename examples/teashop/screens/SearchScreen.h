@@ -1,10 +1,10 @@
 #pragma once
 
 #include "examples/teashop/Shop.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UISearchBar.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/text/UISearchBar.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

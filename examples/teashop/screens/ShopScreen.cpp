@@ -5,11 +5,11 @@
 #include "examples/teashop/screens/SearchScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UISystemSymbol.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/controllers/UIAlertController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "examples/teashop/Shop.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UILongPressGestureRecognizer.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITableViewHeaderFooterView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/lists/UITableViewHeaderFooterView.h"
+#include "platform/uikit/touch/UILongPressGestureRecognizer.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

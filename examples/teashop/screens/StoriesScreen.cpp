@@ -3,10 +3,10 @@
 #include "examples/teashop/screens/StoryScreen.h"
 #include "examples/teashop/views/StoryCell.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/UICollectionViewFlowLayout.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UISearchBar.h"
-#include "platform/uikit/UIStoryboardSegue.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/controllers/UIStoryboardSegue.h"
+#include "platform/uikit/lists/UICollectionViewFlowLayout.h"
+#include "platform/uikit/text/UISearchBar.h"
 
 namespace teashop {
 

@@ -2,9 +2,9 @@
 
 #include "examples/teashop/Shop.h"
 #include "examples/teashop/model/Stories.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UISearchController.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UISearchController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/UICollectionView.h"
 
 namespace teashop {
 

@@ -3,11 +3,11 @@
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/TeaPictures.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UISystemSymbol.h"
-#include "platform/uikit/UITextView.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

@@ -2,9 +2,9 @@
 
 #include "examples/teashop/Shop.h"
 #include "examples/teashop/model/Stories.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

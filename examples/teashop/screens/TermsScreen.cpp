@@ -3,7 +3,7 @@
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/Theme.h"
 #include "platform/foundation/URL.h"
-#include "platform/uikit/WKWebView.h"
+#include "platform/uikit/views/WKWebView.h"
 
 namespace teashop {
 

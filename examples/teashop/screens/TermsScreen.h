@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace teashop {
 

@@ -5,9 +5,9 @@
 
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace teashop {
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/foundation/NSTimer.h"
-#include "platform/uikit/NSProgress.h"
-#include "platform/uikit/UIActivityIndicatorView.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UIPickerView.h"
-#include "platform/uikit/UIProgressView.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/NSProgress.h"
+#include "platform/uikit/controls/UIActivityIndicatorView.h"
+#include "platform/uikit/controls/UIProgressView.h"
+#include "platform/uikit/lists/UIPickerView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

@@ -1,8 +1,8 @@
 #include "examples/teashop/views/Arrange.h"
 
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UISystemSymbol.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/layout/UILayoutGuide.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UIStackView.h"
+#include "platform/uikit/constraints/UILayoutGuide.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UIStackView.h"
 
 namespace teashop {
 

@@ -1,7 +1,7 @@
 #include "examples/teashop/views/FavouriteControl.h"
 
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/UISystemSymbol.h"
+#include "platform/uikit/views/UISystemSymbol.h"
 
 namespace teashop {
 

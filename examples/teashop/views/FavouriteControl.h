@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/uikit/UIControl.h"
-#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/controls/UIControl.h"
+#include "platform/uikit/views/UIImageView.h"
 
 namespace teashop {
 

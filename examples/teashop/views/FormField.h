@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/uikit/UITextField.h"
+#include "platform/uikit/text/UITextField.h"
 
 namespace teashop {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/uikit/UICollectionViewCell.h"
-#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/lists/UICollectionViewCell.h"
+#include "platform/uikit/views/UIImageView.h"
 
 namespace teashop {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/uikit/UIButton.h"
+#include "platform/uikit/controls/UIButton.h"
 
 namespace teashop {
 

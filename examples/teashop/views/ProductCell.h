@@ -2,8 +2,8 @@
 
 #include "examples/teashop/model/Cart.h"
 #include "examples/teashop/views/TeaCupView.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UITableViewCell.h"
+#include "platform/uikit/lists/UITableViewCell.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/uikit/UIButton.h"
+#include "platform/uikit/controls/UIButton.h"
 
 namespace teashop {
 

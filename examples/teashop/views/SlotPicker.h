@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/uikit/UIPickerView.h"
+#include "platform/uikit/lists/UIPickerView.h"
 
 namespace teashop {
 

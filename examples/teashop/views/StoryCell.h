@@ -1,9 +1,9 @@
 #pragma once
 
 #include "examples/teashop/model/Stories.h"
-#include "platform/uikit/UICollectionViewCell.h"
-#include "platform/uikit/UIImageView.h"
-#include "platform/uikit/UILabel.h"
+#include "platform/uikit/lists/UICollectionViewCell.h"
+#include "platform/uikit/views/UIImageView.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

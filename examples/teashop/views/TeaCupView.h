@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/graphics/CGContext.h"
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 
 namespace teashop {
 

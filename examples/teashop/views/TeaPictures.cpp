@@ -4,9 +4,10 @@
 
 #include "examples/teashop/views/TeaCupView.h"
 #include "examples/teashop/views/Theme.h"
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGContext.h"
-#include "platform/graphics/TextLayout.h"
 #include "platform/graphics/UIBezierPath.h"
+#include "platform/graphics/UIFont.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
 
 namespace teashop {

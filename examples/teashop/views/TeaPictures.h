@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/UIColor.h"
 #include "platform/graphics/UIImage.h"
 
 namespace teashop {

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/UIColor.h"
 #include "platform/graphics/UIFont.h"
-#include "platform/uikit/UILabel.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop {
 

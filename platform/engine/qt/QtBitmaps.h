@@ -4,7 +4,7 @@
 #include <list>
 #include <memory>
 
-#include "platform/graphics/Bitmap.h"
+#include "platform/geometry/Bitmap.h"
 
 namespace platform {
 

@@ -6,9 +6,9 @@
 #include <QPen>
 #include <QTransform>
 
-#include "platform/graphics/Bitmap.h"
-#include "platform/graphics/CGPath.h"
-#include "platform/graphics/UIColor.h"
+#include "platform/geometry/Bitmap.h"
+#include "platform/geometry/CGPath.h"
+#include "platform/geometry/UIColor.h"
 
 namespace platform {
 

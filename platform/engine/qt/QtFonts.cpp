@@ -4,8 +4,8 @@
 #include <QRawFont>
 #include <cstdio>
 
+#include "platform/engine/OpenTypeFile.h"
 #include "platform/engine/qt/QtApplication.h"
-#include "platform/graphics/OpenTypeFile.h"
 
 namespace platform {
 

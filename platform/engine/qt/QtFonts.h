@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/graphics/UIFont.h"
+#include "platform/engine/FontFace.h"
 
 namespace platform {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/graphics/AlphaBlur.h"
+#include "platform/geometry/AlphaBlur.h"
 
 namespace platform {
 

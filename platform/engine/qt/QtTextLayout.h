@@ -5,9 +5,9 @@
 #include <memory>
 #include <vector>
 
+#include "platform/engine/TextLayout.h"
 #include "platform/engine/qt/QtFonts.h"
 #include "platform/engine/qt/QtTextSource.h"
-#include "platform/graphics/TextLayout.h"
 
 class QPainter;
 

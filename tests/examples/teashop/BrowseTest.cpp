@@ -1,8 +1,8 @@
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UIPageControl.h"
-#include "platform/uikit/UIPasteboard.h"
-#include "platform/uikit/UITableView.h"
+#include "platform/uikit/controls/UIPageControl.h"
+#include "platform/uikit/device/UIPasteboard.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UITableView.h"
 #include "tests/examples/teashop/ShopFixture.h"
 
 namespace teashop::test {

@@ -1,12 +1,12 @@
 #include "examples/teashop/model/DeliveryTime.h"
 #include "lumicor/core/Lumicor.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/NSProgress.h"
-#include "platform/uikit/UIKeyboard.h"
-#include "platform/uikit/UIPickerView.h"
-#include "platform/uikit/UIProgressView.h"
-#include "platform/uikit/UITextField.h"
-#include "platform/uikit/UITextView.h"
+#include "platform/uikit/controls/NSProgress.h"
+#include "platform/uikit/controls/UIProgressView.h"
+#include "platform/uikit/lists/UIPickerView.h"
+#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/text/UITextView.h"
 #include "tests/examples/teashop/ShopFixture.h"
 
 namespace teashop::test {

@@ -2,13 +2,13 @@
 
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIBarButtonItem.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UINavigationBar.h"
-#include "platform/uikit/UINavigationItem.h"
-#include "platform/uikit/UITextField.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationBar.h"
+#include "platform/uikit/bars/UINavigationItem.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/views/UILabel.h"
 
 namespace teashop::test {
 

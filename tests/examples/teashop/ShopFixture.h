@@ -5,8 +5,8 @@
 
 #include "examples/teashop/ScreenCatalogue.h"
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/TouchDriver.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/application/TouchDriver.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace teashop::test {
 

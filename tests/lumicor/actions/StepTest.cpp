@@ -1,7 +1,7 @@
 #include "tests/lumicor/actions/StepTest.h"
 
 #include "lumicor/actions/TLStepOperation.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor::test {
 

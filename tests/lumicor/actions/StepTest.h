@@ -7,8 +7,8 @@
 
 #include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLTaskResult.h"
-#include "platform/uikit/UIControl.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIControl.h"
 #include "tests/lumicor/support/SessionTest.h"
 
 namespace lumicor::test {

@@ -5,9 +5,9 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controls/UIButton.h"
 #include "tests/lumicor/actions/StepTest.h"
 #include "tests/lumicor/support/StubService.h"
 

@@ -3,8 +3,8 @@
 #include "lumicor/capture/LumicorHooks.h"
 #include "lumicor/capture/LumicorTrackingTask.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 

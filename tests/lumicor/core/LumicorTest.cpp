@@ -5,9 +5,9 @@
 #include "lumicor/core/LumicorDebugHelper.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/IndexPath.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UICollectionViewFlowLayout.h"
-#include "platform/uikit/UITableView.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UICollectionViewFlowLayout.h"
+#include "platform/uikit/lists/UITableView.h"
 #include "tests/lumicor/support/SessionTest.h"
 
 namespace lumicor::test {

@@ -5,9 +5,9 @@
 
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIScreen.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/device/UIScreen.h"
 #include "tests/lumicor/support/SessionTest.h"
 
 namespace lumicor::test {

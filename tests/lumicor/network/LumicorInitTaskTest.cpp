@@ -6,7 +6,7 @@
 #include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/Bundle.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 

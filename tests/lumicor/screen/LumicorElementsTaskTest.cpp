@@ -2,14 +2,14 @@
 #include <limits>
 
 #include "lumicor/screen/LumicorElementsTask.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UICollectionView.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIPickerView.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UITableView.h"
-#include "platform/uikit/UITextView.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/UIPickerView.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/views/UILabel.h"
 #include "tests/lumicor/support/SessionTest.h"
 
 namespace lumicor::test {

@@ -3,7 +3,7 @@
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/screen/LumicorLabel.h"
 #include "platform/declarative/UIHostingController.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 #include "tests/support/AppFixture.h"
 
 namespace lumicor::test {

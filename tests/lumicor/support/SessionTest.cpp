@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "platform/foundation/UserDefaults.h"
-#include "platform/uikit/UIApplication.h"
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace lumicor::test {
 

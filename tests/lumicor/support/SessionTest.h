@@ -7,7 +7,7 @@
 
 #include "lumicor/core/Lumicor.h"
 #include "platform/dispatch/Clock.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
 
 namespace lumicor::test {
 

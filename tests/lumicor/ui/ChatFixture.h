@@ -4,9 +4,9 @@
 
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterManager.h"
-#include "platform/uikit/TouchDriver.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/application/TouchDriver.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 

@@ -7,8 +7,8 @@
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/UIKeyboard.h"
-#include "platform/uikit/UITabBar.h"
+#include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/text/UIKeyboard.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
 namespace lumicor {

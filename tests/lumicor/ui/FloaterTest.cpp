@@ -3,7 +3,7 @@
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
-#include "platform/uikit/UIImageView.h"
+#include "platform/uikit/views/UIImageView.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
 namespace lumicor {

@@ -6,8 +6,9 @@
 #include "platform/animation/LayerRenderer.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGContext.h"
-#include "platform/graphics/TextLayout.h"
+#include "platform/graphics/UIFont.h"
 #include "tests/support/Pictures.h"
 
 namespace platform {

@@ -1,10 +1,10 @@
 #include "platform/declarative/UIHostingController.h"
 #include "platform/declarative/View.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UISwitch.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/views/UILabel.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::declarative {

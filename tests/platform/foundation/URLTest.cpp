@@ -1,4 +1,4 @@
-#include "platform/foundation/HTTPHeaders.h"
+#include "platform/engine/HTTPHeaders.h"
 #include "platform/foundation/URL.h"
 #include "platform/foundation/URLRedirection.h"
 

@@ -2,10 +2,11 @@
 
 #include "platform/engine/Engine.h"
 #include "platform/engine/Painter.h"
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/DrawingRecord.h"
-#include "platform/graphics/TextLayout.h"
 #include "platform/graphics/UIBezierPath.h"
+#include "platform/graphics/UIFont.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
 #include "tests/support/Pictures.h"
 

@@ -1,8 +1,8 @@
 #include <filesystem>
 #include <thread>
 
+#include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGFont.h"
-#include "platform/graphics/TextLayout.h"
 #include "platform/graphics/UIFont.h"
 
 namespace platform {

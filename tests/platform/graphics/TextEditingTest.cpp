@@ -1,6 +1,7 @@
 // What a text field asks of a layout: carets, selections, letters and words.
 
-#include "platform/graphics/TextLayout.h"
+#include "platform/engine/TextLayout.h"
+#include "platform/graphics/UIFont.h"
 
 namespace platform {
 namespace {

@@ -1,4 +1,5 @@
-#include "platform/graphics/TextLayout.h"
+#include "platform/engine/TextLayout.h"
+#include "platform/graphics/UIFont.h"
 
 namespace platform {
 namespace {

@@ -2,10 +2,10 @@
 #include <cstdio>
 
 #include "lumicor/core/Lumicor.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UIScreen.h"
-#include "platform/uikit/UIViewController.h"
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/device/UIScreen.h"
 
 using namespace platform;
 

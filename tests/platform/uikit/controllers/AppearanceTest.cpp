@@ -1,6 +1,6 @@
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UIStoryboardSegue.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UIStoryboardSegue.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 #include "tests/platform/uikit/controllers/JournalScreen.h"
 #include "tests/support/AppFixture.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/uikit/UIViewController.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace platform::test {
 

@@ -1,8 +1,8 @@
 #include "platform/animation/CALayer.h"
-#include "platform/uikit/UIAlertController.h"
-#include "platform/uikit/UIControl.h"
-#include "platform/uikit/UINavigationController.h"
-#include "platform/uikit/UITabBarController.h"
+#include "platform/uikit/controllers/UIAlertController.h"
+#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controls/UIControl.h"
 #include "tests/platform/uikit/controllers/JournalScreen.h"
 #include "tests/support/AppFixture.h"
 

@@ -1,5 +1,5 @@
-#include "platform/uikit/UINavigationBar.h"
-#include "platform/uikit/UINavigationController.h"
+#include "platform/uikit/bars/UINavigationBar.h"
+#include "platform/uikit/controllers/UINavigationController.h"
 #include "tests/platform/uikit/controllers/JournalScreen.h"
 #include "tests/support/AppFixture.h"
 

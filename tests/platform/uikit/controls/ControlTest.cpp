@@ -1,10 +1,10 @@
 #include "platform/animation/CALayer.h"
-#include "platform/uikit/UIButton.h"
-#include "platform/uikit/UIControl.h"
-#include "platform/uikit/UILabel.h"
-#include "platform/uikit/UIScrollView.h"
-#include "platform/uikit/UITapGestureRecognizer.h"
-#include "tests/platform/uikit/controls/Journal.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/controls/UIControl.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/touch/UITapGestureRecognizer.h"
+#include "platform/uikit/views/UILabel.h"
+#include "tests/platform/uikit/Journal.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {

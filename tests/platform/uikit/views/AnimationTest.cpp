@@ -2,7 +2,7 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/uikit/UIView.h"
+#include "platform/uikit/views/UIView.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {

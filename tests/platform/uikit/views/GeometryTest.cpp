@@ -1,7 +1,7 @@
 #include <cmath>
 #include <gmock/gmock.h>
 
-#include "platform/uikit/UIWindow.h"
+#include "platform/uikit/application/UIWindow.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {

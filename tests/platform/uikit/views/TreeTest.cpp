@@ -2,9 +2,9 @@
 
 #include "platform/animation/CALayer.h"
 #include "platform/graphics/UIImage.h"
-#include "platform/layout/NSLayoutAnchor.h"
-#include "platform/layout/NSLayoutConstraint.h"
-#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
+#include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "tests/support/AppFixture.h"
 
 namespace platform::test {

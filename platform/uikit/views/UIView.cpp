@@ -1,0 +1,133 @@
+#include "platform/uikit/views/UIView.h"
+
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/views/UIStackView.h"
+#include "platform/uikit/views/UIViewStorage.h"
+
+// The view itself: how it is made, looks and is named. Tree, geometry, touches, animation and layout are in sources of
+// their own.
+
+namespace platform {
+
+namespace {
+
+constexpr UIColor systemBlue(0, 122.0 / 255, 1, 1);
+
+/// How many views have a tint of their own: while none has, nobody's tint can change by moving about.
+std::size_t ownTints = 0;
+
+}  // namespace
+
+/// Lets the layer draw what its view draws.
+class UIViewDrawing final : public CALayerDelegate {
+ public:
+  explicit UIViewDrawing(UIView& view) : view_(view) {}
+  bool layerDrawsItself(const CALayer&) override { return view_.drawsItself(); }
+  void drawLayer(CALayer& layer, CGContext& context) override { view_.draw(layer.bounds(), context); }
+
+ private:
+  UIView& view_;
+};
+
+UIView::UIView() : storage_(std::make_unique<Storage>()) {
+  layer_ = CALayer::layer();
+  storage_->drawing = std::make_unique<UIViewDrawing>(*this);
+  layer_->setDelegate(storage_->drawing.get());
+}
+
+void UIView::initWithFrame(CGRect frame) {
+  setFrame(frame);
+  if (drawsItself()) setNeedsDisplay();
+}
+
+void UIView::exportMethods(MethodTable<UIView>& table) {
+  table.add<&UIView::setNeedsDisplay>("setNeedsDisplay");
+  table.add<&UIView::setNeedsLayout>("setNeedsLayout");
+  table.add<&UIView::layoutIfNeeded>("layoutIfNeeded");
+  table.add<&UIView::removeFromSuperview>("removeFromSuperview");
+  table.add<&UIView::endEditing>("endEditing:");
+}
+
+// ---- Look
+
+std::optional<UIColor> UIView::backgroundColor() const { return layer_->backgroundColor(); }
+void UIView::setBackgroundColor(std::optional<UIColor> color) { layer_->setBackgroundColor(color); }
+double UIView::alpha() const { return layer_->opacity(); }
+void UIView::setAlpha(double alpha) { layer_->setOpacity(alpha); }
+bool UIView::isHidden() const { return layer_->isHidden(); }
+void UIView::setHidden(bool hidden) {
+  if (hidden == isHidden()) return;
+  layer_->setHidden(hidden);
+  // A stack closes the gap that a hidden view leaves.
+  if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->setNeedsLayout();
+}
+bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
+void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
+const Ref<CALayer>& UIView::layer() const { return layer_; }
+
+void UIView::draw(CGRect, CGContext&) {}
+void UIView::setNeedsDisplay() { layer_->setNeedsDisplay(); }
+
+UIViewContentMode UIView::contentMode() const { return storage_->contentMode; }
+void UIView::setContentMode(UIViewContentMode mode) { storage_->contentMode = mode; }
+
+// ---- Tint
+
+UIColor UIView::tintColor() const {
+  if (ownTints == 0) return systemBlue;
+  for (const UIView* view = this; view; view = view->superview_) {
+    if (view->storage_->tintColor) return *view->storage_->tintColor;
+  }
+  return systemBlue;
+}
+
+void UIView::setTintColor(std::optional<UIColor> color) {
+  std::optional<UIColor>& own = storage_->tintColor;
+  if (own == color) return;
+  ownTints += (color ? 1u : 0u) - (own ? 1u : 0u);
+  own = color;
+  spreadTintColor();
+}
+
+/// After a move: its tint may now be another superview's.
+void UIView::inheritTintColor() {
+  if (ownTints > 0 && !storage_->tintColor) spreadTintColor();
+}
+
+void UIView::spreadTintColor() {
+  std::vector<Ref<UIView>> open{self()};
+  while (!open.empty()) {
+    const Ref<UIView> view = std::move(open.back());
+    open.pop_back();
+    view->tintColorDidChange();
+    for (const Ref<UIView>& child : view->subviews_) {
+      if (!child->storage_->tintColor) open.push_back(child);
+    }
+  }
+}
+
+void UIView::tintColorDidChange() {}
+
+void UIView::forgetTintColor() {
+  if (storage_->tintColor) --ownTints;
+}
+
+// ---- Names
+
+std::int64_t UIView::tag() const { return storage_->tag; }
+void UIView::setTag(std::int64_t tag) { storage_->tag = tag; }
+
+std::optional<std::string> UIView::accessibilityIdentifier() const {
+  const std::string* const identifier = accessibilityIdentifier_.get();
+  return identifier ? std::optional(*identifier) : std::nullopt;
+}
+void UIView::setAccessibilityIdentifier(std::optional<std::string> identifier) {
+  accessibilityIdentifier_ = identifier ? std::make_unique<std::string>(*std::move(identifier)) : nullptr;
+}
+std::optional<std::string> UIView::accessibilityLabel() const { return storage_->accessibilityLabel; }
+void UIView::setAccessibilityLabel(std::optional<std::string> label) {
+  storage_->accessibilityLabel = std::move(label);
+}
+
+}  // namespace platform

@@ -1,0 +1,251 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/geometry/CGGeometry.h"
+#include "platform/geometry/UIColor.h"
+#include "platform/uikit/touch/UIResponder.h"
+
+namespace platform {
+
+enum class UIViewContentMode { scaleToFill, scaleAspectFit, scaleAspectFill, center, top, bottom, left, right, redraw };
+
+/// Which distances stretch when the superview is resized; flags.
+struct UIViewAutoresizing {
+  static constexpr unsigned none = 0;
+  static constexpr unsigned flexibleLeftMargin = 1;
+  static constexpr unsigned flexibleWidth = 2;
+  static constexpr unsigned flexibleRightMargin = 4;
+  static constexpr unsigned flexibleTopMargin = 8;
+  static constexpr unsigned flexibleHeight = 16;
+  static constexpr unsigned flexibleBottomMargin = 32;
+};
+
+enum class UIViewAnimationCurve { easeInOut, easeIn, easeOut, linear };
+
+enum class UILayoutAxis { horizontal, vertical };
+
+using UILayoutPriority = float;
+inline constexpr UILayoutPriority UILayoutPriorityRequired = 1000;
+inline constexpr UILayoutPriority UILayoutPriorityDefaultHigh = 750;
+inline constexpr UILayoutPriority UILayoutPriorityDefaultLow = 250;
+inline constexpr UILayoutPriority UILayoutPriorityFittingSizeLevel = 50;
+
+/// The value of an intrinsic size's side that the view has no opinion about.
+inline constexpr double UIViewNoIntrinsicMetric = -1;
+
+/// A rectangle of the screen: it draws, lays out its subviews, takes touches. Owned by its superview; its layer is its
+/// own. Members that reading a screen needs are virtual, so that a view can stand for something that is not of this
+/// platform. Thread: main. Units: points, y grows downwards.
+class UIView : public Object<UIView, UIResponder> {
+ public:
+  UIView();
+  ~UIView() override;
+  void init() { initWithFrame(CGRect{}); }
+  void init(CGRect frame) { initWithFrame(frame); }
+  /// The designated initialiser: subclasses call the base first, then build their subviews.
+  virtual void initWithFrame(CGRect frame);
+  static void exportMethods(MethodTable<UIView>& table);
+
+  // ---- Geometry
+  /// Undefined once a transform is set: use bounds and center then.
+  virtual CGRect frame() const;
+  virtual void setFrame(CGRect frame);
+  virtual CGRect bounds() const;
+  virtual void setBounds(CGRect bounds);
+  CGPoint center() const;
+  void setCenter(CGPoint center);
+  CGAffineTransform transform() const;
+  void setTransform(const CGAffineTransform& transform);
+  /// Between this view and another, or the window's coordinates for none. Across trees that share no window the roots
+  /// count as standing on the same origin.
+  CGPoint convertPoint(CGPoint point, const UIView* to) const;
+  CGPoint convertPointFrom(CGPoint point, const UIView* from) const;
+  virtual CGRect convertRect(CGRect rect, const UIView* to) const;
+  CGRect convertRectFrom(CGRect rect, const UIView* from) const;
+  unsigned autoresizingMask() const;
+  void setAutoresizingMask(unsigned mask);
+  virtual CGSize sizeThatFits(CGSize size) const;
+  void sizeToFit();
+  UIEdgeInsets safeAreaInsets() const;
+  virtual void safeAreaInsetsDidChange() {}
+  /// What the subviews inherit; a scroll view, which spends the safe area on its content insets, gives none.
+  virtual UIEdgeInsets safeAreaInsetsForSubviews() const { return safeAreaInsets(); }
+  /// Works the safe area out anew, here and below where it changes. Geometry and tree changes do it by themselves; a
+  /// controller does it when its additional insets change.
+  void updateSafeAreaInsets();
+  UIEdgeInsets layoutMargins() const;
+  void setLayoutMargins(UIEdgeInsets margins);
+
+  // ---- Tree
+  virtual Ref<UIView> superview() const;
+  /// Back to front.
+  virtual const std::vector<Ref<UIView>>& subviews() const;
+  /// Grows whenever a view comes into a superview, changes its place there or leaves it, anywhere: plain pointers into
+  /// a tree whose root is held are good as long as it stays the same.
+  static std::uint64_t hierarchyChanges();
+  virtual Ref<UIWindow> window() const;
+  void addSubview(const Ref<UIView>& view);
+  void insertSubview(const Ref<UIView>& view, std::size_t index);
+  void insertSubviewBelow(const Ref<UIView>& view, const Ref<UIView>& sibling);
+  void insertSubviewAbove(const Ref<UIView>& view, const Ref<UIView>& sibling);
+  void bringSubviewToFront(const Ref<UIView>& view);
+  void sendSubviewToBack(const Ref<UIView>& view);
+  void removeFromSuperview();
+  bool isDescendantOfView(const UIView* view) const;
+  /// Depth first, this view first; none when no view has the tag.
+  Ref<UIView> viewWithTag(std::int64_t tag);
+  std::int64_t tag() const;
+  void setTag(std::int64_t tag);
+  virtual void willMoveToSuperview(const Ref<UIView>& superview);
+  virtual void didMoveToSuperview() {}
+  virtual void didAddSubview(const Ref<UIView>& subview);
+  virtual void willRemoveSubview(const Ref<UIView>& subview);
+  virtual void willMoveToWindow(const Ref<UIWindow>& window);
+  virtual void didMoveToWindow() {}
+
+  // ---- Look
+  virtual std::optional<UIColor> backgroundColor() const;
+  virtual void setBackgroundColor(std::optional<UIColor> color);
+  virtual double alpha() const;
+  virtual void setAlpha(double alpha);
+  virtual bool isHidden() const;
+  virtual void setHidden(bool hidden);
+  bool clipsToBounds() const;
+  void setClipsToBounds(bool clips);
+  /// Its own or the nearest superview's, at last the system blue.
+  UIColor tintColor() const;
+  void setTintColor(std::optional<UIColor> color);
+  virtual void tintColorDidChange();
+  UIViewContentMode contentMode() const;
+  virtual void setContentMode(UIViewContentMode mode);
+  const Ref<CALayer>& layer() const;
+  /// Draws into the bounds; called when the view was marked by setNeedsDisplay. The plain view draws nothing.
+  virtual void draw(CGRect rect, CGContext& context);
+  /// True for a subclass that draws; its contents are then painted by draw().
+  virtual bool drawsItself() const { return false; }
+  void setNeedsDisplay();
+
+  // ---- Layout (constraints: see platform/uikit/constraints)
+  void setNeedsLayout();
+  void layoutIfNeeded();
+  /// Places the subviews; the base does what autoresizing and constraints say.
+  virtual void layoutSubviews();
+  /// The size of the content by itself (of text on one line), UIViewNoIntrinsicMetric where there is none.
+  virtual CGSize intrinsicContentSize() const;
+  /// The height of content that wraps, at a width; none when the intrinsic height holds for every width. A view that
+  /// tells one is laid out by constraints in two steps: first its width, then this height.
+  virtual std::optional<double> intrinsicHeightForWidth(double width) const;
+  void invalidateIntrinsicContentSize();
+  /// True for a view that scrolls: constraints from inside to its edges mean those of its content, whose size they
+  /// then decide.
+  virtual bool sizesContentByConstraints() const { return false; }
+  virtual void setContentSizeFromConstraints(CGSize) {}
+  bool translatesAutoresizingMaskIntoConstraints() const;
+  void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+  UILayoutPriority contentHuggingPriority(UILayoutAxis axis) const;
+  void setContentHuggingPriority(UILayoutPriority priority, UILayoutAxis axis);
+  UILayoutPriority contentCompressionResistancePriority(UILayoutAxis axis) const;
+  void setContentCompressionResistancePriority(UILayoutPriority priority, UILayoutAxis axis);
+  virtual void updateConstraints();
+  void setNeedsUpdateConstraints();
+  CGSize systemLayoutSizeFitting(CGSize targetSize, UILayoutPriority horizontal = UILayoutPriorityFittingSizeLevel,
+                                 UILayoutPriority vertical = UILayoutPriorityFittingSizeLevel);
+  std::vector<Ref<NSLayoutConstraint>> constraints() const;
+  void addConstraint(const Ref<NSLayoutConstraint>& constraint);
+  void removeConstraint(const Ref<NSLayoutConstraint>& constraint);
+  NSLayoutXAxisAnchor leftAnchor();
+  NSLayoutXAxisAnchor rightAnchor();
+  NSLayoutXAxisAnchor leadingAnchor();
+  NSLayoutXAxisAnchor trailingAnchor();
+  NSLayoutXAxisAnchor centerXAnchor();
+  NSLayoutYAxisAnchor topAnchor();
+  NSLayoutYAxisAnchor bottomAnchor();
+  NSLayoutYAxisAnchor centerYAnchor();
+  NSLayoutYAxisAnchor firstBaselineAnchor();
+  NSLayoutYAxisAnchor lastBaselineAnchor();
+  NSLayoutDimension widthAnchor();
+  NSLayoutDimension heightAnchor();
+  Ref<UILayoutGuide> safeAreaLayoutGuide();
+  Ref<UILayoutGuide> layoutMarginsGuide();
+  void addLayoutGuide(const Ref<UILayoutGuide>& guide);
+  void removeLayoutGuide(const Ref<UILayoutGuide>& guide);
+  /// Distances of the first and last baseline from the top, for baseline anchors; the height for a view without text.
+  virtual double firstBaselineOffset() const;
+  virtual double lastBaselineOffset() const;
+
+  // ---- Touches
+  virtual bool isUserInteractionEnabled() const;
+  virtual void setUserInteractionEnabled(bool enabled);
+  bool isMultipleTouchEnabled() const;
+  void setMultipleTouchEnabled(bool enabled);
+  /// The front-most descendant that takes a touch there, or none. Hidden, disabled and nearly clear views take none.
+  virtual Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event);
+  virtual bool pointInside(CGPoint point, const Ref<UIEvent>& event) const;
+  void addGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
+  void removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
+  const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const;
+  /// Asked of the recogniser's view and of every view between it and the one that was touched. A control answers no to
+  /// a tap of one of its superviews.
+  virtual bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer);
+  /// Ends editing in this view or below; true when no first responder is left in it.
+  bool endEditing(bool force);
+
+  // ---- Names for people who cannot see it, and for the assistant
+  virtual std::optional<std::string> accessibilityIdentifier() const;
+  virtual void setAccessibilityIdentifier(std::optional<std::string> identifier);
+  std::optional<std::string> accessibilityLabel() const;
+  void setAccessibilityLabel(std::optional<std::string> label);
+
+  // ---- Responder
+  Ref<UIResponder> nextResponder() override;
+  /// The controller whose root view this is, or none.
+  Ref<UIViewController> viewController() const;
+
+  // ---- Animation of frame, bounds, center, transform, alpha, colours and what else layers animate. What is set inside
+  // the block is so at once and shows on its way. The completion comes through the main queue, also when nothing moved,
+  // and is told whether everything ran to its end. A block inside a block takes the outer one's time and pace.
+  using Completion = std::function<void(bool finished)>;
+  static void animateWithDuration(double seconds, std::function<void()> animations, Completion completion = nullptr);
+  static void animateWithDuration(double seconds, double delay, UIViewAnimationCurve curve,
+                                  std::function<void()> animations, Completion completion = nullptr);
+  /// A spring: damping ratio 0..1 and the initial velocity in multiples of the distance a second.
+  static void animateWithSpring(double seconds, double delay, double damping, double velocity,
+                                std::function<void()> animations, Completion completion = nullptr);
+  static void performWithoutAnimation(const std::function<void()>& actions);
+  static bool areAnimationsEnabled();
+  static void setAnimationsEnabled(bool enabled);
+
+ private:
+  friend class UIViewController;
+  friend class UIWindow;
+  friend class ViewLayout;
+  void moveInto(UIView& superview, std::size_t index);
+  void detach();
+  void enterWindow(UIWindow* window);
+  void announceWindow(const Ref<UIWindow>& window);
+  void leaveWindow();
+  void inheritTintColor();
+  void spreadTintColor();
+  void forgetTintColor();
+  void changeGeometry(CGRect bounds, CGPoint center);
+  CGAffineTransform transformToRoot() const;
+  bool takeSafeArea();
+
+  // What a walk through a screen asks of every view, together at the object's beginning: a screen may have thousands.
+  std::unique_ptr<std::string> accessibilityIdentifier_;  // none for most views
+  // The parent owns its children, and clears their way up when it lets a child go or dies itself.
+  std::vector<Ref<UIView>> subviews_;
+  UIView* superview_ = nullptr;
+  Ref<CALayer> layer_;  // geometry and look: bounds, position, transform, opacity, hidden, background, clipping
+
+  struct Storage;
+  std::unique_ptr<Storage>
+      storage_;  // all else; platform/uikit/views/UIViewStorage.h, shared by the sources of this class
+};
+
+}  // namespace platform
