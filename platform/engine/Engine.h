@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,14 @@ class Canvas;
 class TextLayout;
 struct FontFace;
 struct TextStyle;
+
+/// What decoding a picture may take. Sizes are looked at before pixels are.
+struct ImageLimits {
+  /// Of one frame.
+  std::int64_t pixels = Bitmap::maximumPixels;
+  /// The instant of `Clock::nanoseconds` after which no more is read and nothing given.
+  std::int64_t until = INT64_MAX;
+};
 
 /// The frames of a picture file in order. One thread at a time.
 class ImageSequence {
@@ -48,9 +57,9 @@ class Engine {
   virtual void registerFont(std::string data, std::string postScriptName) = 0;
 
   // ---- Pictures. Any thread.
-  /// PNG, JPEG or GIF; none for other or damaged data or more than Bitmap::maximumPixels.
-  virtual CGImageRef decodeImage(std::string_view data) = 0;
-  virtual std::unique_ptr<ImageSequence> openImageSequence(std::string_view data) = 0;
+  /// PNG, JPEG or GIF; none for other or damaged data and beyond the limits.
+  virtual CGImageRef decodeImage(std::string_view data, const ImageLimits& limits) = 0;
+  virtual std::unique_ptr<ImageSequence> openImageSequence(std::string_view data, const ImageLimits& limits) = 0;
   virtual std::string encodePNG(const Bitmap& bitmap) = 0;
 
   // ---- The desktop

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/foundation/JSONValue.h"
 #include "platform/geometry/Bitmap.h"
+#include "platform/graphics/PictureBudget.h"
 
 namespace platform {
 
@@ -18,20 +18,20 @@ class ImageSequence;
 /// a time.
 class CGImageSource {
  public:
-  CGImageSource(std::unique_ptr<ImageSequence> sequence, std::vector<double> delays);
+  CGImageSource(std::unique_ptr<ImageSequence> sequence, PictureFacts facts, std::size_t admittedFrames);
   ~CGImageSource();
 
   /// Frames of a GIF, 1 for another picture.
-  std::size_t count() const { return delays_.size(); }
-  /// None for a damaged frame, and for those that would bring the whole beyond Bitmap::maximumPixels.
+  std::size_t count() const { return facts_.frames(); }
+  /// None for a damaged frame, and for those beyond the budget.
   CGImageRef imageAt(std::size_t index);
   /// Seconds the frame of a GIF shows; none for another picture.
   std::optional<double> delayAt(std::size_t index) const;
 
  private:
   std::unique_ptr<ImageSequence> sequence_;
-  /// Negative for a picture that is not a GIF.
-  std::vector<double> delays_;
+  PictureFacts facts_;
+  std::size_t admittedFrames_;
   std::size_t next_ = 0;  // the frame that the sequence gives next
 };
 
@@ -41,8 +41,9 @@ using CGImageSourceRef = std::shared_ptr<CGImageSource>;
 inline constexpr std::string_view kCGImagePropertyGIFDictionary = "{GIF}";
 inline constexpr std::string_view kCGImagePropertyGIFDelayTime = "DelayTime";
 
-/// None for data that is no picture.
-CGImageSourceRef CGImageSourceCreateWithData(std::string_view data);
+/// None for data that is no picture, and for one of which the budget admits no frame. Data that came from an address is
+/// read with `PictureBudget::forAddresses()`.
+CGImageSourceRef CGImageSourceCreateWithData(std::string_view data, const PictureBudget& budget = {});
 std::size_t CGImageSourceGetCount(const CGImageSourceRef& source);
 CGImageRef CGImageSourceCreateImageAtIndex(const CGImageSourceRef& source, std::size_t index);
 /// An object; none for an index without a frame.

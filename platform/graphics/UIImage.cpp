@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "platform/engine/Engine.h"
+#include "platform/graphics/PictureBudget.h"
 
 namespace platform {
 
@@ -16,7 +17,14 @@ double heldScale(double scale) { return std::isfinite(scale) && scale > 0 ? scal
 }  // namespace
 
 Ref<UIImage> UIImage::imageWithData(std::string_view data, double scale) {
-  CGImageRef bitmap = Engine::shared().decodeImage(data);
+  CGImageRef bitmap = Engine::shared().decodeImage(data, {});
+  return bitmap ? make<UIImage>(std::move(bitmap), heldScale(scale)) : nullptr;
+}
+
+Ref<UIImage> UIImage::imageWithData(std::string_view data, const PictureBudget& budget, double scale) {
+  const std::optional<PictureFacts> facts = PictureFacts::of(data);
+  if (!facts || budget.admittedFrames(*facts) == 0) return nullptr;
+  CGImageRef bitmap = Engine::shared().decodeImage(data, budget.limits());
   return bitmap ? make<UIImage>(std::move(bitmap), heldScale(scale)) : nullptr;
 }
 

@@ -12,6 +12,8 @@
 
 namespace platform {
 
+struct PictureBudget;
+
 /// How a control that has a tint colour shows a picture.
 enum class UIImageRenderingMode : std::uint8_t { automatic, alwaysOriginal, alwaysTemplate };
 
@@ -23,6 +25,8 @@ class UIImage : public Object<UIImage, NSObject> {
   /// From the bytes of a PNG, JPEG or GIF (its first frame). None for anything else, for damaged data and for more than
   /// Bitmap::maximumPixels. Any thread.
   static Ref<UIImage> imageWithData(std::string_view data, double scale = 1);
+  /// The same of data that came from an address: none, and little work done, for what asks for more than the budget.
+  static Ref<UIImage> imageWithData(std::string_view data, const PictureBudget& budget, double scale = 1);
   static Ref<UIImage> imageWithContentsOfFile(const std::string& path, double scale = 1);
   static Ref<UIImage> imageWithBitmap(Bitmap bitmap, double scale = 1);
   /// A moving picture; `duration` in seconds is that of one round (a tenth of a second a frame when not positive). None

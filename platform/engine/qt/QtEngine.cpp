@@ -37,9 +37,13 @@ void QtEngine::registerFont(std::string data, std::string postScriptName) {
   fonts_.add(std::move(data), std::move(postScriptName));
 }
 
-CGImageRef QtEngine::decodeImage(std::string_view data) { return QtImages::decode(data); }
+CGImageRef QtEngine::decodeImage(std::string_view data, const ImageLimits& limits) {
+  return QtImages::decode(data, limits);
+}
 
-std::unique_ptr<ImageSequence> QtEngine::openImageSequence(std::string_view data) { return QtImages::open(data); }
+std::unique_ptr<ImageSequence> QtEngine::openImageSequence(std::string_view data, const ImageLimits& limits) {
+  return QtImages::open(data, limits);
+}
 
 std::string QtEngine::encodePNG(const Bitmap& bitmap) { return QtImages::encodePNG(bitmap); }
 

@@ -21,8 +21,8 @@ class QtEngine final : public Engine {
   const FontFace& monospacedFace(int weight) override { return fonts_.monospaced(weight); }
   const FontFace* faceNamed(const std::string& name) override { return fonts_.named(name); }
   void registerFont(std::string data, std::string postScriptName) override;
-  CGImageRef decodeImage(std::string_view data) override;
-  std::unique_ptr<ImageSequence> openImageSequence(std::string_view data) override;
+  CGImageRef decodeImage(std::string_view data, const ImageLimits& limits) override;
+  std::unique_ptr<ImageSequence> openImageSequence(std::string_view data, const ImageLimits& limits) override;
   std::string encodePNG(const Bitmap& bitmap) override;
   void goWithoutDisplay() override;
   bool isDisplayAvailable() override;

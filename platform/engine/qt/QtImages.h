@@ -12,8 +12,8 @@ namespace platform {
 /// for much memory.
 class QtImages {
  public:
-  static CGImageRef decode(std::string_view data);
-  static std::unique_ptr<ImageSequence> open(std::string_view data);
+  static CGImageRef decode(std::string_view data, const ImageLimits& limits);
+  static std::unique_ptr<ImageSequence> open(std::string_view data, const ImageLimits& limits);
   static std::string encodePNG(const Bitmap& bitmap);
 };
 

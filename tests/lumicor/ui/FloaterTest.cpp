@@ -1,8 +1,6 @@
-#include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/graphics/UIGraphicsImageRenderer.h"
 #include "platform/uikit/views/UIImageView.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
@@ -130,26 +128,6 @@ TEST_F(Floater, LeavesTheHostsNavigationDelegateInTheKnow) {
   navigation_->popViewControllerAnimated(false);
   pass(1);
   EXPECT_EQ(watcher->shown, 2);
-}
-
-TEST(ImageCache, AsksForAnAddressOnce) {
-  const VirtualTime time;
-  test::StubService service;
-  UIGraphicsImageRenderer renderer({4, 4}, 1);
-  const std::string png = renderer.imageWithActions([](CGContext&) {})->pngRepresentation();
-  service.answer("/logo.png", URLProtocol::Reply::data(200, png));
-  service.answer("/broken.png", URLProtocol::Reply::data(200, "no picture"));
-  int received = 0;
-  const auto count = [&](const Ref<UIImage>& image) { received += image ? 1 : 0; };
-  LumicorImageCache::shared().fetch("https://assets.test/logo.png", count);
-  RunLoop::settle();
-  LumicorImageCache::shared().fetch("https://assets.test/logo.png", count);
-  EXPECT_EQ(received, 2) << "the second time before fetch returns";
-  LumicorImageCache::shared().fetch("https://assets.test/broken.png", count);
-  LumicorImageCache::shared().fetch("no address", count);
-  RunLoop::settle();
-  EXPECT_EQ(received, 2);
-  EXPECT_EQ(service.requests().size(), 2u);
 }
 
 }  // namespace
