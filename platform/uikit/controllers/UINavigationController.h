@@ -68,10 +68,12 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void setToolbarHidden(bool hidden, bool animated = false);
 
   void loadView() override;
+  void viewDidAppear(bool animated) override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
   void forwardAppearanceEnd(bool appeared, bool animated) override;
+  bool appearsBeforeItsChildren() const override { return true; }
 
  private:
   friend class NavigationTransition;

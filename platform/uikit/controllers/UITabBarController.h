@@ -35,10 +35,12 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   virtual void setDelegate(const Ref<NSObject>& delegate) { delegate_ = delegate; }
 
   void loadView() override;
+  void viewDidAppear(bool animated) override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
   void forwardAppearanceEnd(bool appeared, bool animated) override;
+  bool appearsBeforeItsChildren() const override { return true; }
 
  private:
   friend class UITabBar;

@@ -56,8 +56,9 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   // ---- Containment
   ///
   /// Order of the callbacks: willAppear and willDisappear reach a parent before its children, didAppear and
-  /// didDisappear reach the children first. A child whose view is put into a view on a screen (or taken out) by plain
-  /// addSubview and removeFromSuperview is told so as well.
+  /// didDisappear reach the children first; only navigation and tab bar controllers have appeared before the screen
+  /// that they show, which the base of their viewDidAppear tells. A child whose view is put into a view on a screen
+  /// (or taken out) by plain addSubview and removeFromSuperview is told so as well.
   virtual const std::vector<Ref<UIViewController>>& childViewControllers() const { return children_; }
   Ref<UIViewController> parentViewController() const { return parent_.lock(); }
   /// Calls willMoveToParent on the child; the caller adds the view and then calls didMoveToParent.
@@ -113,6 +114,8 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
   /// An unknown identifier is a fatal programming error.
   virtual void performSegue(const std::string& identifier, const Ref<NSObject>& sender);
+  /// The same for an identifier that comes from elsewhere: one that this screen does not know is passed over.
+  void performSegueIfKnown(const std::string& identifier, const Ref<NSObject>& sender);
   /// Exchangeable ("prepareForSegue:sender:").
   virtual void prepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) {
     Exchangeable<&UIViewController::prepareForSegue, &UIViewController::platformPrepareForSegue>::call(*this, segue,
@@ -136,6 +139,10 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   /// views are in this controller's view; containers of the platform choose their own.
   virtual void forwardAppearanceBegin(bool appearing, bool animated);
   virtual void forwardAppearanceEnd(bool appeared, bool animated);
+  /// Whether the children that take part have appeared only after this controller has.
+  virtual bool appearsBeforeItsChildren() const { return false; }
+  /// Hands the end of an appearance on to the children, once; nothing when none is due.
+  void handAppearanceOn(bool animated);
 
  private:
   friend class UINavigationController;
@@ -167,7 +174,9 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
   Appearance appearance_ = Appearance::disappeared;
   bool appearanceAnimated_ = false;
-  bool appearanceByWindow_ = false;  // begun by the view's own move, so its end comes from there too
+  bool appearanceByWindow_ = false;        // begun by the view's own move, so its end comes from there too
+  bool childrenAwaitAppearance_ = false;   // their end of this controller's appearance is still to come
+  bool unknownSegueIsPassedOver_ = false;  // while performSegueIfKnown asks
   bool loadingView_ = false;
   bool hidesBottomBarWhenPushed_ = false;
   bool movingToParent_ = false;

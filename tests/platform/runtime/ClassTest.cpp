@@ -57,12 +57,15 @@ class Base : public Object<Base, NSObject> {
 class Middle : public Object<Middle, Base> {};
 class Leaf : public Object<Leaf, Middle> {};
 
+std::string whoAtTheBase(Base&) { return "base"; }
 std::string whoInTheMiddle(Middle&) { return "middle"; }
 std::string whoAtTheLeaf(Leaf&) { return "leaf"; }
 
 TEST(Class, FindsMethodsAddedToASubclassAfterMessagesWereSent) {
   const Ref<Leaf> leaf = make<Leaf>();
-  const SEL who = sel("who");
+  static int round = 0;  // methods stay added: every round asks for another one
+  const SEL who = sel("who in round " + std::to_string(++round));
+  EXPECT_TRUE(class_addMethod<&whoAtTheBase>(Base::cls(), who));
   EXPECT_EQ(leaf->perform<std::string>(who), "base");
   EXPECT_EQ(class_getInstanceMethod(Leaf::cls(), who), class_getInstanceMethod(Base::cls(), who));
   EXPECT_TRUE(class_addMethod<&whoInTheMiddle>(Middle::cls(), who));
