@@ -155,6 +155,12 @@ TEST_F(URLSessionDamageTest, TakesWholeRepliesInEveryForm) {
   EXPECT_EQ(outcomeOf(ok + "\r\nuntil the end").data, "until the end");
   EXPECT_EQ(outcomeOf("HTTP/1.1 100 Continue\r\nX-Interim: yes\r\n\r\n" + reply("tea")).data, "tea");
   EXPECT_EQ(outcomeOf(ok + "Content-Length: 3\r\nContent-Length: 3\r\n\r\ntea").data, "tea");
+  const LoopbackServer server([](const std::string&, const Connection& connection) {
+    connection.write(ok + "Content-Length: 99999999999\r\n\r\n");
+  });
+  URLRequest head(*URL::parse(server.address()));
+  head.setHTTPMethod("HEAD");
+  EXPECT_EQ(load(head).data, "");
   const Outcome folded = outcomeOf(ok + "X-Tea: green,\r\n  black\r\nContent-Length: 3\r\n\r\ntea");
   ASSERT_TRUE(folded.response);
   EXPECT_EQ(*folded.response->value("X-Tea"), "green, black");

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/engine/curl/CurlTransport.h"
@@ -120,6 +121,30 @@ TEST_F(CurlTransportTest, SendsNothingToAServerWithAWrongCertificate) {
     EXPECT_EQ(server.requests(), 0);
     EXPECT_EQ(server.connections(), 1);
   }
+}
+
+TEST(CurlTransport, RefusesFilesThatCannotCarryABody) {
+  const LoopbackServer server([](const std::string&, const LoopbackServer::Connection& c) { c.write(tea); });
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / ("files " + std::to_string(::getpid()));
+  std::filesystem::create_directory(folder);
+  const std::string pipe = folder / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  CurlTransport transport;
+  const auto errorOf = [&](const std::string& bodyFile, const std::string& replyFile) {
+    HttpTransport::Request request = get(server.address());
+    request.bodyFile = bodyFile;
+    request.replyFile = replyFile;
+    std::promise<HttpTransport::Reply> promise;
+    transport.send(request, [&](HttpTransport::Reply reply) { promise.set_value(std::move(reply)); });
+    return promise.get_future().get().error;
+  };
+  EXPECT_EQ(errorOf(folder / "nothing", ""), URLError(URLError::fileDoesNotExist));
+  EXPECT_EQ(errorOf(pipe, ""), URLError(URLError::cannotOpenFile));
+  EXPECT_EQ(errorOf(folder, ""), URLError(URLError::cannotOpenFile));
+  EXPECT_EQ(errorOf("", folder), URLError(URLError::cannotWriteToFile));
+  EXPECT_EQ(server.connections(), 0) << "nothing was sent";
+  EXPECT_EQ(errorOf("", "/dev/full"), URLError(URLError::cannotWriteToFile)) << "a reply that the disk cannot take";
+  std::filesystem::remove_all(folder);
 }
 
 TEST(CurlTransport, EndsWhatIsUnderWayWhenItIsStopped) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -50,6 +51,8 @@ void TlsServer::serve() {
 }
 
 void TlsServer::answer(int socket) {
+  const int on = 1;
+  ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   const std::unique_ptr<SSL, decltype(&SSL_free)> ssl(SSL_new(context_.get()), &SSL_free);
   SSL_set_fd(ssl.get(), socket);
   if (SSL_accept(ssl.get()) != 1) return;
