@@ -16,7 +16,9 @@ namespace platform {
 
 UIViewController::UIViewController() = default;
 
-UIViewController::~UIViewController() = default;
+UIViewController::~UIViewController() {
+  if (view_) UIView::hierarchyChanged();
+}
 
 void UIViewController::exportMethods(MethodTable<UIViewController>& table) {
   Class& cls = table.owner();
@@ -52,6 +54,7 @@ const Ref<UIView>& UIViewController::view() {
 void UIViewController::setView(const Ref<UIView>& view) {
   if (view_ == view) return;
   const Ref<UIViewController> keeper = self();
+  UIView::hierarchyChanged();
   if (view_ && view_->viewController() == keeper) view_->storage_->viewController.reset();
   view_ = view;
   if (!view_) return;
