@@ -80,10 +80,11 @@ TEST_F(LayerDisplayTest, LetsNothingOldShowThroughARootThatDoesNotCoverIt) {
     mask->setPath(CGPath::oval({0, 0, 100, 100}));
     root_->setMask(mask);
   });
-  check("hiding", [&] {
-    root_->setMask(nullptr);
-    root_->setHidden(true);
-  });
+  root_->setMask(nullptr);
+  display_.update();
+  root_->setHidden(true);
+  display_.update();
+  EXPECT_EQ(display_.bitmap().pixel(50, 50), 0u) << "hidden";
 }
 
 TEST_F(LayerDisplayTest, DrawsWhereTheChangedLayerWasAndIs) {
