@@ -7,50 +7,105 @@ namespace platform {
 
 namespace {
 
-constexpr double required = 1000;
+/// By how much a constraint may be missed before the tableau counts as spoilt.
+constexpr double tolerance = 1e-6;
+/// What rounding leaves of a sum of large numbers, as a part of them.
+constexpr double dust = 1e-12;
+/// So many pivots cannot spoil a tableau; a contradiction found after more is looked for again in a new one.
+constexpr std::uint64_t trustedPivots = 64;
+
+/// Equations first: they replace unknowns for good. Then what must hold, then wishes.
+int turnOf(const LinearConstraint& constraint) {
+  return constraint.priority < 1000 ? 2 : constraint.relation == NSLayoutRelation::equal ? 0 : 1;
+}
 
 }  // namespace
 
-LayoutVariable LayoutSolver::addVariable() { return {tableau_.makeSymbol(SimplexKind::external)}; }
+LayoutVariable LayoutSolver::addVariable() {
+  const SimplexSymbol symbol = tableau_.makeSymbol(SimplexKind::external);
+  if (freeVariables_.empty()) {
+    unknowns_.push_back(symbol);
+    return {static_cast<std::uint32_t>(unknowns_.size() - 1)};
+  }
+  const std::uint32_t index = freeVariables_.back();
+  freeVariables_.pop_back();
+  unknowns_[index] = symbol;
+  return {index};
+}
 
-void LayoutSolver::removeVariable(LayoutVariable variable) { tableau_.eraseSymbol(variable.symbol); }
+void LayoutSolver::removeVariable(LayoutVariable variable) {
+  tableau_.eraseSymbol(unknowns_[variable.index]);
+  unknowns_[variable.index] = SimplexTableau::noSymbol;
+  freeVariables_.push_back(variable.index);
+}
+
+// ---- Constraints
 
 LayoutSolver::AddResult LayoutSolver::addConstraint(const LinearConstraint& constraint) {
-  Record record;
-  record.constant = constraint.expression.constant;
-  record.priority = constraint.priority;
-  record.markerSign = constraint.relation == NSLayoutRelation::greaterThanOrEqual ? -1 : 1;
-  const bool isRequired = constraint.priority >= required;
-  const bool isEquation = constraint.relation == NSLayoutRelation::equal;
+  const LayoutConstraintId id = newId();
+  Kept kept;
+  kept.constraint = constraint;
+  kept.isFree = false;
+  bool isIn = install(kept, id);
+  if (!isIn && isWorn()) {
+    rebuild();
+    isIn = install(kept, id);
+  }
+  if (isIn) {
+    kept_[id] = kept;
+    return {id, {}};
+  }
+  AddResult refused{noLayoutConstraint, conflictInWork()};
+  freeIds_.push_back(id);
+  return refused;
+}
 
-  tableau_.beginWork(record.constant);
+LayoutConstraintId LayoutSolver::newId() {
+  if (freeIds_.empty()) {
+    kept_.emplace_back();
+    return static_cast<LayoutConstraintId>(kept_.size() - 1);
+  }
+  const LayoutConstraintId id = freeIds_.back();
+  freeIds_.pop_back();
+  return id;
+}
+
+bool LayoutSolver::install(Kept& kept, LayoutConstraintId id) {
+  const LinearConstraint& constraint = kept.constraint;
+  const bool isEquation = constraint.relation == NSLayoutRelation::equal;
+  tableau_.beginWork(constraint.expression.constant);
   for (const LinearTerm& term : constraint.expression.terms) {
-    if (term.coefficient != 0) tableau_.addToWork(term.variable.symbol, term.coefficient);
+    if (term.coefficient != 0) tableau_.addToWork(unknowns_[term.variable.index], term.coefficient);
   }
   // 0 = expression + marker, less or more what it may be violated by
   if (isEquation) {
-    record.marker = tableau_.makeSymbol(isRequired ? SimplexKind::dummy : SimplexKind::error);
+    kept.marker = tableau_.makeSymbol(kept.isRequired() ? SimplexKind::dummy : SimplexKind::error);
   } else {
-    record.marker = tableau_.makeSymbol(SimplexKind::slack);
+    kept.marker = tableau_.makeSymbol(SimplexKind::slack);
   }
-  tableau_.addToWork(record.marker, record.markerSign);
-  if (!isRequired) {
-    record.error = tableau_.makeSymbol(SimplexKind::error);
-    tableau_.addToWork(record.error, -record.markerSign);
-    tableau_.addToObjective(record.priority, record.error, 1);
-    if (isEquation) tableau_.addToObjective(record.priority, record.marker, 1);
+  kept.error = SimplexTableau::noSymbol;
+  tableau_.addToWork(kept.marker, kept.markerSign());
+  if (!kept.isRequired()) {
+    kept.error = tableau_.makeSymbol(SimplexKind::error);
+    tableau_.addToWork(kept.error, -kept.markerSign());
+    tableau_.addToObjective(constraint.priority, kept.error, 1);
+    if (isEquation) tableau_.addToObjective(constraint.priority, kept.marker, 1);
   }
   tableau_.markChanged();  // also by an attempt that fails: it may have moved on
-  if (!install(record)) {
-    AddResult refused{noLayoutConstraint, conflictInWork()};
-    tableau_.eraseSymbol(record.marker);
-    return refused;
+  const bool isIn = installWork(kept);
+  const std::size_t index = kept.marker >> 2;
+  if (markerOwners_.size() <= index) markerOwners_.resize(index + 1, noLayoutConstraint);
+  if (isIn) {
+    markerOwners_[index] = id;
+  } else {
+    tableau_.eraseSymbol(kept.marker);
+    kept.marker = SimplexTableau::noSymbol;
   }
-  return {keep(record), {}};
+  return isIn;
 }
 
-bool LayoutSolver::install(const Record& record) {
-  const SimplexSymbol subject = chooseSubject(record);
+bool LayoutSolver::installWork(const Kept& kept) {
+  const SimplexSymbol subject = chooseSubject(kept);
   if (subject != SimplexTableau::noSymbol) {
     tableau_.installWork(subject);
     return true;
@@ -62,36 +117,43 @@ bool LayoutSolver::install(const Record& record) {
   if (onlyDummies) {  // says nothing new, or the opposite of what stands
     if (std::abs(tableau_.work().constant) > SimplexTableau::tinyLength) return false;
     tableau_.work().constant = 0;
-    tableau_.installWork(record.marker);
+    tableau_.installWork(kept.marker);
     return true;
   }
-  return tableau_.installWorkWithArtificial(record.marker);
+  return tableau_.installWorkWithArtificial(kept.marker);
 }
 
-SimplexSymbol LayoutSolver::chooseSubject(const Record& record) {
+SimplexSymbol LayoutSolver::chooseSubject(const Kept& kept) const {
   const SimplexTableau::Row& work = tableau_.work();
-  SimplexSymbol best = SimplexTableau::noSymbol;
-  std::size_t fewest = 0;
+  double largest = 0;
   double markerCoefficient = 0;
   double errorCoefficient = 0;
   for (const SimplexTableau::Cell& cell : work.cells) {
-    if (SimplexTableau::kindOf(cell.symbol) == SimplexKind::external) {
+    if (!SimplexTableau::isRestricted(cell.symbol)) {
+      largest = std::max(largest, std::abs(cell.coefficient));
+    } else if (cell.symbol == kept.marker) {
+      markerCoefficient = cell.coefficient;
+    } else if (cell.symbol == kept.error) {
+      errorCoefficient = cell.coefficient;
+    }
+  }
+  if (largest > 0) {
+    SimplexSymbol best = SimplexTableau::noSymbol;
+    std::size_t fewest = 0;
+    for (const SimplexTableau::Cell& cell : work.cells) {
+      if (SimplexTableau::isRestricted(cell.symbol) || std::abs(cell.coefficient) < 0.05 * largest) continue;
       const std::size_t occurrences = tableau_.column(cell.symbol).size();
       if (best == SimplexTableau::noSymbol || occurrences < fewest) {
         best = cell.symbol;
         fewest = occurrences;
       }
-    } else if (cell.symbol == record.marker) {
-      markerCoefficient = cell.coefficient;
-    } else if (cell.symbol == record.error) {
-      errorCoefficient = cell.coefficient;
     }
+    return best;
   }
-  if (best != SimplexTableau::noSymbol) return best;
   // Its own slack or error, when that comes out at 0 or above.
   const double constant = work.constant;
-  if (SimplexTableau::isPivotable(record.marker) && -constant / markerCoefficient >= 0) return record.marker;
-  if (errorCoefficient != 0 && -constant / errorCoefficient >= 0) return record.error;
+  if (SimplexTableau::isPivotable(kept.marker) && -constant / markerCoefficient >= 0) return kept.marker;
+  if (errorCoefficient != 0 && -constant / errorCoefficient >= 0) return kept.error;
   return SimplexTableau::noSymbol;
 }
 
@@ -101,109 +163,136 @@ std::vector<LayoutConstraintId> LayoutSolver::conflictInWork() const {
     if (std::abs(cell.coefficient) < 1e-7) continue;
     const std::size_t index = cell.symbol >> 2;
     if (index >= markerOwners_.size() || markerOwners_[index] == noLayoutConstraint) continue;
-    const Record& record = constraints_[markerOwners_[index]];
-    if (record.marker == cell.symbol && record.priority >= required) ids.push_back(markerOwners_[index]);
+    const Kept& kept = kept_[markerOwners_[index]];
+    if (kept.marker == cell.symbol && kept.isRequired()) ids.push_back(markerOwners_[index]);
   }
   return ids;
 }
 
-LayoutConstraintId LayoutSolver::keep(const Record& record) {
-  LayoutConstraintId id;
-  if (freeIds_.empty()) {
-    id = static_cast<LayoutConstraintId>(constraints_.size());
-    constraints_.push_back(record);
-  } else {
-    id = freeIds_.back();
-    freeIds_.pop_back();
-    constraints_[id] = record;
-  }
-  const std::size_t index = record.marker >> 2;
-  if (markerOwners_.size() <= index) markerOwners_.resize(index + 1, noLayoutConstraint);
-  markerOwners_[index] = id;
-  return id;
-}
-
 void LayoutSolver::removeConstraint(LayoutConstraintId id) {
-  const Record record = constraints_[id];
-  if (record.error != SimplexTableau::noSymbol) {
-    tableau_.addToObjective(record.priority, record.error, -1);
-    if (SimplexTableau::kindOf(record.marker) == SimplexKind::error) {
-      tableau_.addToObjective(record.priority, record.marker, -1);
-    }
-  }
-  if (tableau_.basicRow(record.marker) == SimplexTableau::noRow) tableau_.bringIntoBasis(record.marker);
-  tableau_.eraseSymbol(record.marker);  // and its row
-  if (record.error != SimplexTableau::noSymbol) tableau_.eraseSymbol(record.error);
-  tableau_.markChanged();
-  markerOwners_[record.marker >> 2] = noLayoutConstraint;
-  constraints_[id] = Record{};
+  uninstall(kept_[id]);
+  kept_[id] = Kept{};
   freeIds_.push_back(id);
 }
 
-void LayoutSolver::shift(Record& record, double difference) {
-  // The marker takes the difference up: marker before = marker after + difference / sign.
-  const double step = difference / record.markerSign;
-  if (const auto index = tableau_.basicRow(record.marker); index != SimplexTableau::noRow) {
-    tableau_.row(index).constant -= step;
-  } else {
-    for (const auto row : tableau_.column(record.marker)) {
-      tableau_.row(row).constant += tableau_.coefficientIn(row, record.marker) * step;
+void LayoutSolver::uninstall(Kept& kept) {
+  if (kept.marker == SimplexTableau::noSymbol) return;
+  if (kept.error != SimplexTableau::noSymbol) {
+    tableau_.addToObjective(kept.constraint.priority, kept.error, -1);
+    if (SimplexTableau::kindOf(kept.marker) == SimplexKind::error) {
+      tableau_.addToObjective(kept.constraint.priority, kept.marker, -1);
     }
   }
-  record.constant += difference;
+  if (tableau_.basicRow(kept.marker) == SimplexTableau::noRow) tableau_.bringIntoBasis(kept.marker);
+  tableau_.eraseSymbol(kept.marker);  // and its row
+  if (kept.error != SimplexTableau::noSymbol) tableau_.eraseSymbol(kept.error);
+  tableau_.markChanged();
+  markerOwners_[kept.marker >> 2] = noLayoutConstraint;
+  ++removals_;
+}
+
+// ---- Constants
+
+bool LayoutSolver::shift(Kept& kept, double constant) {
+  // The marker takes the difference up: marker before = marker after + difference / sign.
+  const double step = (constant - kept.constraint.expression.constant) / kept.markerSign();
+  if (const auto index = tableau_.basicRow(kept.marker); index != SimplexTableau::noRow) {
+    tableau_.row(index).constant -= step;
+  } else {
+    for (const auto row : tableau_.column(kept.marker)) {
+      tableau_.row(row).constant += tableau_.coefficientIn(row, kept.marker) * step;
+    }
+  }
+  kept.constraint.expression.constant = constant;
+  return tableau_.restoreFeasibility();
 }
 
 bool LayoutSolver::setConstant(LayoutConstraintId id, double constant) {
-  Record& record = constraints_[id];
-  const double before = record.constant;
+  Kept& kept = kept_[id];
+  const double before = kept.constraint.expression.constant;
   if (constant == before) return true;
+  if (kept.marker == SimplexTableau::noSymbol) {
+    kept.constraint.expression.constant = constant;
+    return rebuild();
+  }
   tableau_.optimise();
-  shift(record, constant - before);
-  record.constant = constant;
-  if (tableau_.restoreFeasibility()) return true;
-  shift(record, before - constant);
-  record.constant = before;
-  tableau_.restoreFeasibility();
+  if (shift(kept, constant)) return true;
+  if (isWorn()) {
+    if (rebuild()) return true;
+  } else if (shift(kept, before)) {
+    return false;
+  }
+  kept.constraint.expression.constant = before;
+  rebuild();
   return false;
 }
 
-void LayoutSolver::addEdit(LayoutVariable variable, double priority) {
-  removeEdit(variable);
-  const double now = value(variable);
-  const AddResult added = addConstraint(LinearConstraint{{{{variable, 1}}, -now}, NSLayoutRelation::equal, priority});
-  if (added) edits_[variable.symbol] = added.id;
+// ---- Solving
+
+void LayoutSolver::solve() {
+  const bool found = tableau_.optimise();
+  const std::uint64_t pivots = tableau_.pivotCount();
+  if (found && pivots == checkedAt_) return;
+  const std::size_t size = constraintCount();
+  const bool isOld = removals_ > 100 + size || pivots > pivotsWhenNew_ + 1000 + 10 * size;
+  if (!found || isOld || !isSound()) {
+    rebuild();
+    tableau_.optimise();
+  }
+  checkedAt_ = tableau_.pivotCount();
 }
 
-void LayoutSolver::removeEdit(LayoutVariable variable) {
-  const auto found = edits_.find(variable.symbol);
-  if (found == edits_.end()) return;
-  removeConstraint(found->second);
-  edits_.erase(found);
+bool LayoutSolver::isWorn() const { return removals_ > 0 || tableau_.pivotCount() > pivotsWhenNew_ + trustedPivots; }
+
+bool LayoutSolver::isSound() const {
+  const auto valueOfSymbol = [this](SimplexSymbol symbol) {
+    return symbol == SimplexTableau::noSymbol || SimplexTableau::kindOf(symbol) == SimplexKind::dummy
+               ? 0
+               : tableau_.valueOf(symbol);
+  };
+  for (const Kept& kept : kept_) {
+    if (kept.isFree) continue;
+    if (kept.marker == SimplexTableau::noSymbol) return false;
+    const double marker = valueOfSymbol(kept.marker);
+    const double error = valueOfSymbol(kept.error);
+    double sum = kept.constraint.expression.constant + kept.markerSign() * (marker - error);
+    double scale = std::abs(kept.constraint.expression.constant) + std::abs(marker) + std::abs(error);
+    for (const LinearTerm& term : kept.constraint.expression.terms) {
+      const double part = term.coefficient * value(term.variable);
+      sum += part;
+      scale += std::abs(part);
+    }
+    // Written so that what is not a number is not sound either.
+    const double allowed = tolerance + dust * scale;
+    if (!(std::abs(sum) <= allowed && marker >= -allowed && error >= -allowed)) return false;
+  }
+  return true;
 }
 
-bool LayoutSolver::suggest(LayoutVariable variable, double value) {
-  const auto found = edits_.find(variable.symbol);
-  return found != edits_.end() && setConstant(found->second, -value);
-}
-
-LayoutConstraintId LayoutSolver::addStay(LayoutVariable variable, double priority) {
-  const double now = value(variable);
-  const AddResult added = addConstraint(LinearConstraint{{{{variable, 1}}, -now}, NSLayoutRelation::equal, priority});
-  if (added) stays_.push_back({variable, added.id});
-  return added.id;
-}
-
-void LayoutSolver::removeStay(LayoutConstraintId id) {
-  std::erase_if(stays_, [id](const Stay& stay) { return stay.id == id; });
-  removeConstraint(id);
-}
-
-void LayoutSolver::updateStays() {
-  solve();
-  std::vector<double> now;
-  now.reserve(stays_.size());
-  for (const Stay& stay : stays_) now.push_back(value(stay.variable));
-  for (std::size_t i = 0; i < stays_.size(); ++i) (void)setConstant(stays_[i].id, -now[i]);
+bool LayoutSolver::rebuild() {
+  ++rebuilds_;
+  pivotsBefore_ += tableau_.pivotCount();
+  tableau_ = SimplexTableau();
+  std::fill(markerOwners_.begin(), markerOwners_.end(), noLayoutConstraint);
+  for (SimplexSymbol& symbol : unknowns_) {
+    if (symbol != SimplexTableau::noSymbol) symbol = tableau_.makeSymbol(SimplexKind::external);
+  }
+  std::vector<LayoutConstraintId> order;
+  for (LayoutConstraintId id = 0; id < kept_.size(); ++id) {
+    if (!kept_[id].isFree) order.push_back(id);
+  }
+  std::stable_sort(order.begin(), order.end(), [this](LayoutConstraintId a, LayoutConstraintId b) {
+    const LinearConstraint& first = kept_[a].constraint;
+    const LinearConstraint& second = kept_[b].constraint;
+    const int turn = turnOf(first);
+    const int other = turnOf(second);
+    return turn != other ? turn < other : turn == 2 && first.priority > second.priority;
+  });
+  bool areAllIn = true;
+  for (const LayoutConstraintId id : order) areAllIn = install(kept_[id], id) && areAllIn;
+  pivotsWhenNew_ = tableau_.pivotCount();
+  removals_ = 0;
+  return areAllIn;
 }
 
 double LayoutSolver::valueOf(const LinearExpression& expression) const {

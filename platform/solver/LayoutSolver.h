@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/solver/LinearExpression.h"
@@ -26,6 +25,10 @@ inline constexpr LayoutConstraintId noLayoutConstraint = 0xffffffff;
 /// Changes cost what they touch: adding, removing or moving a constraint pivots the standing solution. Values are
 /// brought up to date by solve().
 ///
+/// Rounding adds up over many pivots. So the constraints are kept as they were given; after pivots solve() puts the
+/// values into them, and makes the tableau anew from them when one is missed by more than 1e-6, when a search takes too
+/// long, and after many removals or pivots in any case. A contradiction is believed of a new tableau only.
+///
 /// Owner: its creator. Thread: any one at a time. Failure: a required constraint that contradicts others is not taken
 /// and is told with the ones it contradicts; nothing throws. Numbers must be finite (the caller checks).
 class LayoutSolver {
@@ -45,52 +48,50 @@ class LayoutSolver {
   /// Replaces the constant of the constraint's expression, as a difference `expression + constant relation 0`.
   /// False, and nothing changed, when a required constraint could then not hold.
   [[nodiscard]] bool setConstant(LayoutConstraintId id, double constant);
-  double constantOf(LayoutConstraintId id) const { return constraints_[id].constant; }
+  double constantOf(LayoutConstraintId id) const { return kept_[id].constraint.expression.constant; }
 
-  /// An edit variable: it wants to be what was suggested last (at first its present value), at that priority.
-  void addEdit(LayoutVariable variable, double priority);
-  void removeEdit(LayoutVariable variable);
-  /// False when it is no edit variable, or a required one that cannot have the value.
-  bool suggest(LayoutVariable variable, double value);
-
-  /// A stay: the variable would rather keep its present value. updateStays() makes the values of now the ones to keep.
-  LayoutConstraintId addStay(LayoutVariable variable, double priority);
-  void removeStay(LayoutConstraintId id);
-  void updateStays();
-
-  void solve() { tableau_.optimise(); }
+  void solve();
   /// As of the last solve().
-  double value(LayoutVariable variable) const { return tableau_.valueOf(variable.symbol); }
+  double value(LayoutVariable variable) const { return tableau_.valueOf(unknowns_[variable.index]); }
   double valueOf(const LinearExpression& expression) const;
 
-  std::size_t constraintCount() const { return constraints_.size() - freeIds_.size(); }
+  std::size_t constraintCount() const { return kept_.size() - freeIds_.size(); }
   /// How often the basis has changed; for measurements.
-  std::uint64_t pivotCount() const { return tableau_.pivotCount(); }
+  std::uint64_t pivotCount() const { return pivotsBefore_ + tableau_.pivotCount(); }
+  /// How often the tableau was made anew from the constraints; for measurements.
+  std::uint64_t rebuildCount() const { return rebuilds_; }
 
  private:
-  struct Record {
-    SimplexSymbol marker = SimplexTableau::noSymbol;
-    SimplexSymbol error = SimplexTableau::noSymbol;  ///< the second error (equation) or the only one (inequality)
-    double constant = 0;
-    double priority = 0;
-    float markerSign = 1;
+  struct Kept {
+    LinearConstraint constraint;
+    SimplexSymbol marker = SimplexTableau::noSymbol;  ///< none while it is not in the tableau
+    SimplexSymbol error = SimplexTableau::noSymbol;   ///< the second error (equation) or the only one (inequality)
+    bool isFree = true;
+    bool isRequired() const { return constraint.priority >= 1000; }
+    double markerSign() const { return constraint.relation == NSLayoutRelation::greaterThanOrEqual ? -1 : 1; }
   };
-  struct Stay {
-    LayoutVariable variable;
-    LayoutConstraintId id;
-  };
-  bool install(const Record& record);
-  SimplexSymbol chooseSubject(const Record& record);
+  bool install(Kept& kept, LayoutConstraintId id);
+  bool installWork(const Kept& kept);
+  void uninstall(Kept& kept);
+  SimplexSymbol chooseSubject(const Kept& kept) const;
   std::vector<LayoutConstraintId> conflictInWork() const;
-  LayoutConstraintId keep(const Record& record);
-  void shift(Record& record, double difference);
+  LayoutConstraintId newId();
+  bool shift(Kept& kept, double constant);
+  bool isSound() const;
+  bool isWorn() const;
+  bool rebuild();
 
   SimplexTableau tableau_;
-  std::vector<Record> constraints_;
+  std::vector<SimplexSymbol> unknowns_;  // by variable
+  std::vector<std::uint32_t> freeVariables_;
+  std::vector<Kept> kept_;
   std::vector<LayoutConstraintId> freeIds_;
   std::vector<LayoutConstraintId> markerOwners_;  // by symbol index
-  std::unordered_map<std::uint32_t, LayoutConstraintId> edits_;
-  std::vector<Stay> stays_;
+  std::uint64_t pivotsBefore_ = 0;                // of tableaux that were given up
+  std::uint64_t pivotsWhenNew_ = 0;
+  std::uint64_t checkedAt_ = 0;  // pivots when the tableau was last found sound
+  std::size_t removals_ = 0;     // since the tableau was made
+  std::uint64_t rebuilds_ = 0;
 };
 
 }  // namespace platform

@@ -143,32 +143,6 @@ TEST_F(LayoutSolverTest, RefusesAConstantThatCannotHoldAndChangesNothing) {
   EXPECT_DOUBLE_EQ(value(x), 150);
 }
 
-TEST_F(LayoutSolverTest, DragsAnEditVariableAgainstItsLimits) {
-  const auto handle = solver.addVariable();
-  const LinearExpression x = handle;
-  add(x >= 0);
-  add(x <= 100);
-  solver.addEdit(handle, 900);
-  for (const double at : {10.0, 60.0, 140.0, -20.0, 33.5}) {
-    EXPECT_TRUE(solver.suggest(handle, at));
-    EXPECT_DOUBLE_EQ(value(x), std::min(100.0, std::max(0.0, at)));
-  }
-  solver.removeEdit(handle);
-  EXPECT_FALSE(solver.suggest(handle, 5));
-}
-
-TEST_F(LayoutSolverTest, KeepsWhereItStoodWhatStaysWhenItIsLetGo) {
-  const auto variable = solver.addVariable();
-  const LinearExpression x = variable;
-  const auto pulled = add(x == 80);
-  const auto stay = solver.addStay(variable, 1);
-  solver.updateStays();
-  solver.removeConstraint(pulled);
-  EXPECT_DOUBLE_EQ(value(x), 80);
-  solver.removeStay(stay);
-  EXPECT_DOUBLE_EQ(value(x), 0);
-}
-
 TEST_F(LayoutSolverTest, EndsOnAProblemThatCyclesUnderTheGreedyRule) {
   // Beale's example: the largest coefficient enters, ties by index, and the basis comes back after six pivots.
   const auto a = var(), b = var(), c = var(), d = var();
