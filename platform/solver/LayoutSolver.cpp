@@ -2,303 +2,411 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+// What is asked, and the rounds that take it up.
 
 namespace platform {
 
 namespace {
 
-/// By how much a constraint may be missed before the tableau counts as spoilt.
-constexpr double tolerance = 1e-6;
-/// What rounding leaves of a sum of large numbers, as a part of them.
-constexpr double dust = 1e-12;
-/// So many pivots cannot spoil a tableau; a contradiction found after more is looked for again in a new one.
-constexpr std::uint64_t trustedPivots = 64;
-
-/// Equations first: they replace unknowns for good. Then what must hold, then wishes.
-int turnOf(const LinearConstraint& constraint) {
-  return constraint.priority < 1000 ? 2 : constraint.relation == NSLayoutRelation::equal ? 0 : 1;
-}
+/// Each round that does not end ends a contradiction, or gives an equation a better place; no problem comes near.
+constexpr int roundsBesidesConflicts = 64;
 
 }  // namespace
 
-LayoutVariable LayoutSolver::addVariable() {
-  const SimplexSymbol symbol = tableau_.makeSymbol(SimplexKind::external);
-  if (freeVariables_.empty()) {
-    unknowns_.push_back(symbol);
-    return {static_cast<std::uint32_t>(unknowns_.size() - 1)};
-  }
-  const std::uint32_t index = freeVariables_.back();
-  freeVariables_.pop_back();
-  unknowns_[index] = symbol;
-  return {index};
-}
-
 void LayoutSolver::removeVariable(LayoutVariable variable) {
-  tableau_.eraseSymbol(unknowns_[variable.index]);
-  unknowns_[variable.index] = SimplexTableau::noSymbol;
-  freeVariables_.push_back(variable.index);
+  leaving_.push_back(variable.index);  // constraints may still follow from it until the next round
+  isDirty_ = true;
 }
 
-// ---- Constraints
-
-LayoutSolver::AddResult LayoutSolver::addConstraint(const LinearConstraint& constraint) {
-  const LayoutConstraintId id = newId();
-  Kept kept;
-  kept.constraint = constraint;
-  kept.isFree = false;
-  bool isIn = install(kept, id);
-  if (!isIn && isWorn()) {
-    rebuild();
-    isIn = install(kept, id);
-  }
-  if (isIn) {
-    kept_[id] = kept;
-    return {id, {}};
-  }
-  AddResult refused{noLayoutConstraint, conflictInWork()};
-  freeIds_.push_back(id);
-  return refused;
-}
-
-LayoutConstraintId LayoutSolver::newId() {
-  if (freeIds_.empty()) {
-    kept_.emplace_back();
-    return static_cast<LayoutConstraintId>(kept_.size() - 1);
-  }
-  const LayoutConstraintId id = freeIds_.back();
-  freeIds_.pop_back();
+LayoutConstraintId LayoutSolver::addConstraint(const LinearConstraint& constraint, std::uint64_t rank) {
+  const LayoutConstraintId id = graph_.addConstraint(constraint, rank);
+  pending_.push_back(id);
+  isDirty_ = true;
   return id;
 }
 
-bool LayoutSolver::install(Kept& kept, LayoutConstraintId id) {
-  const LinearConstraint& constraint = kept.constraint;
-  const bool isEquation = constraint.relation == NSLayoutRelation::equal;
-  tableau_.beginWork(constraint.expression.constant);
-  for (const LinearTerm& term : constraint.expression.terms) {
-    if (term.coefficient != 0) tableau_.addToWork(unknowns_[term.variable.index], term.coefficient);
-  }
-  // 0 = expression + marker, less or more what it may be violated by
-  if (isEquation) {
-    kept.marker = tableau_.makeSymbol(kept.isRequired() ? SimplexKind::dummy : SimplexKind::error);
-  } else {
-    kept.marker = tableau_.makeSymbol(SimplexKind::slack);
-  }
-  kept.error = SimplexTableau::noSymbol;
-  tableau_.addToWork(kept.marker, kept.markerSign());
-  if (!kept.isRequired()) {
-    kept.error = tableau_.makeSymbol(SimplexKind::error);
-    tableau_.addToWork(kept.error, -kept.markerSign());
-    tableau_.addToObjective(constraint.priority, kept.error, 1);
-    if (isEquation) tableau_.addToObjective(constraint.priority, kept.marker, 1);
-  }
-  tableau_.markChanged();  // also by an attempt that fails: it may have moved on
-  const bool isIn = installWork(kept);
-  const std::size_t index = kept.marker >> 2;
-  if (markerOwners_.size() <= index) markerOwners_.resize(index + 1, noLayoutConstraint);
-  if (isIn) {
-    markerOwners_[index] = id;
-  } else {
-    tableau_.eraseSymbol(kept.marker);
-    kept.marker = SimplexTableau::noSymbol;
-  }
-  return isIn;
-}
-
-bool LayoutSolver::installWork(const Kept& kept) {
-  const SimplexSymbol subject = chooseSubject(kept);
-  if (subject != SimplexTableau::noSymbol) {
-    tableau_.installWork(subject);
-    return true;
-  }
-  const auto& cells = tableau_.work().cells;
-  const bool onlyDummies = std::none_of(cells.begin(), cells.end(), [](const SimplexTableau::Cell& cell) {
-    return SimplexTableau::isPivotable(cell.symbol);
-  });
-  if (onlyDummies) {  // says nothing new, or the opposite of what stands
-    if (std::abs(tableau_.work().constant) > SimplexTableau::tinyLength) return false;
-    tableau_.work().constant = 0;
-    tableau_.installWork(kept.marker);
-    return true;
-  }
-  return tableau_.installWorkWithArtificial(kept.marker);
-}
-
-SimplexSymbol LayoutSolver::chooseSubject(const Kept& kept) const {
-  const SimplexTableau::Row& work = tableau_.work();
-  double largest = 0;
-  double markerCoefficient = 0;
-  double errorCoefficient = 0;
-  for (const SimplexTableau::Cell& cell : work.cells) {
-    if (!SimplexTableau::isRestricted(cell.symbol)) {
-      largest = std::max(largest, std::abs(cell.coefficient));
-    } else if (cell.symbol == kept.marker) {
-      markerCoefficient = cell.coefficient;
-    } else if (cell.symbol == kept.error) {
-      errorCoefficient = cell.coefficient;
-    }
-  }
-  if (largest > 0) {
-    SimplexSymbol best = SimplexTableau::noSymbol;
-    std::size_t fewest = 0;
-    for (const SimplexTableau::Cell& cell : work.cells) {
-      if (SimplexTableau::isRestricted(cell.symbol) || std::abs(cell.coefficient) < 0.05 * largest) continue;
-      const std::size_t occurrences = tableau_.column(cell.symbol).size();
-      if (best == SimplexTableau::noSymbol || occurrences < fewest) {
-        best = cell.symbol;
-        fewest = occurrences;
-      }
-    }
-    return best;
-  }
-  // Its own slack or error, when that comes out at 0 or above.
-  const double constant = work.constant;
-  if (SimplexTableau::isPivotable(kept.marker) && -constant / markerCoefficient >= 0) return kept.marker;
-  if (errorCoefficient != 0 && -constant / errorCoefficient >= 0) return kept.error;
-  return SimplexTableau::noSymbol;
-}
-
-std::vector<LayoutConstraintId> LayoutSolver::conflictInWork() const {
-  std::vector<LayoutConstraintId> ids;
-  for (const SimplexTableau::Cell& cell : tableau_.work().cells) {
-    if (std::abs(cell.coefficient) < 1e-7) continue;
-    const std::size_t index = cell.symbol >> 2;
-    if (index >= markerOwners_.size() || markerOwners_[index] == noLayoutConstraint) continue;
-    const Kept& kept = kept_[markerOwners_[index]];
-    if (kept.marker == cell.symbol && kept.isRequired()) ids.push_back(markerOwners_[index]);
-  }
-  return ids;
-}
-
 void LayoutSolver::removeConstraint(LayoutConstraintId id) {
-  uninstall(kept_[id]);
-  kept_[id] = Kept{};
-  freeIds_.push_back(id);
-}
-
-void LayoutSolver::uninstall(Kept& kept) {
-  if (kept.marker == SimplexTableau::noSymbol) return;
-  if (kept.error != SimplexTableau::noSymbol) {
-    tableau_.addToObjective(kept.constraint.priority, kept.error, -1);
-    if (SimplexTableau::kindOf(kept.marker) == SimplexKind::error) {
-      tableau_.addToObjective(kept.constraint.priority, kept.marker, -1);
-    }
-  }
-  if (tableau_.basicRow(kept.marker) == SimplexTableau::noRow) tableau_.bringIntoBasis(kept.marker);
-  tableau_.eraseSymbol(kept.marker);  // and its row
-  if (kept.error != SimplexTableau::noSymbol) tableau_.eraseSymbol(kept.error);
-  tableau_.markChanged();
-  markerOwners_[kept.marker >> 2] = noLayoutConstraint;
-  ++removals_;
-}
-
-// ---- Constants
-
-bool LayoutSolver::shift(Kept& kept, double constant) {
-  // The marker takes the difference up: marker before = marker after + difference / sign.
-  const double step = (constant - kept.constraint.expression.constant) / kept.markerSign();
-  if (const auto index = tableau_.basicRow(kept.marker); index != SimplexTableau::noRow) {
-    tableau_.row(index).constant -= step;
+  isDirty_ = true;
+  touch(id);
+  if (graph_.constraint(id).yields) forget(id);
+  if (graph_.constraint(id).role == Role::pending) {
+    std::erase(pending_, id);
   } else {
-    for (const auto row : tableau_.column(kept.marker)) {
-      tableau_.row(row).constant += tableau_.coefficientIn(row, kept.marker) * step;
-    }
+    displace(id);
   }
-  kept.constraint.expression.constant = constant;
-  return tableau_.restoreFeasibility();
+  if (graph_.constraint(id).isReported) {
+    std::erase(tried_, id);
+    std::erase_if(conflicts_, [id](const Conflict& each) { return each.yielding == id; });
+  }
+  for (Conflict& each : conflicts_) std::erase(each.others, id);
+  graph_.removeConstraint(id);
 }
 
-bool LayoutSolver::setConstant(LayoutConstraintId id, double constant) {
-  Kept& kept = kept_[id];
-  const double before = kept.constraint.expression.constant;
-  if (constant == before) return true;
-  if (kept.marker == SimplexTableau::noSymbol) {
-    kept.constraint.expression.constant = constant;
-    return rebuild();
+void LayoutSolver::setConstant(LayoutConstraintId id, double constant) {
+  Constraint& constraint = graph_.constraint(id);
+  if (constraint.constant == constant) return;
+  isDirty_ = true;
+  constraint.constant = constant;
+  touch(id);
+  if (constraint.yields) {
+    tryAgain(id);
+  } else if (constraint.role == Role::definition) {
+    changedConstants_.push_back(constraint.subject);
+  } else if (constraint.role != Role::pending) {
+    changedOffsets_.push_back(id);
   }
-  tableau_.optimise();
-  if (shift(kept, constant)) return true;
-  if (isWorn()) {
-    if (rebuild()) return true;
-  } else if (shift(kept, before)) {
-    return false;
-  }
-  kept.constraint.expression.constant = before;
-  rebuild();
-  return false;
-}
-
-// ---- Solving
-
-void LayoutSolver::solve() {
-  const bool found = tableau_.optimise();
-  const std::uint64_t pivots = tableau_.pivotCount();
-  if (found && pivots == checkedAt_) return;
-  const std::size_t size = constraintCount();
-  const bool isOld = removals_ > 100 + size || pivots > pivotsWhenNew_ + 1000 + 10 * size;
-  if (!found || isOld || !isSound()) {
-    rebuild();
-    tableau_.optimise();
-  }
-  checkedAt_ = tableau_.pivotCount();
-}
-
-bool LayoutSolver::isWorn() const { return removals_ > 0 || tableau_.pivotCount() > pivotsWhenNew_ + trustedPivots; }
-
-bool LayoutSolver::isSound() const {
-  const auto valueOfSymbol = [this](SimplexSymbol symbol) {
-    return symbol == SimplexTableau::noSymbol || SimplexTableau::kindOf(symbol) == SimplexKind::dummy
-               ? 0
-               : tableau_.valueOf(symbol);
-  };
-  for (const Kept& kept : kept_) {
-    if (kept.isFree) continue;
-    if (kept.marker == SimplexTableau::noSymbol) return false;
-    const double marker = valueOfSymbol(kept.marker);
-    const double error = valueOfSymbol(kept.error);
-    double sum = kept.constraint.expression.constant + kept.markerSign() * (marker - error);
-    double scale = std::abs(kept.constraint.expression.constant) + std::abs(marker) + std::abs(error);
-    for (const LinearTerm& term : kept.constraint.expression.terms) {
-      const double part = term.coefficient * value(term.variable);
-      sum += part;
-      scale += std::abs(part);
-    }
-    // Written so that what is not a number is not sound either.
-    const double allowed = tolerance + dust * scale;
-    if (!(std::abs(sum) <= allowed && marker >= -allowed && error >= -allowed)) return false;
-  }
-  return true;
-}
-
-bool LayoutSolver::rebuild() {
-  ++rebuilds_;
-  pivotsBefore_ += tableau_.pivotCount();
-  tableau_ = SimplexTableau();
-  std::fill(markerOwners_.begin(), markerOwners_.end(), noLayoutConstraint);
-  for (SimplexSymbol& symbol : unknowns_) {
-    if (symbol != SimplexTableau::noSymbol) symbol = tableau_.makeSymbol(SimplexKind::external);
-  }
-  std::vector<LayoutConstraintId> order;
-  for (LayoutConstraintId id = 0; id < kept_.size(); ++id) {
-    if (!kept_[id].isFree) order.push_back(id);
-  }
-  std::stable_sort(order.begin(), order.end(), [this](LayoutConstraintId a, LayoutConstraintId b) {
-    const LinearConstraint& first = kept_[a].constraint;
-    const LinearConstraint& second = kept_[b].constraint;
-    const int turn = turnOf(first);
-    const int other = turnOf(second);
-    return turn != other ? turn < other : turn == 2 && first.priority > second.priority;
-  });
-  bool areAllIn = true;
-  for (const LayoutConstraintId id : order) areAllIn = install(kept_[id], id) && areAllIn;
-  pivotsWhenNew_ = tableau_.pivotCount();
-  removals_ = 0;
-  return areAllIn;
 }
 
 double LayoutSolver::valueOf(const LinearExpression& expression) const {
   double sum = expression.constant;
   for (const LinearTerm& term : expression.terms) sum += term.coefficient * value(term.variable);
   return sum;
+}
+
+double LayoutSolver::priorityOf(const Constraint& constraint) const {
+  return constraint.yields ? yieldingPriority : constraint.priority;
+}
+
+LayoutSolver::Open& LayoutSolver::openOf(std::uint32_t variable) {
+  if (opens_.size() <= variable) opens_.resize(variable + 1);
+  return opens_[variable];
+}
+
+void LayoutSolver::markLone(std::uint32_t variable) {
+  if (!std::exchange(openOf(variable).isChanged, true)) changedLone_.push_back(variable);
+}
+
+// ---- Rounds
+
+void LayoutSolver::solve() {
+  if (!isDirty_) return;
+  isDirty_ = false;
+  conflictsLeft_ = 2 * graph_.constraintCount() + 100;
+  int rounds = 0;
+  while (!takeChanges() && (conflictsLeft_ > 0 || ++rounds < roundsBesidesConflicts)) {
+  }
+  publish();
+  report();
+  for (const std::uint32_t variable : std::exchange(leaving_, {})) graph_.removeVariable(variable);
+}
+
+bool LayoutSolver::takeChanges() {
+  followShapes();
+  if (!pending_.empty()) {
+    definePending();
+    followShapes();
+  }
+  followConstants();
+  separate();
+  if (!takeRefusals()) return false;
+  if (!placePending()) return false;
+  separate();
+  return solveLone() && solveTableau() && pending_.empty();
+}
+
+void LayoutSolver::followShapes() {
+  while (!changedShapes_.empty()) {
+    mentioning_.clear();
+    graph_.collectDependents(changedShapes_, order_, mentioning_);
+    changedShapes_.clear();
+    for (const std::uint32_t variable : order_) {
+      graph_.refreshBase(variable);
+      if (graph_.variable(variable).isOpen()) markLone(variable);
+      if (!graph_.variable(variable).isFixed) valuesFrom_.push_back(variable);
+    }
+    for (const LayoutConstraintId id : mentioning_) displaceAndWait(id);
+  }
+}
+
+void LayoutSolver::followConstants() {
+  if (!changedConstants_.empty()) {
+    mentioning_.clear();
+    graph_.collectDependents(changedConstants_, order_, mentioning_);
+    changedConstants_.clear();
+    for (const std::uint32_t variable : order_) {
+      graph_.refreshBase(variable);
+      if (!graph_.variable(variable).isFixed) valuesFrom_.push_back(variable);
+    }
+    changedOffsets_.insert(changedOffsets_.end(), mentioning_.begin(), mentioning_.end());
+  }
+  for (const LayoutConstraintId id : changedOffsets_) {
+    Constraint& constraint = graph_.constraint(id);
+    if (constraint.role < Role::idle) continue;  // it went, or waits
+    if (constraint.role == Role::idle) {
+      if (constraint.isRequired()) displaceAndWait(id);
+      continue;
+    }
+    constraint.offset = graph_.offsetOf(constraint);
+    if (constraint.role == Role::lone) {
+      markLone(constraint.subject);
+    } else {
+      tableau_.shiftConstant(constraint.inTableau, constraint.offset);
+    }
+  }
+  changedOffsets_.clear();
+  tableau_.settle();
+}
+
+void LayoutSolver::definePending() {
+  equations_.clear();
+  others_.clear();
+  for (const LayoutConstraintId id : pending_) {
+    const Constraint& constraint = graph_.constraint(id);
+    const bool isEquation = constraint.relation == NSLayoutRelation::equal && constraint.isRequired();
+    (isEquation ? equations_ : others_).push_back(id);
+  }
+  pending_.clear();
+  if (!equations_.empty()) presolve_.run(equations_, changedShapes_, pending_);
+  pending_.insert(pending_.end(), others_.begin(), others_.end());
+}
+
+bool LayoutSolver::placePending() {
+  if (pending_.empty()) return true;
+  std::vector<LayoutConstraintId> batch = std::exchange(pending_, {});
+  // What ranks higher first: less has to be turned round later.
+  const auto isBefore = [this](LayoutConstraintId a, LayoutConstraintId b) {
+    const Constraint& first = graph_.constraint(a);
+    const Constraint& second = graph_.constraint(b);
+    if (first.isRequired() != second.isRequired()) return first.isRequired();
+    return first.isRequired() ? first.rank < second.rank : priorityOf(first) > priorityOf(second);
+  };
+  if (!std::is_sorted(batch.begin(), batch.end(), isBefore)) std::stable_sort(batch.begin(), batch.end(), isBefore);
+  for (std::size_t i = 0; i < batch.size(); ++i) {
+    if (place(batch[i])) continue;
+    // A contradiction was resolved, so definitions may have changed: the rest waits for the next round.
+    pending_.insert(pending_.end(), batch.begin() + static_cast<std::ptrdiff_t>(i) + 1, batch.end());
+    return false;
+  }
+  return true;
+}
+
+// ---- Places
+
+bool LayoutSolver::place(LayoutConstraintId id) {
+  Constraint& constraint = graph_.constraint(id);
+  constraint.offset = graph_.offsetOf(constraint);
+  const auto& open = graph_.expand(constraint);
+  if (open.empty()) {
+    const double off = constraint.offset;
+    const bool isMet = constraint.relation == NSLayoutRelation::equal             ? std::abs(off) <= 1e-6
+                       : constraint.relation == NSLayoutRelation::lessThanOrEqual ? off <= 1e-6
+                                                                                  : off >= -1e-6;
+    if (!isMet && constraint.isRequired()) {
+      resolve(id, {{id, 1}});
+      return false;
+    }
+    constraint.role = Role::idle;
+    return true;
+  }
+  if (open.size() == 1) {
+    constraint.role = Role::lone;
+    constraint.subject = open[0].variable;
+    constraint.coefficient = open[0].coefficient;
+    Open& owner = openOf(constraint.subject);
+    owner.bounds.push_back(id);
+    if (!owner.inTableau) {
+      markLone(constraint.subject);
+      return true;
+    }
+    LinearExpression expression(constraint.offset);
+    expression.terms.push_back({tableauVariable(constraint.subject), constraint.coefficient});
+    return enterTableau(id, expression);
+  }
+  const std::vector<ConstraintGraph::OpenTerm> terms = open;
+  constraint.subject = ConstraintGraph::none;
+  for (const auto& term : terms) {
+    if (couple(term.variable)) continue;
+    pending_.push_back(id);
+    return false;
+  }
+  LinearExpression expression(constraint.offset);
+  for (const auto& term : terms) {
+    ++openOf(term.variable).couplings;
+    expression.terms.push_back({tableauVariable(term.variable), term.coefficient});
+  }
+  return enterTableau(id, expression);
+}
+
+LayoutVariable LayoutSolver::tableauVariable(std::uint32_t variable) {
+  Open& open = openOf(variable);
+  if (open.inTableau) return open.inTableau;
+  open.inTableau = tableau_.addVariable();
+  if (ownerOfTableauUnknown_.size() <= open.inTableau.index) ownerOfTableauUnknown_.resize(open.inTableau.index + 1);
+  ownerOfTableauUnknown_[open.inTableau.index] = variable;
+  open.position = static_cast<std::uint32_t>(coupled_.size());
+  coupled_.push_back(variable);
+  return open.inTableau;
+}
+
+bool LayoutSolver::couple(std::uint32_t variable) {
+  if (openOf(variable).couplings > 0 || openOf(variable).inTableau) return true;
+  tableauVariable(variable);
+  const std::vector<LayoutConstraintId> bounds = openOf(variable).bounds;
+  for (const LayoutConstraintId id : bounds) {
+    const Constraint& bound = graph_.constraint(id);
+    if (bound.role != Role::lone) continue;
+    LinearExpression expression(bound.offset);
+    expression.terms.push_back({openOf(variable).inTableau, bound.coefficient});
+    if (!enterTableau(id, expression)) {
+      perhapsAlone_.push_back(variable);
+      return false;
+    }
+  }
+  perhapsAlone_.push_back(variable);
+  return true;
+}
+
+bool LayoutSolver::enterTableau(LayoutConstraintId id, const LinearExpression& expression) {
+  Constraint& constraint = graph_.constraint(id);
+  const double priority = constraint.isRequired() ? 1000 : priorityOf(constraint);
+  constraint.role = Role::coupled;
+  SimplexSolver::AddResult added = tableau_.addConstraint({expression, constraint.relation, priority});
+  if (added) {
+    constraint.inTableau = added.id;
+    if (ownerOfTableauConstraint_.size() <= added.id) ownerOfTableauConstraint_.resize(added.id + 1);
+    ownerOfTableauConstraint_[added.id] = id;
+    return takeRefusals();
+  }
+  for (ConstraintMultiple& each : added.conflict) each.id = ownerOfTableauConstraint_[each.id];
+  added.conflict.push_back({id, 1});
+  if (constraint.subject == ConstraintGraph::none) {  // it will not be found among the tableau's when it is displaced
+    for (const LinearTerm& term : expression.terms) {
+      const std::uint32_t variable = ownerOfTableauUnknown_[term.variable.index];
+      if (--openOf(variable).couplings == 0) perhapsAlone_.push_back(variable);
+    }
+  }
+  resolve(id, std::move(added.conflict));
+  return false;
+}
+
+void LayoutSolver::displace(LayoutConstraintId id) {
+  Constraint& constraint = graph_.constraint(id);
+  switch (constraint.role) {
+    case Role::definition: {
+      const std::uint32_t subject = constraint.subject;
+      graph_.undefine(subject);
+      changedShapes_.push_back(subject);
+      break;
+    }
+    case Role::lone:
+    case Role::coupled:
+      if (constraint.subject != ConstraintGraph::none) {
+        std::erase(openOf(constraint.subject).bounds, id);
+        markLone(constraint.subject);
+      }
+      if (constraint.inTableau != noLayoutConstraint) {
+        if (constraint.subject == ConstraintGraph::none) {
+          for (const LinearTerm& term : tableau_.constraintOf(constraint.inTableau).expression.terms) {
+            const std::uint32_t variable = ownerOfTableauUnknown_[term.variable.index];
+            if (--openOf(variable).couplings == 0) perhapsAlone_.push_back(variable);
+          }
+        }
+        tableau_.removeConstraint(constraint.inTableau);
+        constraint.inTableau = noLayoutConstraint;
+      }
+      constraint.subject = ConstraintGraph::none;
+      break;
+    default:
+      break;
+  }
+  constraint.role = Role::pending;
+}
+
+void LayoutSolver::displaceAndWait(LayoutConstraintId id) {
+  displace(id);
+  pending_.push_back(id);
+}
+
+void LayoutSolver::separate() {
+  for (const std::uint32_t variable : perhapsAlone_) {
+    Open& open = openOf(variable);
+    if (open.couplings > 0 || !open.inTableau) continue;
+    for (const LayoutConstraintId id : open.bounds) {
+      Constraint& bound = graph_.constraint(id);
+      bound.role = Role::lone;
+      if (bound.inTableau == noLayoutConstraint) continue;
+      tableau_.removeConstraint(bound.inTableau);
+      bound.inTableau = noLayoutConstraint;
+    }
+    leaveTableau(variable);
+    markLone(variable);
+  }
+  perhapsAlone_.clear();
+}
+
+void LayoutSolver::leaveTableau(std::uint32_t variable) {
+  Open& open = opens_[variable];
+  tableau_.removeVariable(open.inTableau);
+  open.inTableau = LayoutVariable{};
+  coupled_[open.position] = coupled_.back();
+  opens_[coupled_.back()].position = open.position;
+  coupled_.pop_back();
+}
+
+// ---- Values
+
+bool LayoutSolver::solveLone() {
+  for (std::size_t next = 0; next < changedLone_.size(); ++next) {
+    const std::uint32_t variable = changedLone_[next];
+    Open& open = openOf(variable);
+    open.isChanged = false;
+    if (open.inTableau || !graph_.variable(variable).isOpen()) continue;
+    auto& bounds = lone_.bounds();
+    bounds.clear();
+    for (const LayoutConstraintId id : open.bounds) {
+      const Constraint& bound = graph_.constraint(id);
+      bounds.push_back({id, bound.coefficient, bound.offset, priorityOf(bound), bound.relation, bound.isRequired()});
+    }
+    if (!lone_.solve()) {
+      changedLone_.erase(changedLone_.begin(), changedLone_.begin() + static_cast<std::ptrdiff_t>(next) + 1);
+      markLone(variable);
+      const std::vector<ConstraintMultiple> conflict = lone_.conflict();
+      const LayoutConstraintId later = graph_.constraint(conflict[0].id).rank > graph_.constraint(conflict[1].id).rank
+                                           ? conflict[0].id
+                                           : conflict[1].id;
+      resolve(later, conflict);
+      return false;
+    }
+    if (graph_.variable(variable).value == lone_.value()) continue;
+    graph_.variable(variable).value = lone_.value();
+    valuesFrom_.push_back(variable);
+  }
+  changedLone_.clear();
+  return true;
+}
+
+bool LayoutSolver::solveTableau() {
+  tableau_.solve();
+  return takeRefusals();
+}
+
+bool LayoutSolver::takeRefusals() {
+  if (tableau_.refusals().empty()) return true;
+  // One at a time: what yields for one may make room for the others.
+  const std::vector<SimplexSolver::Refusal> refusals = tableau_.takeRefusals();
+  std::vector<ConstraintMultiple> sum = refusals.front().conflict;
+  for (ConstraintMultiple& each : sum) each.id = ownerOfTableauConstraint_[each.id];
+  const LayoutConstraintId refused = ownerOfTableauConstraint_[refusals.front().id];
+  sum.push_back({refused, 1});
+  for (std::size_t i = 1; i < refusals.size(); ++i) displaceAndWait(ownerOfTableauConstraint_[refusals[i].id]);
+  resolve(refused, std::move(sum));
+  return false;
+}
+
+void LayoutSolver::publish() {
+  for (const std::uint32_t variable : coupled_) {
+    const double found = tableau_.value(openOf(variable).inTableau);
+    if (graph_.variable(variable).value == found) continue;
+    graph_.variable(variable).value = found;
+    valuesFrom_.push_back(variable);
+  }
+  if (valuesFrom_.empty()) return;
+  mentioning_.clear();
+  graph_.collectDependents(valuesFrom_, order_, mentioning_);
+  valuesFrom_.clear();
+  for (const std::uint32_t variable : order_) graph_.refreshValue(variable);
 }
 
 }  // namespace platform
