@@ -183,7 +183,9 @@ TEST_F(Floater, GivesTheHostsNavigationDelegateBackWhenTheChatOpensElsewhere) {
   const auto watcher = make<NavigationWatcher>();
   navigation_->setDelegate(watcher);
   TLFloaterManager::shared().overrideNavigationDelegate();
-  EXPECT_NE(navigation_->delegate(), watcher);
+  navigation_->pushViewController(make<test::PlainScreen>(), false);
+  pass(1);
+  EXPECT_NE(navigation_->delegate(), watcher) << "the chat is still to come";
   const auto other = make<UINavigationController>(make<test::PlainScreen>());
   tabs_->setViewControllers({navigation_, other});
   tabs_->setSelectedIndex(1);
