@@ -1,6 +1,8 @@
 // The door: how a session starts, and how its configuration is made so. Below it the façade is only state; whatever has
 // to reach into several rooms at once is defined here.
 
+#include <utility>
+
 #include "lumicor/capture/LumicorHooks.h"
 #include "lumicor/capture/LumicorTrackingTask.h"
 #include "lumicor/core/Lumicor.h"
@@ -20,7 +22,7 @@ namespace {
 
 /// The value of a member that is there and was decoded; the log hears of one that was not.
 template <class T>
-const T* usable(const std::optional<Result<T>>& member, const char* failureText) {
+T* usable(std::optional<Result<T>>& member, const char* failureText) {
   if (!member) return nullptr;
   if (*member) return &**member;
   LumicorDebugHelper::log(failureText + member->error());
@@ -57,14 +59,14 @@ void Lumicor::initialize(const std::string& secretKey, const std::string& userId
   initialize(secretKey, userId);
 }
 
-void LumicorConfiguration::apply() const {
+void LumicorConfiguration::apply() && {
   if (showTrackerView) showTracker();
   if (const auto* layout = usable(layoutData, "Failed to decode layout JSON: ")) {
     TLFloaterManager::shared().setLayoutData(*layout);
   }
   LumicorFontHelper::loadFont(TLFloaterManager::shared().layoutData().styles.fontURL);
-  if (const auto* history = usable(chatHistory, "Failed to decode chat history JSON: ")) {
-    Lumicor::shared().setChatHistory(*history);
+  if (auto* const history = usable(chatHistory, "Failed to decode chat history JSON: ")) {
+    Lumicor::shared().setChatHistory(std::move(*history));
   }
   if (showTesselLumicor && !Lumicor::showTrackingView) showFloater();
   if (const auto* defaults = usable(tlDefaults, "Failed to decode defaults JSON: ")) {

@@ -24,9 +24,9 @@ struct LumicorConfiguration {
 
   /// Reads the "data" of an init reply. Any thread.
   static LumicorConfiguration read(const JSONValue& data);
-  /// Makes it so, member after member; one that failed is logged and stops no other. Main thread. It reaches into the
-  /// rooms above and is defined at the top, with the start of a session.
-  void apply() const;
+  /// Makes it so, member after member; one that failed is logged and stops no other. What is long moves out of it.
+  /// Main thread. It reaches into the rooms above and is defined at the top, with the start of a session.
+  void apply() &&;
 };
 
 }  // namespace lumicor

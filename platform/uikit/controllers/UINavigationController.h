@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/uikit/bars/NavigationBarHost.h"
 #include "platform/uikit/controllers/UIViewController.h"
 
 namespace platform {
@@ -25,7 +26,7 @@ enum class UINavigationControllerOperation { none, push, pop };
 ///   "navigationController:animationControllerForOperation:fromViewController:toViewController:"
 ///        Ref<NSObject> (controller, UINavigationControllerOperation, from, to); none for the platform's own slide.
 /// Main thread.
-class UINavigationController : public Object<UINavigationController, UIViewController> {
+class UINavigationController : public Object<UINavigationController, UIViewController>, public NavigationBarHost {
  public:
   UINavigationController();
   ~UINavigationController() override;
@@ -80,7 +81,6 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   friend class NavigationEdgePan;
   friend class UIViewController;
   friend class UITabBarController;
-  friend class UINavigationBar;
   using Stack = std::vector<Ref<UIViewController>>;
 
   // UINavigationController.cpp: the stack and what follows from it
@@ -114,7 +114,7 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void fit(const Ref<UIViewController>& controller);
   void showItems(bool animated);
   void toolbarItemsDidChange(const UIViewController& controller, bool animated);
-  void barHeightDidChange(bool animated);
+  void barHeightDidChange(bool animated) override;
   bool shouldPopItem(Ref<NSObject> bar, Ref<NSObject> item);
 
   Weak<NSObject> delegate_;

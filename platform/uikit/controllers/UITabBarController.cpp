@@ -124,7 +124,7 @@ void UITabBarController::select(const Ref<UIViewController>& controller) {
 Ref<UITabBar> UITabBarController::tabBar() {
   if (!tabBar_) {
     tabBar_ = make<UITabBar>(CGRect{0, 0, UIScreen::main().bounds().size.width, UITabBar::standardHeight});
-    tabBar_->controller_ = self();
+    tabBar_->host_ = self();
   }
   return tabBar_;
 }

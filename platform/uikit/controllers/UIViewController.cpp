@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/bars/UITabBarItem.h"
 #include "platform/uikit/controllers/ModalPresentation.h"
@@ -49,13 +48,17 @@ const Ref<UIView>& UIViewController::view() {
   return view_;
 }
 
+Ref<UIViewController> UIView::viewController() const {
+  return std::static_pointer_cast<UIViewController>(storage_->host.lock());
+}
+
 void UIViewController::setView(const Ref<UIView>& view) {
   if (view_ == view) return;
   const Ref<UIViewController> keeper = self();
-  if (view_ && view_->viewController() == keeper) view_->storage_->viewController.reset();
+  if (view_ && view_->viewController() == keeper) view_->storage_->host.reset();
   view_ = view;
   if (!view_) return;
-  view_->storage_->viewController = keeper;
+  view_->storage_->host = keeper;
   view_->updateSafeAreaInsets();
 }
 

@@ -78,6 +78,22 @@ TEST(Class, FindsMethodsAddedToASubclassAfterMessagesWereSent) {
   EXPECT_EQ(Leaf::cls().ownMethod(who)->owner().name(), "Leaf");
 }
 
+void ripen(Base&) {}
+
+TEST(Class, AnswersYesOnceASuperclassGainsWhatWasRememberedAsMissing) {
+  const Ref<Leaf> leaf = make<Leaf>();
+  const Ref<shop::CartScreen> stranger = make<shop::CartScreen>();
+  // More questions than the memory has places, so that some share one.
+  for (int i = 0; i < 200; ++i) EXPECT_FALSE(leaf->respondsToSelector(sel("unknown" + std::to_string(i) + ":")));
+  static int round = 0;
+  const SEL ripen = sel("ripen" + std::to_string(round++));
+  EXPECT_FALSE(leaf->respondsToSelector(ripen));
+  EXPECT_FALSE(stranger->respondsToSelector(ripen));
+  EXPECT_TRUE(class_addMethod<&platform::ripen>(Base::cls(), ripen));
+  EXPECT_TRUE(leaf->respondsToSelector(ripen));
+  EXPECT_FALSE(stranger->respondsToSelector(ripen));
+}
+
 TEST(Class, AnswersManyThreadsAndMoreSelectorsThanItCaches) {
   constexpr int count = 500;
   static std::vector<SEL> selectors;
