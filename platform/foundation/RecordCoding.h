@@ -219,7 +219,14 @@ struct Reader<T> {
   template <std::size_t... I>
   struct Values<std::index_sequence<I...>> {
     Values() : addresses{&std::get<I>(slots)...} {}
-    T build() { return T(take<FieldType<T, I>>(std::get<I>(slots))...); }
+    T build() {
+      // Not every compiler makes a plain struct with round brackets, and braces could choose another constructor.
+      if constexpr (std::is_aggregate_v<T>) {
+        return T{take<FieldType<T, I>>(std::get<I>(slots))...};
+      } else {
+        return T(take<FieldType<T, I>>(std::get<I>(slots))...);
+      }
+    }
     std::tuple<Slot<FieldType<T, I>>...> slots;
     std::array<void*, sizeof...(I)> addresses;
   };
