@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
 
 #include "platform/solver/LayoutSolver.h"
 #include "platform/solver/SimplexSolver.h"
@@ -160,6 +162,38 @@ TEST_P(LongHistories, OfTheLayoutSolverAgreeWithThePlainOneOnWhatHoldsWhatYields
     if (history.pick(0, 2) != 0) continue;
     ASSERT_EQ(asked.compare(), "") << "step " << step;
   }
+}
+
+/// With SOLVER_HISTORIES set to a file's name, writes what long histories asked at their end and what the solver found,
+/// for compare_histories.py, which asks another solver. A line `constraint priority relation constant unknown
+/// coefficient ...` each, then `values ...`.
+TEST(LongHistoriesForOthers, AreWrittenOnRequest) {
+  const char* const file = std::getenv("SOLVER_HISTORIES");
+  if (!file) GTEST_SKIP() << "SOLVER_HISTORIES is not set";
+  std::ofstream out(file);
+  out.precision(17);
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    SolverHistory history(seed, 40);
+    Lived worn(history.unknowns());
+    for (int step = 0; step < 900; ++step) {
+      const std::size_t count = worn.active.size();
+      if (count < 60 || history.pick(0, 9) < 5) {
+        worn.add(history.next());
+      } else {
+        worn.remove(history.index(count));
+      }
+    }
+    worn.score();
+    for (const HistoryConstraint& each : worn.active) {
+      out << "constraint " << each.priority << ' ' << static_cast<int>(each.relation) << ' ' << each.constant;
+      for (const auto& [unknown, coefficient] : each.terms) out << ' ' << unknown << ' ' << coefficient;
+      out << '\n';
+    }
+    out << "values";
+    for (const LayoutVariable variable : worn.variables) out << ' ' << worn.solver.value(variable);
+    out << '\n';
+  }
+  EXPECT_TRUE(out.good());
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, LongHistories, testing::Range(1u, 31u));
