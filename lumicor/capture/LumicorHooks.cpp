@@ -62,10 +62,29 @@ Ref<UIViewController> topmostScreen() {
   return screen;
 }
 
+/// Where the pending segue leads.
+Weak<UIViewController>& segueDestination() {
+  static Weak<UIViewController> destination;
+  return destination;
+}
+
+/// A segue to a navigation or tab bar controller has arrived as soon as a screen inside has appeared: that screen is in
+/// front, not what holds it.
+void noteArrivalInside(const UIViewController& screen) {
+  const Ref<UIViewController> destination = segueDestination().lock();
+  if (!as<UINavigationController>(destination) && !as<UITabBarController>(destination)) return;
+  for (auto at = screen.parentViewController(); at; at = at->parentViewController()) {
+    if (at == destination) Lumicor::shared().setCurrentSegueController(nullptr);
+  }
+}
+
 void screenAppeared(UIViewController& self, bool animated) {
   self.perform(swizzledViewDidAppear(), animated);
   const auto screen = self.NSObject::self(&self);
-  if (isTracked(self)) makeCurrent(screen);
+  if (isTracked(self)) {
+    makeCurrent(screen);
+    noteArrivalInside(self);
+  }
   tellScreenChange(screen);
 }
 
@@ -95,6 +114,7 @@ void segueIsPrepared(UIViewController& self, Ref<UIStoryboardSegue> segue, Ref<N
   const Ref<UIViewController> destination = segue->destinationViewController();
   if (!destination || !isTracked(*destination)) return;
   Lumicor::shared().setCurrentSegueController(segue->sourceViewController());
+  segueDestination() = destination;
   DispatchQueue::main().asyncAfter(pauseAfterSegue, [segue] { noteSegueDestination(segue); });
 }
 

@@ -32,13 +32,15 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   void show();
   void floaterMoveEvents();
   /// Becomes the delegate of the navigation controller that the chat is pushed on, and passes on to the host's own
-  /// delegate whatever it asks or is told; the one it stood in for before gets its delegate back. Nothing happens
-  /// without a key window, a root controller or a navigation controller.
+  /// delegate whatever it asks or is told. That one comes back when the chat has gone, and when another navigation
+  /// controller takes its place. Nothing happens without a key window, a root controller or a navigation controller.
   void overrideNavigationDelegate();
   /// The transition between two screens: the chat's own ones, or what the host's delegate says.
   Ref<NSObject> animationControllerFor(const Ref<UINavigationController>& navigation,
                                        UINavigationControllerOperation operation, const Ref<UIViewController>& from,
                                        const Ref<UIViewController>& to);
+  /// A screen has come: told to the host's delegate too, which is back in its place once the chat has gone.
+  void didShow(const Ref<UINavigationController>& navigation, const Ref<UIViewController>& screen, bool animated);
   /// Safe distances of the key window; none without one.
   static UIEdgeInsets screenInsets();
 
@@ -51,6 +53,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
 
  private:
   void openChat();
+  void giveDelegateBack();
 
   Ref<TLFloaterView> floaterView_;
   Ref<TLBottomCloseView> bottomCloseView_;
@@ -58,6 +61,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   Ref<TLChatViewController> chatViewController_;
   Weak<UINavigationController> overridden_;
   Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
+  bool chatWasShown_ = false;    // there, since it was overridden
 };
 
 }  // namespace lumicor

@@ -1,8 +1,5 @@
 #include "platform/uikit/views/UIView.h"
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/views/UIStackView.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The view itself: how it is made, looks and is named. Tree, geometry, touches, animation and layout are in sources of
@@ -63,8 +60,7 @@ bool UIView::isHidden() const { return layer_->isHidden(); }
 void UIView::setHidden(bool hidden) {
   if (hidden == isHidden()) return;
   layer_->setHidden(hidden);
-  // A stack closes the gap that a hidden view leaves.
-  if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->setNeedsLayout();
+  if (superview_) superview_->subviewVisibilityDidChange();
 }
 bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
 void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }

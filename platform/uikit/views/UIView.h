@@ -9,9 +9,11 @@
 
 #include "platform/geometry/CGGeometry.h"
 #include "platform/geometry/UIColor.h"
-#include "platform/uikit/touch/UIResponder.h"
+#include "platform/uikit/touch/TouchSurface.h"
 
 namespace platform {
+
+class WindowHost;
 
 enum class UIViewContentMode { scaleToFill, scaleAspectFit, scaleAspectFill, center, top, bottom, left, right, redraw };
 
@@ -42,7 +44,7 @@ inline constexpr double UIViewNoIntrinsicMetric = -1;
 /// A rectangle of the screen: it draws, lays out its subviews, takes touches. Owned by its superview; its layer is its
 /// own. Members that reading a screen needs are virtual, so that a view can stand for something that is not of this
 /// platform. Thread: main. Units: points, y grows downwards.
-class UIView : public Object<UIView, UIResponder> {
+class UIView : public Object<UIView, TouchSurface> {
  public:
   static constexpr bool usesObjectPool = true;
   /// Called by make<T>: a class that overrides nothing of what a walk asks need not be asked.
@@ -110,6 +112,8 @@ class UIView : public Object<UIView, UIResponder> {
   /// Tells this view from every other of the process, also from one that stood at its address before.
   std::uint64_t serialNumber() const { return serialNumber_; }
   virtual Ref<UIWindow> window() const;
+  /// The window as a view, for the rooms below windows.
+  Ref<UIView> windowView() const;
   void addSubview(const Ref<UIView>& view);
   void insertSubview(const Ref<UIView>& view, std::size_t index);
   void insertSubviewBelow(const Ref<UIView>& view, const Ref<UIView>& sibling);
@@ -136,6 +140,8 @@ class UIView : public Object<UIView, UIResponder> {
   virtual void setAlpha(double alpha);
   virtual bool isHidden() const;
   virtual void setHidden(bool hidden);
+  /// After a subview was hidden or shown.
+  virtual void subviewVisibilityDidChange() {}
   bool clipsToBounds() const;
   void setClipsToBounds(bool clips);
   /// Its own or the nearest superview's, at last the system blue.
@@ -202,17 +208,19 @@ class UIView : public Object<UIView, UIResponder> {
   // ---- Touches
   virtual bool isUserInteractionEnabled() const;
   virtual void setUserInteractionEnabled(bool enabled);
-  bool isMultipleTouchEnabled() const;
+  bool isMultipleTouchEnabled() const override;
   void setMultipleTouchEnabled(bool enabled);
   /// The front-most descendant that takes a touch there, or none. Hidden, disabled and nearly clear views take none.
   virtual Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event);
   virtual bool pointInside(CGPoint point, const Ref<UIEvent>& event) const;
   void addGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
   void removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
-  const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const;
-  /// Asked of the recogniser's view and of every view between it and the one that was touched. A control answers no to
-  /// a tap of one of its superviews.
-  virtual bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer);
+  const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const override;
+  /// Asked of the recogniser's view and of every view between it and the one that was touched. A view that claims taps
+  /// answers no to a tap of one of its superviews.
+  bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) override;
+  /// Whether a tap is the view's own: a control's, or an editable text's.
+  virtual bool claimsTaps() const { return false; }
   /// Ends editing in this view or below; true when no first responder is left in it.
   bool endEditing(bool force);
 
@@ -224,8 +232,16 @@ class UIView : public Object<UIView, UIResponder> {
 
   // ---- Responder
   Ref<UIResponder> nextResponder() override;
+  /// Never in no window.
+  bool becomeFirstResponder() override;
   /// The controller whose root view this is, or none.
-  Ref<UIViewController> viewController() const;
+  Ref<UIViewController> viewController() const;  // with the controllers
+
+  // ---- For touches
+  Ref<TouchSurface> surfaceAt(CGPoint point, const Ref<UIEvent>& event) final { return hitTest(point, event); }
+  Ref<TouchSurface> surfaceAround() const final { return superview(); }
+  CGPoint pointFromWindow(CGPoint point, const TouchSurface* window) const final;
+  CGPoint pointToWindow(CGPoint point) const final { return convertPoint(point, nullptr); }
 
   // ---- Animation of frame, bounds, center, transform, alpha, colours and what else layers animate. What is set inside
   // the block is so at once and shows on its way. The completion comes through the main queue, also when nothing moved,
@@ -248,7 +264,7 @@ class UIView : public Object<UIView, UIResponder> {
   friend class ViewLayout;
   void moveInto(UIView& superview, std::size_t index);
   void detach();
-  void enterWindow(UIWindow* window);
+  void enterWindow(WindowHost* window);
   void announceWindow(const Ref<UIWindow>& window);
   void leaveWindow();
   void inheritTintColor();

@@ -2,10 +2,8 @@
 #include <array>
 #include <cmath>
 
-#include "platform/uikit/application/UIWindow.h"
-#include "platform/uikit/constraints/ViewLayout.h"
-#include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/device/UIScreen.h"
+#include "platform/uikit/views/LayoutHost.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // Where a view is, how its coordinates relate to others', and how much of it lies under bars and rounded corners.
@@ -82,7 +80,7 @@ void UIView::changeGeometry(CGRect bounds, CGPoint center) {
   if (moves) layer.setPosition(center);
   if (oldBounds != bounds) layer.setBounds(bounds);
   if (oldBounds.size != bounds.size && drawsItself()) setNeedsDisplay();
-  ViewLayout::didChangeGeometry(*this, oldBounds.size);
+  LayoutHost::shared().didChangeGeometry(*this, oldBounds.size);
   updateSafeAreaInsets();
 }
 
@@ -178,6 +176,10 @@ CGPoint UIView::convertPoint(CGPoint point, const UIView* to) const {
   return to ? withoutDust(between(from, to->placement()).apply(point)) : from.toRoot.apply(point);
 }
 
+CGPoint UIView::pointFromWindow(CGPoint point, const TouchSurface* window) const {
+  return convertPointFrom(point, static_cast<const UIView*>(window));
+}
+
 CGPoint UIView::convertPointFrom(CGPoint point, const UIView* from) const {
   if (from) return from == this ? point : from->convertPoint(point, this);
   return withoutDust(placement().toRoot.inverted().apply(point));
@@ -207,7 +209,7 @@ UIEdgeInsets overlap(const UIEdgeInsets& inherited, const CGRect& outer, const C
           rest(inherited.bottom, outer.maxY() - inner.maxY()), rest(inherited.right, outer.maxX() - inner.maxX())};
 }
 
-UIEdgeInsets windowInsets(const UIWindow& window) {
+UIEdgeInsets windowInsets(const UIView& window) {
   return overlap(UIDevice::current().profile().safeArea, UIScreen::main().bounds(), window.frame());
 }
 
@@ -233,26 +235,26 @@ bool UIView::takeSafeArea() {
   UIEdgeInsets insets;
   if (superview_) {
     const UIEdgeInsets inherited = superview_->safeAreaInsetsForSubviews();
-    if (inherited == UIEdgeInsets{} && storage.safeArea == inherited && storage.viewController.expired()) return false;
+    if (inherited == UIEdgeInsets{} && storage.safeArea == inherited && storage.host.expired()) return false;
     const CGRect outer = superview_->bounds();
     const CGRect inner = frame();
     // A screen that slides out keeps what it had, or its content would jump on the way.
     if (!inner.isEmpty() && !outer.isEmpty() && !outer.intersects(inner)) return false;
     insets = overlap(inherited, outer, inner);
-  } else if (const auto* window = dynamic_cast<const UIWindow*>(this)) {
-    insets = windowInsets(*window);
+  } else if (storage.window) {  // in a window and in no view: the window itself
+    insets = windowInsets(*this);
   }
-  const Ref<UIViewController> controller = storage.viewController.lock();
-  if (controller) {
-    const UIEdgeInsets extra = controller->safeAreaContribution();
+  const Ref<RootViewHost> host = storage.host.lock();
+  if (host) {
+    const UIEdgeInsets extra = host->safeAreaContribution();
     insets = {insets.top + extra.top, insets.left + extra.left, insets.bottom + extra.bottom,
               insets.right + extra.right};
   }
   if (insets == storage.safeArea) return false;
   storage.safeArea = insets;
-  ViewLayout::didChangeSafeArea(*this);
+  LayoutHost::shared().didChangeSafeArea(*this);
   safeAreaInsetsDidChange();
-  if (controller) controller->viewSafeAreaInsetsDidChange();
+  if (host) host->viewSafeAreaInsetsDidChange();
   setNeedsLayout();
   return true;
 }

@@ -1,11 +1,8 @@
 #include <algorithm>
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/application/UIWindow.h"
-#include "platform/uikit/constraints/ViewLayout.h"
-#include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/touch/GestureEnvironment.h"
 #include "platform/uikit/touch/TouchDispatcher.h"
+#include "platform/uikit/views/LayoutHost.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The tree: who is in whom, who is in which window. Trees may be of any depth, so nothing here recurses.
@@ -33,7 +30,7 @@ UIView::~UIView() {
   if (isFirst) orphans = &own;
   for (Ref<UIView>& child : subviews_) {
     if (child.use_count() > 1) {
-      ViewLayout::willLeaveSuperview(*child);
+      LayoutHost::shared().willLeaveSuperview(*child);
       hierarchyChanged();
     }
     child->superview_ = nullptr;
@@ -55,10 +52,9 @@ UIView::~UIView() {
 Ref<UIView> UIView::superview() const { return shared(superview_); }
 const std::vector<Ref<UIView>>& UIView::subviews() const { return subviews_; }
 
-Ref<UIWindow> UIView::window() const {
-  UIWindow* const window = storage_->window;
-  return window ? std::static_pointer_cast<UIWindow>(window->weak_from_this().lock()) : nullptr;
-}
+Ref<UIWindow> UIView::window() const { return storage_->window ? storage_->window->hostWindow() : nullptr; }
+
+Ref<UIView> UIView::windowView() const { return storage_->window ? storage_->window->hostWindowView() : nullptr; }
 
 bool UIView::isDescendantOfView(const UIView* view) const {
   const UIView* at = this;
@@ -95,13 +91,13 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t index) {
   }
 
   const Ref<UIWindow> newWindow = window();
-  const bool changesWindow = keeper->storage_->window != newWindow.get();
+  const bool changesWindow = keeper->storage_->window != storage_->window;
   if (const Ref<UIView> old = keeper->superview()) old->willRemoveSubview(keeper);
   keeper->willMoveToSuperview(newSuperview);
   if (changesWindow) keeper->announceWindow(newWindow);
   keeper->detach();
   keeper->moveInto(*this, index);
-  ViewLayout::didEnterSuperview(*keeper);
+  LayoutHost::shared().didEnterSuperview(*keeper);
   keeper->enterWindow(storage_->window);
   keeper->updateSafeAreaInsets();
   keeper->didMoveToSuperview();
@@ -183,7 +179,7 @@ void UIView::detach() {
   if (!old) return;
   hierarchyChanged();
   const Ref<UIView> keeper = self();
-  ViewLayout::willLeaveSuperview(*this);
+  LayoutHost::shared().willLeaveSuperview(*this);
   superview_ = nullptr;
   std::erase(old->subviews_, keeper);
   old->noteSubviewsChanged();
@@ -235,12 +231,12 @@ std::vector<Ref<UIView>> wholeTree(const Ref<UIView>& root) {
 void UIView::announceWindow(const Ref<UIWindow>& window) {
   for (const Ref<UIView>& view : wholeTree(self())) {
     view->willMoveToWindow(window);
-    if (const Ref<UIViewController> controller = view->viewController()) controller->viewWillMoveToWindow(window);
+    if (const Ref<RootViewHost> host = view->storage_->host.lock()) host->viewWillMoveToWindow(window);
   }
 }
 
 /// Makes the window that of the whole tree below, and lets touches, gestures and editing go that belonged to the old.
-void UIView::enterWindow(UIWindow* window) {
+void UIView::enterWindow(WindowHost* window) {
   if (storage_->window == window) return;
   const bool leaves = storage_->window != nullptr;
   const std::vector<Ref<UIView>> views = wholeTree(self());
@@ -249,9 +245,7 @@ void UIView::enterWindow(UIWindow* window) {
     if (view->storage_->window != window) continue;  // moved on by a hook below
     if (leaves) view->leaveWindow();
     view->didMoveToWindow();
-    if (const Ref<UIViewController> controller = view->viewController()) {
-      controller->viewDidMoveToWindow(view->window());
-    }
+    if (const Ref<RootViewHost> host = view->storage_->host.lock()) host->viewDidMoveToWindow(view->window());
   }
 }
 
@@ -259,7 +253,7 @@ void UIView::leaveWindow() {
   TouchDispatcher::shared().viewLeftWindow(*this);
   const auto recognizers = storage_->gestureRecognizers;
   for (const Ref<UIGestureRecognizer>& recognizer : recognizers) GestureEnvironment::shared().stop(recognizer);
-  if (isFirstResponder()) UIApplication::shared().dropFirstResponder();
+  if (isFirstResponder()) dropFirstResponder();
 }
 
 void UIView::willMoveToSuperview(const Ref<UIView>&) {}

@@ -17,9 +17,12 @@ namespace lumicor::test {
 struct CartScreen : Object<CartScreen, UIViewController> {
   Ref<UINavigationController> navigationController() const override;
   void prepareForSegue(Ref<UIStoryboardSegue>, Ref<NSObject> sender) override { segueSender = sender; }
+  void performSegue(const std::string& identifier, const Ref<NSObject>& sender) override;
   mutable int lookups = 0;
   Weak<NSObject> segueSender;  ///< the screen itself: it must not hold itself
   std::function<void()> onLookup;
+  std::string ownSegue;  ///< performed without being registered
+  int ownSeguesPerformed = 0;
 };
 
 /// A host's delegate, data source and target in one: it writes down what it hears.

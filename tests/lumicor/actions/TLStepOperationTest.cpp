@@ -334,6 +334,16 @@ TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
   RunLoop::advance(1);  // the screen has slid in: nothing holds the two any more
 }
 
+TEST_F(CellStepTest, AsksAScreenThatPerformsItsSeguesItselfToo) {
+  goods_->prefix = "tea SegueIdentifier-row ";
+  screen_->ownSegue = "row 1";
+  addTable();
+  EXPECT_EQ(perform(step("tea SegueIdentifier-row 1")), done);
+  EXPECT_EQ(perform(step("tea SegueIdentifier-row 2")), done) << "one that it does not know either is passed over";
+  EXPECT_EQ(screen_->ownSeguesPerformed, 1);
+  EXPECT_EQ(screen_->segueSender.lock(), screen_);
+}
+
 // ---- Tabs
 
 TEST_F(StepOperationTest, SelectsATabByItsNumber) {
@@ -378,6 +388,37 @@ TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
   button->setTitle("Also", UIControlState::normal);
   EXPECT_EQ(perform(step("add")), done) << "the title of a button of the same name is forgotten";
   EXPECT_EQ(host_->heard.size(), 2U);
+}
+
+/// A container whose screens' bars leave their actions to whoever up the responder chain takes them.
+struct TakingNavigation : Object<TakingNavigation, UINavigationController> {
+  std::vector<std::string> heard;
+  void take(Ref<NSObject> sender) { heard.push_back(sender->isa().name()); }
+  static void exportMethods(MethodTable<TakingNavigation>& table) { table.add<&TakingNavigation::take>("take:"); }
+};
+
+TEST_F(StepOperationTest, SendsAnActionWithoutATargetUpTheResponderChainAsAFingerDoes) {
+  const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, nullptr, sel("take:"));
+  item->setAccessibilityIdentifier("add");
+  const auto control = make<UIButton>();
+  control->addTarget(nullptr, sel("take:"), UIControlEvents::touchUpInside);
+  control->addTarget(nullptr, sel("nobody takes:"), UIControlEvents::touchUpInside);
+  const auto filter = make<UIBarButtonItem>(control);
+  filter->setAccessibilityIdentifier("filter");
+  screen_->navigationItem()->setRightBarButtonItems({item, filter});
+  const auto navigation = make<TakingNavigation>(screen_);
+  show(navigation);
+
+  as<UIControl>(item->view())->sendActionsForControlEvents(UIControlEvents::touchUpInside);
+  control->sendActionsForControlEvents(UIControlEvents::touchUpInside);
+  EXPECT_THAT(navigation->heard, ElementsAre("UIBarButtonItem", "UIButton")) << "what a finger does";
+  EXPECT_EQ(perform(step("add")), done);
+  EXPECT_EQ(perform(step("filter")), done);
+  EXPECT_THAT(navigation->heard, ElementsAre("UIBarButtonItem", "UIButton", "UIBarButtonItem", "UIButton"));
+
+  item->setTarget(make<Host>());  // dies at once: an action for it is not one for the chain
+  EXPECT_EQ(perform(step("add")), done);
+  EXPECT_EQ(navigation->heard.size(), 4U);
 }
 
 TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {

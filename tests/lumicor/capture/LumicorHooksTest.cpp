@@ -32,6 +32,10 @@ struct DetailScreen : HostScreen<DetailScreen> {};
 /// A container by its name: such screens are passed over.
 struct MyUINavigationHelper : HostScreen<MyUINavigationHelper> {};
 
+/// Containers that a host made its own, by names that are no container's.
+struct ShopNav : Object<ShopNav, UINavigationController> {};
+struct ShopTabs : Object<ShopTabs, UITabBarController> {};
+
 class LumicorHooksTest : public SessionTest {
  protected:
   LumicorHooksTest() {
@@ -77,6 +81,7 @@ TEST_F(LumicorHooksTest, CallsThroughToWhateverThePlatformsMethodsAre) {
     }
   };
   exchangeAll();
+  reached.clear();
   const auto home = make<HomeScreen>();
   home->viewDidAppear(false);
   home->viewWillDisappear(false);
@@ -104,6 +109,42 @@ TEST_F(LumicorHooksTest, PassesContainersOver) {
   RunLoop::advance(1);
   EXPECT_EQ(current(), home);
   EXPECT_EQ(Lumicor::shared().getCurrentView(), "HomeScreen");
+}
+
+TEST_F(LumicorHooksTest, LeavesTheScreenInFrontOfContainersThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto detail = make<DetailScreen>();
+  const auto tabs = make<ShopTabs>();
+  tabs->setViewControllers({make<ShopNav>(home), make<ShopNav>(detail)});
+  appear(tabs);
+  EXPECT_EQ(current(), home);
+  EXPECT_THAT(views_, ElementsAre("ShopTabs", "ShopNav", "HomeScreen")) << "the containers come first";
+  tabs->setSelectedIndex(1);
+  EXPECT_EQ(current(), detail);
+
+  const auto modal = make<HomeScreen>();
+  detail->presentViewController(make<ShopNav>(modal), true);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), modal);
+  modal->dismissViewController(true);
+  RunLoop::advance(3);
+  EXPECT_EQ(current(), detail);
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "DetailScreen");
+}
+
+TEST_F(LumicorHooksTest, LeavesTheScreenInFrontAfterASegueToAContainerThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto detail = make<DetailScreen>();
+  appear(home);
+  home->registerSegue("more", UIViewController::SegueKind::present, [&] { return make<ShopNav>(detail); });
+  home->performSegue("more", home);
+  EXPECT_EQ(Lumicor::shared().getCurrentSegueController(), home);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), detail);
+  EXPECT_FALSE(Lumicor::shared().getCurrentSegueController()) << "it has arrived";
+  RunLoop::advance(5);
+  EXPECT_EQ(current(), detail);
+  EXPECT_THAT(views_, ElementsAre("HomeScreen", "ShopNav", "DetailScreen"));
 }
 
 TEST_F(LumicorHooksTest, GoesBackToTheScreenBehindASecondAfterAPopOrADismissal) {

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
+#include <thread>
 
 #include "lumicor/core/LumicorDebugHelper.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/network/LumicorNetworkTask.h"
+#include "platform/dispatch/BackgroundActivity.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/UserDefaults.h"
@@ -163,6 +165,18 @@ TEST_F(GetStepsTest, StopsAtAReplyThatDoesNotSayWhatItIs) {
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"answer":"x"}})"), "fatal error: .*isAction");
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"isAction":"1"}})"), "fatal error: .*isAction");
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"isAction":null}})"), "fatal error: .*isAction");
+  EXPECT_DEATH(
+      {
+        StubService service;
+        service.answer("/sdk/steps/get", json(R"({"status_code":200,"data":{"answer":"x"}})"));
+        DispatchQueue::main().async([] {
+          LumicorNetworkTask::getSteps("q", [](const auto&) {});
+          while (BackgroundActivity::count() > 0) std::this_thread::yield();  // the reply is read meanwhile
+          std::fputs("the main thread goes on\n", stderr);
+        });
+        RunLoop::settle();
+      },
+      "the main thread goes on\nfatal error: .*isAction");
 }
 
 // ---- Chat history

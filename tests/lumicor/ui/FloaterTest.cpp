@@ -42,6 +42,26 @@ TEST_F(Floater, FadesInAndOutAndIgnoresTheValueItHas) {
   EXPECT_EQ(button()->superview(), window());
 }
 
+TEST_F(Floater, StaysWhenItIsHiddenAndShownAgainQuickly) {
+  for (const double meanwhile : {0.0, 0.1, 0.29}) {
+    SCOPED_TRACE(meanwhile);
+    button()->setShow(false);
+    if (meanwhile > 0) pass(meanwhile);
+    button()->setShow(true);
+    pass(1);
+    EXPECT_EQ(button()->superview(), window());
+    EXPECT_EQ(button()->alpha(), 1);
+    EXPECT_EQ(button()->layer()->presentationLayer()->opacity(), 1);
+  }
+  button()->setShow(false);
+  pass(0.1);
+  button()->setShow(true);
+  pass(0.1);
+  button()->setShow(false);
+  pass(1);
+  EXPECT_EQ(button()->superview(), nullptr);
+}
+
 TEST_F(Floater, OpensTheChatOnATapAndComesBackWhenItCloses) {
   tap(button());
   pass(1);
@@ -128,6 +148,38 @@ TEST_F(Floater, LeavesTheHostsNavigationDelegateInTheKnow) {
   navigation_->popViewControllerAnimated(false);
   pass(1);
   EXPECT_EQ(watcher->shown, 2);
+}
+
+TEST_F(Floater, GivesTheHostsNavigationDelegateBackAfterTheChat) {
+  const auto watcher = make<NavigationWatcher>();
+  for (const bool animated : {true, false}) {
+    navigation_->setDelegate(watcher);
+    tap(button());
+    pass(1);
+    EXPECT_TRUE(chatIsOpen());
+    EXPECT_NE(navigation_->delegate(), watcher) << "the chat closes with a transition of its own";
+    navigation_->popViewControllerAnimated(animated);
+    pass(2);
+    EXPECT_FALSE(chatIsOpen());
+    EXPECT_EQ(navigation_->delegate(), watcher);
+    button()->setShow(true);
+    pass(1);
+  }
+  EXPECT_EQ(watcher->shown, 4);
+}
+
+TEST_F(Floater, GivesTheHostsNavigationDelegateBackWhenTheChatOpensElsewhere) {
+  const auto watcher = make<NavigationWatcher>();
+  navigation_->setDelegate(watcher);
+  TLFloaterManager::shared().overrideNavigationDelegate();
+  EXPECT_NE(navigation_->delegate(), watcher);
+  const auto other = make<UINavigationController>(make<test::PlainScreen>());
+  tabs_->setViewControllers({navigation_, other});
+  tabs_->setSelectedIndex(1);
+  tap(button());
+  pass(1);
+  EXPECT_EQ(other->topViewController(), chat());
+  EXPECT_EQ(navigation_->delegate(), watcher);
 }
 
 }  // namespace
