@@ -1,7 +1,7 @@
 #include "lumicor/screen/LumicorElementsTask.h"
 
+#include <array>
 #include <optional>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "lumicor/core/Lumicor.h"
@@ -44,24 +44,33 @@ void appendElement(std::vector<LumicroElement>& elements, std::string&& identifi
 }
 
 /// Which screen views belong to, for as long as no tree changes: what lies inside a view whose screen is known is
-/// answered by that view.
+/// answered by that view. A few are remembered, the latest.
 class OwningScreens {
  public:
   /// The class name of the view's screen, or none.
   const std::string* nameFor(UIView& view) {
-    if (changes_ != UIView::hierarchyChanges()) known_.clear();
+    if (changes_ != UIView::hierarchyChanges()) known_ = {};
     changes_ = UIView::hierarchyChanges();
     passed_.clear();
     if (view.answersAsItIs()) passed_.push_back(&view);
     const std::string* const name = search(view.nextResponder());
-    for (const UIResponder* const responder : passed_) known_[responder] = name;
+    // The nearest last: the next one who asks is likely to be inside it.
+    for (auto at = passed_.rbegin(); at != passed_.rend(); ++at) place(*at) = {*at, name};
     return name;
   }
 
  private:
+  struct Known {
+    const UIResponder* view = nullptr;
+    const std::string* name = nullptr;
+  };
+  Known& place(const UIResponder* view) {
+    return known_[(reinterpret_cast<std::uintptr_t>(view) >> 6) % known_.size()];
+  }
+
   const std::string* search(Ref<UIResponder> at) {
     for (; at; at = at->nextResponder()) {
-      if (const auto found = known_.find(at.get()); found != known_.end()) return found->second;
+      if (const Known& known = place(at.get()); known.view == at.get()) return known.name;
       const auto* const view = dynamic_cast<const UIView*>(at.get());
       const auto* const controller = view ? nullptr : dynamic_cast<const UIViewController*>(at.get());
       if (controller && !dynamic_cast<const UINavigationController*>(controller)) {
@@ -76,7 +85,7 @@ class OwningScreens {
     return nullptr;
   }
 
-  std::unordered_map<const UIResponder*, const std::string*> known_;
+  std::array<Known, 61> known_;
   std::vector<const UIResponder*> passed_;
   std::uint64_t changes_ = 0;
 };

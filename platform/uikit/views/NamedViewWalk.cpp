@@ -16,20 +16,26 @@ void fetch(const void* object) {
 
 }  // namespace
 
-/// Has the memory sent for that the views to come will need: of the third its layer and its list of subviews, of the
-/// second the first subview with a name, of the next one that subview's layer and name.
-void NamedViewWalk::lookAhead() const {
+/// Has the memory sent for that will be needed soon: of the view that is visited now its first subview with a name; of
+/// those that wait, the third's layer and list of subviews, the second's first subview with a name, and the next one's
+/// first such subview's layer and name.
+void NamedViewWalk::lookAhead(const UIView& visited) const {
   const auto firstNamed = [](const UIView& view) -> const UIView* {
     const bool isCertain = view.namesBelow_ != 0 && view.namesBelow_ < UIView::namesUncertain;
     if (!isCertain || view.subviews_.size() > UIView::nameGroups) return nullptr;
     return view.subviews_[static_cast<std::size_t>(std::countr_zero(view.namesBelow_))].get();
   };
+  if (const UIView* const named = firstNamed(visited)) fetch(named);
   const std::size_t left = pending_.size();
-  if (left < 3) return;
-  const UIView& third = *pending_[left - 3];
-  fetch(third.layer_.get());
-  if (third.namesBelow_ != 0) __builtin_prefetch(third.subviews_.data());
-  if (const UIView* const named = firstNamed(*pending_[left - 2])) fetch(named);
+  if (left == 0) return;
+  if (left >= 3) {
+    const UIView& third = *pending_[left - 3];
+    fetch(third.layer_.get());
+    if (third.namesBelow_ != 0) __builtin_prefetch(third.subviews_.data());
+  }
+  if (left >= 2) {
+    if (const UIView* const named = firstNamed(*pending_[left - 2])) fetch(named);
+  }
   if (const UIView* const named = firstNamed(*pending_[left - 1])) {
     fetch(named->layer_.get());
     __builtin_prefetch(named->accessibilityIdentifier_.get());
@@ -43,7 +49,7 @@ UIView* NamedViewWalk::next() {
   while (!pending_.empty() && !isCutShort()) {
     UIView& view = *pending_.back();
     pending_.pop_back();
-    lookAhead();
+    lookAhead(view);
     if (view.answersAsItIs()) {
       name_ = view.accessibilityIdentifier_.get();
     } else {

@@ -26,7 +26,7 @@ class NamedViewWalk {
  private:
   /// Puts what lies in the view, and may hold names, on top of what is to be visited.
   void open(UIView& view);
-  void lookAhead() const;
+  void lookAhead(const UIView& view) const;
 
   std::uint64_t changes_ = UIView::hierarchyChanges();
   std::vector<UIView*> pending_;
