@@ -6,12 +6,15 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWindow>
+#include <gmock/gmock.h>
 
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/engine/Engine.h"
 #include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/lists/UIScrollView.h"
 #include "platform/uikit/text/UITextField.h"
 
