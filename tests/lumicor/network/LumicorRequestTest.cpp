@@ -154,12 +154,14 @@ TEST_F(LumicorRequestTest, TreatsAnEndpointThatFormsNoAddressAsAFailure) {
 }
 
 TEST(GoodReply, IsTheIntegerTwoHundredWithAnObjectForItsData) {
-  for (const char* bad : {"{}", R"({"statusCode":"200"})", R"({"statusCode":200.0})", R"({"statusCode":true})",
+  for (const char* bad : {"{}", R"({"statusCode":"200"})", R"({"statusCode":200.5})", R"({"statusCode":true})",
                           R"({"statusCode":201})", R"({"status_code":200})", R"({"statusCode":null})"}) {
     EXPECT_FALSE(isGoodReply(json(bad))) << bad;
   }
   EXPECT_FALSE(isGoodReply(std::nullopt));
   EXPECT_TRUE(isGoodReply(json(R"({"status_code":200})"), "status_code"));
+  EXPECT_TRUE(isGoodReply(json(R"({"statusCode":200.0})"))) << "a whole number, however it is written";
+  EXPECT_TRUE(isGoodReply(json(R"({"statusCode":2e2})")));
   EXPECT_FALSE(goodReplyData(json(R"({"statusCode":200,"data":[]})")));
   EXPECT_FALSE(goodReplyData(json(R"({"statusCode":201,"data":{}})")));
   EXPECT_TRUE(goodReplyData(json(R"({"statusCode":200,"data":{}})")));
