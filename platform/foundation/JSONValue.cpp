@@ -1,10 +1,12 @@
 #include "platform/foundation/JSONValue.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 
-#include "platform/foundation/JSONParser.h"
+#include "platform/foundation/JSONReader.h"
+#include "platform/foundation/JSONRefusal.h"
 #include "platform/foundation/JSONWriter.h"
 #include "platform/runtime/FatalError.h"
 
@@ -43,45 +45,112 @@ void joinEqualNames(JSONValue::Object& members) {
   members = std::move(joined);
 }
 
-JSONValue valueOf(const simdjson::dom::element& element);
+/// Builds a value in one pass over its document. What stands in containers that are not at their end waits in two lists
+/// which all of them share, so that each is made at once in its final size.
+class Builder {
+ public:
+  explicit Builder(std::string_view bytes) : reader_(bytes) {}
 
-JSONValue valueOf(const simdjson::dom::array& source) {
-  JSONValue::Array elements;
-  elements.reserve(source.size());
-  for (const simdjson::dom::element element : source) elements.push_back(valueOf(element));
-  return JSONValue::array(std::move(elements));
-}
-
-JSONValue valueOf(const simdjson::dom::object& source) {
-  JSONValue::Object members;
-  members.reserve(source.size());
-  for (const auto& [name, element] : source) members.emplace_back(std::string(name), valueOf(element));
-  return JSONValue::object(std::move(members));
-}
-
-/// Recursion is bounded: the parser refuses what is nested more deeply than maximumDepth.
-JSONValue valueOf(const simdjson::dom::element& element) {
-  using simdjson::dom::element_type;
-  switch (element.type()) {
-    case element_type::ARRAY:
-      return valueOf(simdjson::dom::array(element));
-    case element_type::OBJECT:
-      return valueOf(simdjson::dom::object(element));
-    case element_type::STRING:
-      return JSONValue(std::string_view(element));
-    case element_type::INT64:
-      return JSONValue(std::int64_t(element));
-    case element_type::UINT64:
-      return JSONValue(static_cast<double>(std::uint64_t(element)));
-    case element_type::DOUBLE:
-      return JSONValue(double(element));
-    case element_type::BOOL:
-      return JSONValue(bool(element));
-    case element_type::NULL_VALUE:
-      break;
+  bool build(JSONValue& value) {
+    return detail::isAtEnd(reader_, read(detail::skipSpace(reader_, reader_.begin), value));
   }
-  return {};
-}
+
+ private:
+  using Place = detail::Place;
+
+  Place read(Place at, JSONValue& value) {
+    if (at == reader_.end) return nullptr;
+    switch (*at) {
+      case '{':
+        return readContainer(at + 1, value, &Builder::readMembers);
+      case '[':
+        return readContainer(at + 1, value, &Builder::readElements);
+      case '"': {
+        std::string text;
+        at = detail::read(reader_, at, text);
+        if (at) value = JSONValue(std::move(text));
+        return at;
+      }
+      case 't':
+      case 'f': {
+        bool boolean = false;
+        at = detail::read(reader_, at, boolean);
+        value = JSONValue(boolean);
+        return at;
+      }
+      case 'n':
+        return detail::readWord(reader_, at, "null");
+      default: {
+        detail::Number number{};
+        at = detail::readNumber(reader_, at, number);
+        value = number.integer ? JSONValue(*number.integer) : JSONValue(number.wide);
+        return at;
+      }
+    }
+  }
+
+  /// Recursion is bounded by the depth that values may have.
+  Place readContainer(Place at, JSONValue& value, Place (Builder::*readInside)(Place, JSONValue&)) {
+    if (reader_.depth == JSONValue::maximumDepth) return nullptr;
+    ++reader_.depth;
+    at = (this->*readInside)(detail::skipSpace(reader_, at), value);
+    --reader_.depth;
+    return at;
+  }
+
+  /// Behind the comma or the closing bracket that comes next; `isLast` tells which it was.
+  Place readSeparator(Place at, char closing, bool& isLast) {
+    at = detail::skipSpace(reader_, at);
+    if (at == reader_.end || (*at != ',' && *at != closing)) return nullptr;
+    isLast = *at == closing;
+    return isLast ? at + 1 : detail::skipSpace(reader_, at + 1);
+  }
+
+  Place readElements(Place at, JSONValue& value) {
+    const std::size_t before = elements_.size();
+    bool isLast = at != reader_.end && *at == ']';
+    if (isLast) ++at;
+    while (at && !isLast) {
+      JSONValue element;
+      at = read(at, element);
+      if (!at) return nullptr;
+      elements_.push_back(std::move(element));
+      at = readSeparator(at, ']', isLast);
+    }
+    value = JSONValue::array(taken(elements_, before));
+    return at;
+  }
+
+  Place readMembers(Place at, JSONValue& value) {
+    const std::size_t before = members_.size();
+    bool isLast = at != reader_.end && *at == '}';
+    if (isLast) ++at;
+    while (at && !isLast) {
+      std::string_view name;
+      at = detail::readKey(reader_, at, name);
+      if (!at) return nullptr;
+      JSONValue::Member member(name, nullptr);
+      at = read(at, member.second);
+      if (!at) return nullptr;
+      members_.push_back(std::move(member));
+      at = readSeparator(at, '}', isLast);
+    }
+    value = JSONValue::object(taken(members_, before));
+    return at;
+  }
+
+  template <class T>
+  static std::vector<T> taken(std::vector<T>& list, std::size_t from) {
+    const auto begin = list.begin() + static_cast<std::ptrdiff_t>(from);
+    std::vector<T> all(std::make_move_iterator(begin), std::make_move_iterator(list.end()));
+    list.erase(begin, list.end());
+    return all;
+  }
+
+  detail::JSONReader reader_;
+  JSONValue::Array elements_;
+  JSONValue::Object members_;
+};
 
 /// About as many bytes as writing takes, so that the text is written into one piece of memory.
 std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
@@ -100,41 +169,41 @@ std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
   return value.isNull() || value.asBool() ? sizeof "false" : number;
 }
 
-void write(JSONWriter& writer, const JSONValue& value, std::size_t depth) {
+char* write(JSONWriter& writer, char* at, const JSONValue& value, std::size_t depth) {
   switch (value.kind()) {
     case JSONValue::Kind::null:
-      return writer.null();
+      return writer.literal(at, "null");
     case JSONValue::Kind::boolean:
-      return writer.boolean(*value.asBool());
+      return writer.boolean(at, *value.asBool());
     case JSONValue::Kind::integer:
-      return writer.integer(*value.asInteger());
+      return writer.integer(at, *value.asInteger());
     case JSONValue::Kind::number:
-      return writer.number(*value.asDouble());
+      return writer.number(at, *value.asDouble());
     case JSONValue::Kind::string:
-      return writer.string(*value.asString());
+      return writer.string(at, *value.asString());
     case JSONValue::Kind::array:
     case JSONValue::Kind::object:
       break;
   }
-  if (depth >= JSONValue::maximumDepth) return writer.fail();
+  if (depth >= JSONValue::maximumDepth) {
+    writer.fail();
+    return at;
+  }
   if (const JSONValue::Array* const elements = value.asArray()) {
-    char before = '[';
+    std::string_view before = "[";
     for (const JSONValue& element : *elements) {
-      writer.character(before);
-      before = ',';
-      write(writer, element, depth + 1);
+      at = write(writer, writer.literal(at, before), element, depth + 1);
+      before = ",";
     }
-    return writer.literal(before == '[' ? "[]" : "]");
+    return writer.literal(at, elements->empty() ? "[]" : "]");
   }
-  char before = '{';
+  std::string_view before = "{";
   for (const auto& [name, member] : *value.asObject()) {
-    writer.character(before);
-    before = ',';
-    writer.string(name);
-    writer.character(':');
-    write(writer, member, depth + 1);
+    at = writer.string(writer.literal(at, before), name);
+    at = write(writer, writer.literal(at, ":"), member, depth + 1);
+    before = ",";
   }
-  writer.literal(before == '{' ? "{}" : "}");
+  return writer.literal(at, before == "{" ? "{}" : "}");
 }
 
 }  // namespace
@@ -184,8 +253,9 @@ std::optional<bool> JSONValue::asBool() const {
 }
 
 std::optional<std::int64_t> JSONValue::asInteger() const {
-  const std::int64_t* const value = std::get_if<std::int64_t>(&content_);
-  return value ? std::optional(*value) : std::nullopt;
+  if (const std::int64_t* const value = std::get_if<std::int64_t>(&content_)) return *value;
+  const double* const value = std::get_if<double>(&content_);
+  return value ? detail::wholeNumber(*value) : std::nullopt;
 }
 
 std::optional<double> JSONValue::asDouble() const {
@@ -223,25 +293,17 @@ JSONValue& JSONValue::append(JSONValue value) {
 }
 
 Result<JSONValue> JSONValue::parse(std::string_view bytes) {
-  if (std::string reason = detail::reasonNotToParse(bytes); !reason.empty()) return Failure{std::move(reason)};
-  detail::JSONParser& parser = detail::JSONParser::ofThisThread();
-  if (const auto error = parser.makeRoom(bytes.size())) return Failure{detail::sentenceFor(error)};
-  const simdjson::padded_string_view padded = parser.padded(bytes);
-  simdjson::dom::element document;
-  if (const auto error = parser.values.parse(padded.data(), padded.size(), false).get(document)) {
-    parser.shrink();
-    return Failure{detail::sentenceFor(error)};
-  }
-  JSONValue value = valueOf(document);
-  parser.shrink();
-  return value;
+  if (bytes.size() > maximumBytes) return Failure{"the JSON document is too long"};
+  JSONValue value;
+  if (Builder(bytes).build(value)) return value;
+  return Failure{detail::reasonForRefusal(bytes)};
 }
 
 Result<Data> JSONValue::encode() const {
   JSONWriter writer(expectedBytes(*this, 0) + 16);
-  write(writer, *this, 0);
+  char* const end = write(writer, writer.start(), *this, 0);
   if (writer.hasFailed()) return Failure{"a number that is not finite, or too much nesting, cannot be written as JSON"};
-  return writer.finish();
+  return writer.finish(end);
 }
 
 }  // namespace platform
