@@ -1,24 +1,11 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <iterator>
-#include <map>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
-#include <type_traits>
 #include <utility>
-#include <vector>
 
-#include "platform/foundation/JSONValue.h"
-#include "platform/foundation/JSONWriter.h"
-#include "platform/foundation/RawValues.h"
-#include "platform/foundation/RecordReader.h"
+#include "platform/foundation/RecordReading.h"
+#include "platform/foundation/RecordWriting.h"
 #include "platform/foundation/Result.h"
 
 // Records: plain values that say once which fields they have, in wire order, and are read and written by that.
@@ -38,38 +25,6 @@
 // then fills in. Reading is strict: every key must be there with a value of its type; null is none; an integer is a
 // whole number in whatever form (7, 7.0, 70e-1) that fits; keys that are not known are passed over.
 // Optional fields are not offered: a record is whole or it is not there.
-
-namespace platform {
-
-/// One field of a record: its key and the member that holds it.
-template <class Owner, class Value>
-struct Field {
-  using Member = Value;
-  using Type = std::remove_const_t<Value>;
-  std::string_view name;
-  Value Owner::*member;
-};
-
-/// Keys are written as they stand, so they are made of characters that need no escaping.
-template <class Owner, class Value>
-consteval Field<Owner, Value> field(std::string_view name, Value Owner::*member) {
-  if (name.size() > 200) throw "a key has at most 200 characters";
-  for (const char c : name) {
-    if (c < ' ' || c > '~' || c == '"' || c == '\\') throw "a key may hold printable ASCII without quotes only";
-  }
-  return {name, member};
-}
-
-template <class T>
-concept Record = requires {
-  T::fields();
-};
-
-}  // namespace platform
-
-#include "platform/foundation/RecordCoding.h"
-#include "platform/foundation/RecordReading.h"
-#include "platform/foundation/RecordWriting.h"
 
 namespace platform {
 

@@ -1,6 +1,20 @@
 #pragma once
 
-// What the fields of records may be, for Record.h alone.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "platform/foundation/RawValues.h"
+#include "platform/foundation/RecordField.h"
+
+// What the fields of records may be; a part of Record.h.
 
 namespace platform::detail {
 

@@ -1,6 +1,13 @@
 #pragma once
 
-// How records are read, for Record.h alone.
+#include <cstring>
+#include <optional>
+
+#include "platform/foundation/JSONValue.h"
+#include "platform/foundation/RecordCoding.h"
+#include "platform/foundation/RecordReader.h"
+
+// How records are read; a part of Record.h.
 
 namespace platform::detail {
 

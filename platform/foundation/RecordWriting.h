@@ -1,6 +1,13 @@
 #pragma once
 
-// How records are written, for Record.h alone.
+#include <algorithm>
+#include <cstring>
+
+#include "platform/foundation/JSONValue.h"
+#include "platform/foundation/JSONWriter.h"
+#include "platform/foundation/RecordCoding.h"
+
+// How records are written; a part of Record.h.
 
 namespace platform::detail {
 
