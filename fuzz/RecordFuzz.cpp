@@ -1,10 +1,10 @@
 #include "fuzz/RecordAgreement.h"
-#include "lumicor/actions/TLAction.h"
-#include "lumicor/actions/TLDefaults.h"
+#include "lumicor/core/TLAction.h"
 #include "lumicor/core/TLChatMessage.h"
+#include "lumicor/core/TLDefaults.h"
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/network/LumicorConfiguration.h"
 #include "lumicor/screen/LumicorSnapshot.h"
-#include "lumicor/ui/TLLayout.h"
 
 namespace fuzz {
 

@@ -1,5 +1,7 @@
 #include "lumicor/network/LumicorInitTask.h"
 
+#include <utility>
+
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/network/LumicorConfiguration.h"
@@ -36,7 +38,9 @@ void LumicorInitTask::execute() const {
   DispatchQueue::global(QOS::userInteractive).async([] {
     LumicorUserDefaults::store();  // its files are read here, before main asks for them
     LumicorNetworkTask::requestConfiguration([](const JSONValue& data) -> LumicorNetworkTask::Apply {
-      return [configuration = LumicorConfiguration::read(data)](const JSONValue&) { configuration.apply(); };
+      return [configuration = LumicorConfiguration::read(data)](const JSONValue&) mutable {
+        std::move(configuration).apply();
+      };
     });
   });
 }

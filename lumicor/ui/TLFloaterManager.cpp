@@ -76,9 +76,14 @@ void TLFloaterManager::show() {
   bottomCloseView_->setFrame(closeTargetFrame(false));
   if (const auto window = keyWindow()) window->addSubview(bottomCloseView_);
   floaterMoveEvents();
-  chatViewController_ = make<TLChatViewController>();
+  setChatViewController(make<TLChatViewController>());
   chatViewController_->layoutData = layoutData_;
   overrideNavigationDelegate();
+}
+
+void TLFloaterManager::setChatViewController(Ref<TLChatViewController> chat) {
+  chatViewController_ = std::move(chat);
+  TLChatScreen::setCurrent(chatViewController_);
 }
 
 void TLFloaterManager::floaterMoveEvents() {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/TLFloaterView.h"
-#include "lumicor/ui/TLLayout.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor {
@@ -26,7 +26,8 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   const TLLayout& layoutData() const { return layoutData_; }
   void setLayoutData(TLLayout layoutData) { layoutData_ = std::move(layoutData); }
   const Ref<TLChatViewController>& chatViewController() const { return chatViewController_; }
-  void setChatViewController(Ref<TLChatViewController> chat) { chatViewController_ = std::move(chat); }
+  /// It is the chat that requests are answered in from here on.
+  void setChatViewController(Ref<TLChatViewController> chat);
 
   /// Makes a new button, still invisible (see TLFloaterView::setShow), and a new chat screen.
   void show();

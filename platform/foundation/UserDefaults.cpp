@@ -149,6 +149,7 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
 
   bool write() {
     const std::lock_guard writing(disk);
+    if (isClosed) return true;
     std::map<std::string, std::optional<Value>> changes;
     {
       const std::lock_guard lock(memory);
@@ -169,6 +170,13 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
       unwritten.emplace(key, std::move(value));  // tried again with the next change, unless that is a newer one
     }
     return isComplete;
+  }
+
+  /// Writes what can be written for the last time; a write that still waits in the queue leaves the disk alone.
+  void close() {
+    write();
+    const std::lock_guard writing(disk);
+    isClosed = true;
   }
 
   std::optional<Value> find(std::string_view key, Type type) const {
@@ -192,6 +200,7 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
   std::set<std::string> written;
   std::map<std::string, std::string> told;  // the last failure of a file, which is told once
   bool isFolderUnknown = false;
+  bool isClosed = false;
 
   std::mutex telling;
   std::vector<std::string> reports;
@@ -219,13 +228,13 @@ UserDefaults& UserDefaults::standard() { return standardIn(&usualDirectory); }
 void UserDefaults::setStandardDirectory(fs::path directory) {
   assertMainThread("UserDefaults::setStandardDirectory");
   UserDefaults& defaults = standardIn([&] { return directory; });
-  defaults.synchronize();
+  defaults.store_->close();
   defaults.store_ = std::make_shared<Store>(std::move(directory));
 }
 
 UserDefaults::UserDefaults(fs::path directory) : store_(std::make_shared<Store>(std::move(directory))) {}
 
-UserDefaults::~UserDefaults() { synchronize(); }
+UserDefaults::~UserDefaults() { store_->close(); }
 
 std::optional<Data> UserDefaults::data(std::string_view key) const {
   std::optional<Value> value = store_->find(key, Type::data);

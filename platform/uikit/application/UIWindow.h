@@ -34,6 +34,7 @@ class UIWindow : public Object<UIWindow, UIView>, private WindowHost {
   CGPoint convertPointToScreen(CGPoint point) const;
   CGPoint convertPointFromScreen(CGPoint point) const;
 
+  bool standsOnScreen() const override { return true; }
   void setHidden(bool hidden) override;
   Ref<UIWindow> window() const override;
   Ref<UIResponder> nextResponder() override;

@@ -15,7 +15,9 @@ namespace platform {
 
 UIViewController::UIViewController() = default;
 
-UIViewController::~UIViewController() = default;
+UIViewController::~UIViewController() {
+  if (view_) UIView::hierarchyChanged();
+}
 
 void UIViewController::exportMethods(MethodTable<UIViewController>& table) {
   Class& cls = table.owner();
@@ -55,6 +57,7 @@ Ref<UIViewController> UIView::viewController() const {
 void UIViewController::setView(const Ref<UIView>& view) {
   if (view_ == view) return;
   const Ref<UIViewController> keeper = self();
+  UIView::hierarchyChanged();
   if (view_ && view_->viewController() == keeper) view_->storage_->host.reset();
   view_ = view;
   if (!view_) return;

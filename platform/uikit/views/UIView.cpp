@@ -27,7 +27,11 @@ class UIViewDrawing final : public CALayerDelegate {
   UIView& view_;
 };
 
-UIView::UIView() : storage_(std::make_unique<Storage>()) {
+namespace {
+std::uint64_t viewsMade = 0;
+}
+
+UIView::UIView() : storage_(std::make_unique<Storage>()), serialNumber_(++viewsMade) {
   layer_ = CALayer::layer();
   storage_->drawing = std::make_unique<UIViewDrawing>(*this);
   layer_->setDelegate(storage_->drawing.get());
@@ -119,7 +123,10 @@ std::optional<std::string> UIView::accessibilityIdentifier() const {
   return identifier ? std::optional(*identifier) : std::nullopt;
 }
 void UIView::setAccessibilityIdentifier(std::optional<std::string> identifier) {
+  const bool mightHoldName = mayHoldName();
   accessibilityIdentifier_ = identifier ? std::make_unique<std::string>(*std::move(identifier)) : nullptr;
+  if (mayHoldName() == mightHoldName || !superview_) return;
+  mightHoldName ? superview_->noteSubviewsChanged() : noteNameHere();
 }
 std::optional<std::string> UIView::accessibilityLabel() const { return storage_->accessibilityLabel; }
 void UIView::setAccessibilityLabel(std::optional<std::string> label) {

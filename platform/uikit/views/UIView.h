@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -45,6 +46,18 @@ inline constexpr double UIViewNoIntrinsicMetric = -1;
 /// platform. Thread: main. Units: points, y grows downwards.
 class UIView : public Object<UIView, TouchSurface> {
  public:
+  static constexpr bool usesObjectPool = true;
+  /// Called by make<T>: a class that overrides nothing of what a walk asks need not be asked.
+  template <class T>
+  void madeAs() {
+    if constexpr (requires {
+                    { &T::accessibilityIdentifier } -> std::same_as<std::optional<std::string> (UIView::*)() const>;
+                    { &T::subviews } -> std::same_as<const std::vector<Ref<UIView>>& (UIView::*)() const>;
+                    { &T::nextResponder } -> std::same_as<Ref<UIResponder> (UIView::*)()>;
+                  }) {
+      namesBelow_ &= ~answersForItself;
+    }
+  }
   UIView();
   ~UIView() override;
   void init() { initWithFrame(CGRect{}); }
@@ -63,8 +76,8 @@ class UIView : public Object<UIView, TouchSurface> {
   void setCenter(CGPoint center);
   CGAffineTransform transform() const;
   void setTransform(const CGAffineTransform& transform);
-  /// Between this view and another, or the window's coordinates for none. Across trees that share no window the roots
-  /// count as standing on the same origin.
+  /// Between this view and another, or the window's coordinates for none. Between two windows by way of the screen on
+  /// which both stand; other trees count as standing on the same origin.
   CGPoint convertPoint(CGPoint point, const UIView* to) const;
   CGPoint convertPointFrom(CGPoint point, const UIView* from) const;
   virtual CGRect convertRect(CGRect rect, const UIView* to) const;
@@ -80,6 +93,8 @@ class UIView : public Object<UIView, TouchSurface> {
   /// Works the safe area out anew, here and below where it changes. Geometry and tree changes do it by themselves; a
   /// controller does it when its additional insets change.
   void updateSafeAreaInsets();
+  /// True for a window: its frame says where on the screen the tree stands.
+  virtual bool standsOnScreen() const { return false; }
   UIEdgeInsets layoutMargins() const;
   void setLayoutMargins(UIEdgeInsets margins);
 
@@ -87,9 +102,15 @@ class UIView : public Object<UIView, TouchSurface> {
   virtual Ref<UIView> superview() const;
   /// Back to front.
   virtual const std::vector<Ref<UIView>>& subviews() const;
-  /// Grows whenever a view comes into a superview, changes its place there or leaves it, anywhere: plain pointers into
-  /// a tree whose root is held are good as long as it stays the same.
+  /// Grows whenever a view comes into a superview, changes its place there or leaves it, and whenever a controller
+  /// comes to a view or leaves it, anywhere: plain pointers into a tree whose root is held are good as long as it stays
+  /// the same.
   static std::uint64_t hierarchyChanges();
+  /// False when the class overrides its name, its subviews or its next responder: then every answer may differ from
+  /// the one before.
+  bool answersAsItIs() const { return (namesBelow_ & answersForItself) == 0; }
+  /// Tells this view from every other of the process, also from one that stood at its address before.
+  std::uint64_t serialNumber() const { return serialNumber_; }
   virtual Ref<UIWindow> window() const;
   /// The window as a view, for the rooms below windows.
   Ref<UIView> windowView() const;
@@ -237,6 +258,7 @@ class UIView : public Object<UIView, TouchSurface> {
   static void setAnimationsEnabled(bool enabled);
 
  private:
+  friend class NamedViewWalk;
   friend class UIViewController;
   friend class UIWindow;
   friend class ViewLayout;
@@ -249,11 +271,26 @@ class UIView : public Object<UIView, TouchSurface> {
   void spreadTintColor();
   void forgetTintColor();
   void changeGeometry(CGRect bounds, CGPoint center);
-  CGAffineTransform transformToRoot() const;
+  struct Placement;
+  Placement placement() const;
+  static CGAffineTransform between(const Placement& from, const Placement& to);
   bool takeSafeArea();
+  static void hierarchyChanged();
 
-  // What a walk through a screen asks of every view, together at the object's beginning: a screen may have thousands.
+  // Which subviews may hold a name, themselves or below: the subviews fall into `nameGroups` groups of one size, one
+  // bit each. A set bit may be wrong, a clear one never.
+  static constexpr int nameGroups = 62;
+  static constexpr std::uint64_t namesUncertain = std::uint64_t{1} << 62;    ///< the bits are to be worked out anew
+  static constexpr std::uint64_t answersForItself = std::uint64_t{1} << 63;  ///< see answersAsItIs; nothing is known
+  bool mayHoldName() const { return accessibilityIdentifier_ || namesBelow_ != 0; }
+  void noteNameHere();
+  void noteSubviewsChanged();
+  void findNamesBelow();
+
+  // What a walk through a screen asks of every view, together in the object's first cache line: a screen may have
+  // thousands.
   std::unique_ptr<std::string> accessibilityIdentifier_;  // none for most views
+  std::uint64_t namesBelow_ = answersForItself;
   // The parent owns its children, and clears their way up when it lets a child go or dies itself.
   std::vector<Ref<UIView>> subviews_;
   UIView* superview_ = nullptr;
@@ -262,6 +299,7 @@ class UIView : public Object<UIView, TouchSurface> {
   struct Storage;
   std::unique_ptr<Storage>
       storage_;  // all else; platform/uikit/views/UIViewStorage.h, shared by the sources of this class
+  const std::uint64_t serialNumber_;
 };
 
 }  // namespace platform

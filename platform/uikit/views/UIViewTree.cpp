@@ -29,7 +29,10 @@ UIView::~UIView() {
   const bool isFirst = orphans == nullptr;
   if (isFirst) orphans = &own;
   for (Ref<UIView>& child : subviews_) {
-    if (child.use_count() > 1) LayoutHost::shared().willLeaveSuperview(*child);
+    if (child.use_count() > 1) {
+      LayoutHost::shared().willLeaveSuperview(*child);
+      hierarchyChanged();
+    }
     child->superview_ = nullptr;
     orphans->push_back(std::move(child));
   }
@@ -143,22 +146,49 @@ std::uint64_t changesOfTheTree = 0;
 }
 
 std::uint64_t UIView::hierarchyChanges() { return changesOfTheTree; }
+void UIView::hierarchyChanged() { ++changesOfTheTree; }
+
+// ---- Names below
+
+/// To be called when this view may hold a name that it did not hold there before.
+void UIView::noteNameHere() {
+  for (UIView* above = superview_; above; above = above->superview_) {
+    const bool isKnownAbove = above->mayHoldName();
+    above->namesBelow_ |= namesUncertain;
+    if (isKnownAbove) return;
+  }
+}
+
+/// To be called when a subview came, went, changed its place or lost its last name.
+void UIView::noteSubviewsChanged() {
+  if (namesBelow_ != 0) namesBelow_ |= namesUncertain;
+}
+
+void UIView::findNamesBelow() {
+  const std::size_t groupSize = (subviews_.size() + nameGroups - 1) / nameGroups;
+  namesBelow_ = 0;
+  for (std::size_t i = 0; i < subviews_.size(); ++i) {
+    if (subviews_[i]->mayHoldName()) namesBelow_ |= std::uint64_t{1} << (i / groupSize);
+  }
+  if (!mayHoldName() && superview_) superview_->noteSubviewsChanged();
+}
 
 /// Takes the view out of its superview's lists, and nothing more.
 void UIView::detach() {
   UIView* const old = superview_;
   if (!old) return;
-  ++changesOfTheTree;
+  hierarchyChanged();
   const Ref<UIView> keeper = self();
   LayoutHost::shared().willLeaveSuperview(*this);
   superview_ = nullptr;
   std::erase(old->subviews_, keeper);
+  old->noteSubviewsChanged();
   layer_->removeFromSuperlayer();
 }
 
 /// Puts the view in front of `index` of the subviews that are there, its layer at the fitting place among theirs.
 void UIView::moveInto(UIView& superview, std::size_t index) {
-  ++changesOfTheTree;
+  hierarchyChanged();
   const Ref<UIView> keeper = self();
   auto& all = superview.subviews_;
   index = std::min(index, all.size());
@@ -168,6 +198,8 @@ void UIView::moveInto(UIView& superview, std::size_t index) {
   }
   all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), keeper);
   superview_ = &superview;
+  superview.noteSubviewsChanged();
+  if (mayHoldName()) noteNameHere();
 
   const Ref<CALayer>& layer = layer_;
   if (index + 1 < all.size()) {

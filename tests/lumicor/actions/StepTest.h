@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLTaskResult.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/controls/UIControl.h"
 #include "tests/lumicor/support/SessionTest.h"
@@ -32,6 +32,7 @@ class Host : public Object<Host, NSObject> {
   void hear(const std::string& what) { heard.push_back(what); }
 
   void onTap(Ref<NSObject> sender);
+  void hearAgain(Ref<NSObject> sender);
   static void exportMethods(MethodTable<Host>& table);
 };
 

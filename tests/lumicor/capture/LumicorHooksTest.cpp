@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 
+#include "lumicor/actions/TLActionsTask.h"
 #include "lumicor/capture/LumicorHooks.h"
 #include "lumicor/capture/LumicorTrackingTask.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controls/UIButton.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 
@@ -130,6 +132,21 @@ TEST_F(LumicorHooksTest, LeavesTheScreenInFrontOfContainersThatTheHostMadeItsOwn
   RunLoop::advance(3);
   EXPECT_EQ(current(), detail);
   EXPECT_EQ(Lumicor::shared().getCurrentView(), "DetailScreen");
+}
+
+TEST_F(LumicorHooksTest, LetsStepsFindTheirTargetsInContainersThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto button = make<UIButton>();
+  button->setAccessibilityIdentifier("pay");
+  home->view()->addSubview(button);
+  const auto tabs = make<ShopTabs>();
+  tabs->setViewControllers({make<ShopNav>(home)});
+  appear(tabs);
+  std::optional<bool> succeeded;
+  const TLAction pay{"pay", 0, "", {}, "HomeScreen", "TYPE_BUTTON"};
+  make<TLActionsTask>(std::vector{pay, pay}, [&](const TLTaskResult& result) { succeeded = result.success; })->start();
+  RunLoop::advance(10);
+  EXPECT_EQ(succeeded, true);
 }
 
 TEST_F(LumicorHooksTest, LeavesTheScreenInFrontAfterASegueToAContainerThatTheHostMadeItsOwn) {

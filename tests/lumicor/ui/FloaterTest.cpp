@@ -117,6 +117,17 @@ TEST_F(Floater, IsDismissedOverTheCloseTargetInTheCorner) {
   EXPECT_THAT(service_.events(), ElementsAre("CHAT_FLOATER_DISMISSED"));
 }
 
+TEST_F(Floater, PutsTheCloseTargetAwayAlsoWhenItWasTakenOffTheWindowUnderTheFinger) {
+  const auto& target = TLFloaterManager::shared().bottomCloseView();
+  TLFloaterManager::shared().floatViewBeginMove(*button(), {});
+  pass(1);
+  EXPECT_EQ(target->frame().origin, (CGPoint{230, 684}));
+  button()->removeFromSuperview();
+  button()->touchesEnded({}, nullptr);
+  pass(1);
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844}));
+}
+
 TEST_F(Floater, IsThereOnceAfterASecondStart) {
   const auto first = button();
   TLFloaterManager::shared().show();
@@ -172,7 +183,9 @@ TEST_F(Floater, GivesTheHostsNavigationDelegateBackWhenTheChatOpensElsewhere) {
   const auto watcher = make<NavigationWatcher>();
   navigation_->setDelegate(watcher);
   TLFloaterManager::shared().overrideNavigationDelegate();
-  EXPECT_NE(navigation_->delegate(), watcher);
+  navigation_->pushViewController(make<test::PlainScreen>(), false);
+  pass(1);
+  EXPECT_NE(navigation_->delegate(), watcher) << "the chat is still to come";
   const auto other = make<UINavigationController>(make<test::PlainScreen>());
   tabs_->setViewControllers({navigation_, other});
   tabs_->setSelectedIndex(1);

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <sstream>
 
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/LumicorFontHelper.h"
-#include "lumicor/ui/TLLayout.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/URL.h"

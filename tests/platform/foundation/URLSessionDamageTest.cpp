@@ -182,7 +182,6 @@ TEST_F(URLSessionDamageTest, BoundsWhatIsUnpackedAndEveryHead) {
 TEST_F(URLSessionDamageTest, EndsAReplyThatTricklesForEver) {
   URLSessionConfiguration configuration;
   configuration.timeoutIntervalForResource = 0.3;
-  configuration.maximumResponseBytes = std::size_t{1} << 40;
   session_ = URLSession::withConfiguration(configuration);
   const LoopbackServer server([](const std::string&, const Connection& connection) {
     connection.write(ok + "\r\n");

@@ -29,13 +29,14 @@ class CurlTransportTest : public testing::Test {
   CurlTransportTest() { std::ofstream(path_) << root_.pem(); }
   ~CurlTransportTest() override { std::filesystem::remove(path_); }
 
-  HttpTransport::Reply load(const std::string& address) {
+  HttpTransport::Reply load(const std::string& address) { return load(address, transport_); }
+  static HttpTransport::Reply load(const std::string& address, HttpTransport& transport) {
     HttpTransport::Request request = get(address);
     request.method = "POST";
     request.headers.set("secret-key", "k");
     request.body = "{}";
     std::promise<HttpTransport::Reply> promise;
-    transport_.send(std::move(request), [&](HttpTransport::Reply reply) { promise.set_value(std::move(reply)); });
+    transport.send(std::move(request), [&](HttpTransport::Reply reply) { promise.set_value(std::move(reply)); });
     return promise.get_future().get();
   }
 
@@ -121,6 +122,14 @@ TEST_F(CurlTransportTest, SendsNothingToAServerWithAWrongCertificate) {
     EXPECT_EQ(server.requests(), 0);
     EXPECT_EQ(server.connections(), 1);
   }
+}
+
+TEST_F(CurlTransportTest, TrustsNoAuthorityOfATestUnlessToldTo) {
+  const Certificate certificate(forLocalhost(), &root_);
+  const TlsServer server(certificate, {root_}, tea);
+  EXPECT_TRUE(load(server.address("localhost"), HttpTransport::shared()).error);
+  EXPECT_EQ(server.requests(), 0);
+  EXPECT_EQ(load(server.address("localhost")).body, "tea");
 }
 
 TEST(CurlTransport, RefusesFilesThatCannotCarryABody) {

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -41,6 +42,11 @@ std::string TlsServer::address(const std::string& host) const {
 }
 
 void TlsServer::serve() {
+  // A client that leaves is no reason to end the program.
+  sigset_t broken;
+  sigemptyset(&broken);
+  sigaddset(&broken, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &broken, nullptr);
   for (;;) {
     const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     if (socket < 0) return;

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "lumicor/ui/TLStyles.h"
-#include "lumicor/ui/TLViewType.h"
+#include "lumicor/core/TLStyles.h"
+#include "lumicor/core/TLViewType.h"
 #include "platform/foundation/Record.h"
 
 namespace lumicor {

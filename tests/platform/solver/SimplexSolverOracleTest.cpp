@@ -3,7 +3,7 @@
 #include <map>
 #include <random>
 
-#include "platform/solver/LayoutSolver.h"
+#include "platform/solver/SimplexSolver.h"
 
 namespace platform {
 namespace {
@@ -92,7 +92,7 @@ TEST_P(SolverAgainstOracle, IsAsGoodAsEveryPointOfTheGridAfterEachAdditionRemova
   Oracle oracle(GetParam());
   for (int problem = 0; problem < 20; ++problem) {
     const int unknowns = oracle.pick(1, 3);
-    LayoutSolver solver;
+    SimplexSolver solver;
     std::vector<LayoutVariable> variables;
     for (int i = 0; i < unknowns; ++i) variables.push_back(solver.addVariable());
     std::vector<Difference> active;
@@ -138,10 +138,10 @@ TEST_P(SolverAgainstOracle, IsAsGoodAsEveryPointOfTheGridAfterEachAdditionRemova
 INSTANTIATE_TEST_SUITE_P(Seeds, SolverAgainstOracle, testing::Range(1u, 6u));
 
 /// Larger ones: the same constraints reached by two histories must be equally good, and requirements always hold.
-TEST(LayoutSolverHistory, EndsEquallyGoodHoweverItCameThere) {
+TEST(SimplexSolverHistory, EndsEquallyGoodHoweverItCameThere) {
   Oracle oracle(77);
   constexpr int unknowns = 40;
-  LayoutSolver worn;
+  SimplexSolver worn;
   std::vector<LayoutVariable> variables;
   for (int i = 0; i < unknowns; ++i) variables.push_back(worn.addVariable());
   std::vector<Difference> active;
@@ -161,7 +161,7 @@ TEST(LayoutSolverHistory, EndsEquallyGoodHoweverItCameThere) {
     }
     if (step % 50 != 0) continue;
     worn.solve();
-    LayoutSolver fresh;
+    SimplexSolver fresh;
     std::vector<LayoutVariable> freshVariables;
     for (int i = 0; i < unknowns; ++i) freshVariables.push_back(fresh.addVariable());
     for (auto each = active.rbegin(); each != active.rend(); ++each) {
@@ -179,8 +179,8 @@ TEST(LayoutSolverHistory, EndsEquallyGoodHoweverItCameThere) {
 }
 
 /// Awkward multipliers, moved a hundred thousand times: rounding must not add up.
-TEST(LayoutSolverHistory, DoesNotDriftOverManyMoves) {
-  LayoutSolver solver;
+TEST(SimplexSolverHistory, DoesNotDriftOverManyMoves) {
+  SimplexSolver solver;
   const LayoutVariable width = solver.addVariable();
   const auto outer = solver.addConstraint(LinearExpression(width) == 390);
   std::vector<LayoutVariable> thirds;
