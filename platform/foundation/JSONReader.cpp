@@ -110,11 +110,8 @@ Place readLongRawText(const JSONReader& reader, Place at, RawText& text) {
   const char* const start = ++at;
   text.isEscaped = false;
   for (;;) {
-    while (end - at >= 16) {
-      const unsigned plain = plainOf16(at);
-      at += plain;
-      if (plain < 16) break;
-    }
+    while (end - at >= 16 && arePlain16(at)) at += 16;
+    if (end - at >= 16) at += plainOf16(at);
     if (at == end) return nullptr;
     const unsigned char c = static_cast<unsigned char>(*at);
     if (c == '"') {

@@ -39,16 +39,32 @@ inline unsigned plainOf16Anywhere(const char* text) {
   }
 }
 
-/// How many of the sixteen bytes there are plain before the first that is not.
-inline unsigned plainOf16(const char* text) {
 #ifdef __SSE2__
+/// A bit for each of the sixteen bytes there that is not plain.
+inline unsigned specialOf16(const char* text) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
   const __m128i special =
       _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
                    _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20)));  // as signed numbers, so also those from 0x80
-  return static_cast<unsigned>(std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(special)) | 0x10000u));
+  return static_cast<unsigned>(_mm_movemask_epi8(special));
+}
+#endif
+
+/// How many of the sixteen bytes there are plain before the first that is not.
+inline unsigned plainOf16(const char* text) {
+#ifdef __SSE2__
+  return static_cast<unsigned>(std::countr_zero(specialOf16(text) | 0x10000u));
 #else
   return plainOf16Anywhere(text);
+#endif
+}
+
+/// Whether all sixteen are. In a loop this is the question to ask: where to go on then waits for no count.
+inline bool arePlain16(const char* text) {
+#ifdef __SSE2__
+  return specialOf16(text) == 0;
+#else
+  return plainOf16Anywhere(text) == 16;
 #endif
 }
 

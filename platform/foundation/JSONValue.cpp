@@ -45,113 +45,6 @@ void joinEqualNames(JSONValue::Object& members) {
   members = std::move(joined);
 }
 
-/// Builds a value in one pass over its document. What stands in containers that are not at their end waits in two lists
-/// which all of them share, so that each is made at once in its final size.
-class Builder {
- public:
-  explicit Builder(std::string_view bytes) : reader_(bytes) {}
-
-  bool build(JSONValue& value) {
-    return detail::isAtEnd(reader_, read(detail::skipSpace(reader_, reader_.begin), value));
-  }
-
- private:
-  using Place = detail::Place;
-
-  Place read(Place at, JSONValue& value) {
-    if (at == reader_.end) return nullptr;
-    switch (*at) {
-      case '{':
-        return readContainer(at + 1, value, &Builder::readMembers);
-      case '[':
-        return readContainer(at + 1, value, &Builder::readElements);
-      case '"': {
-        std::string text;
-        at = detail::read(reader_, at, text);
-        if (at) value = JSONValue(std::move(text));
-        return at;
-      }
-      case 't':
-      case 'f': {
-        bool boolean = false;
-        at = detail::read(reader_, at, boolean);
-        value = JSONValue(boolean);
-        return at;
-      }
-      case 'n':
-        return detail::readWord(reader_, at, "null");
-      default: {
-        detail::Number number{};
-        at = detail::readNumber(reader_, at, number);
-        value = number.integer ? JSONValue(*number.integer) : JSONValue(number.wide);
-        return at;
-      }
-    }
-  }
-
-  /// Recursion is bounded by the depth that values may have.
-  Place readContainer(Place at, JSONValue& value, Place (Builder::*readInside)(Place, JSONValue&)) {
-    if (reader_.depth == JSONValue::maximumDepth) return nullptr;
-    ++reader_.depth;
-    at = (this->*readInside)(detail::skipSpace(reader_, at), value);
-    --reader_.depth;
-    return at;
-  }
-
-  /// Behind the comma or the closing bracket that comes next; `isLast` tells which it was.
-  Place readSeparator(Place at, char closing, bool& isLast) {
-    at = detail::skipSpace(reader_, at);
-    if (at == reader_.end || (*at != ',' && *at != closing)) return nullptr;
-    isLast = *at == closing;
-    return isLast ? at + 1 : detail::skipSpace(reader_, at + 1);
-  }
-
-  Place readElements(Place at, JSONValue& value) {
-    const std::size_t before = elements_.size();
-    bool isLast = at != reader_.end && *at == ']';
-    if (isLast) ++at;
-    while (at && !isLast) {
-      JSONValue element;
-      at = read(at, element);
-      if (!at) return nullptr;
-      elements_.push_back(std::move(element));
-      at = readSeparator(at, ']', isLast);
-    }
-    value = JSONValue::array(taken(elements_, before));
-    return at;
-  }
-
-  Place readMembers(Place at, JSONValue& value) {
-    const std::size_t before = members_.size();
-    bool isLast = at != reader_.end && *at == '}';
-    if (isLast) ++at;
-    while (at && !isLast) {
-      std::string_view name;
-      at = detail::readKey(reader_, at, name);
-      if (!at) return nullptr;
-      JSONValue::Member member(name, nullptr);
-      at = read(at, member.second);
-      if (!at) return nullptr;
-      members_.push_back(std::move(member));
-      at = readSeparator(at, '}', isLast);
-    }
-    value = JSONValue::object(taken(members_, before));
-    return at;
-  }
-
-  template <class T>
-  static std::vector<T> taken(std::vector<T>& list, std::size_t from) {
-    const auto begin = list.begin() + static_cast<std::ptrdiff_t>(from);
-    std::vector<T> all(std::make_move_iterator(begin), std::make_move_iterator(list.end()));
-    list.erase(begin, list.end());
-    return all;
-  }
-
-  detail::JSONReader reader_;
-  JSONValue::Array elements_;
-  JSONValue::Object members_;
-};
-
 /// About as many bytes as writing takes, so that the text is written into one piece of memory.
 std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
   constexpr std::size_t number = 24;
@@ -291,6 +184,121 @@ JSONValue& JSONValue::append(JSONValue value) {
   elements->push_back(std::move(value));
   return *this;
 }
+
+/// Builds a value in one pass over its document. What stands in containers that are not at their end waits in two lists
+/// which all of them share, so that each is made at once in its final size.
+class JSONValue::Builder {
+ public:
+  explicit Builder(std::string_view bytes) : reader_(bytes) {}
+
+  bool build(JSONValue& value) {
+    return detail::isAtEnd(reader_, read(detail::skipSpace(reader_, reader_.begin), value));
+  }
+
+ private:
+  using Place = detail::Place;
+
+  static bool isContainer(char c) { return c == '{' || c == '['; }
+
+  Place read(Place at, JSONValue& value) {
+    return at != reader_.end && isContainer(*at) ? readContainer(at, value) : readScalar(at, value);
+  }
+
+  /// Into a value that is null.
+  Place readScalar(Place at, JSONValue& value) {
+    if (at == reader_.end) return nullptr;
+    switch (*at) {
+      case '"':
+        return detail::read(reader_, at, value.content_.emplace<std::string>());
+      case 't':
+      case 'f':
+        return detail::read(reader_, at, value.content_.emplace<bool>());
+      case 'n':
+        return detail::readWord(reader_, at, "null");
+      default: {
+        detail::Number number{};
+        at = detail::readNumber(reader_, at, number);
+        if (number.integer) {
+          value.content_.emplace<std::int64_t>(*number.integer);
+        } else {
+          value.content_.emplace<double>(number.wide);
+        }
+        return at;
+      }
+    }
+  }
+
+  /// Recursion is bounded by the depth that values may have.
+  Place readContainer(Place at, JSONValue& value) {
+    if (reader_.depth == maximumDepth) return nullptr;
+    ++reader_.depth;
+    const Place inside = detail::skipSpace(reader_, at + 1);
+    at = *at == '{' ? readMembers(inside, value) : readElements(inside, value);
+    --reader_.depth;
+    return at;
+  }
+
+  /// Into the value that waits last in a list. A container inside makes the list move, so it is read beside it.
+  template <class List, class Last>
+  Place readLast(Place at, List& list, Last last) {
+    if (at == reader_.end || !isContainer(*at)) return readScalar(at, last(list));
+    JSONValue value;
+    at = readContainer(at, value);
+    last(list).content_ = std::move(value.content_);
+    return at;
+  }
+
+  /// Behind the comma or the closing bracket that comes next; `isLast` tells which it was.
+  Place readSeparator(Place at, char closing, bool& isLast) {
+    at = detail::skipSpace(reader_, at);
+    if (at == reader_.end || (*at != ',' && *at != closing)) return nullptr;
+    isLast = *at == closing;
+    return isLast ? at + 1 : detail::skipSpace(reader_, at + 1);
+  }
+
+  Place readElements(Place at, JSONValue& value) {
+    const std::size_t before = elements_.size();
+    bool isLast = at != reader_.end && *at == ']';
+    if (isLast) ++at;
+    while (!isLast) {
+      elements_.emplace_back();
+      at = readLast(at, elements_, [](Array& list) -> JSONValue& { return list.back(); });
+      if (at) at = readSeparator(at, ']', isLast);
+      if (!at) return nullptr;
+    }
+    value.content_.emplace<Array>(taken(elements_, before));
+    return at;
+  }
+
+  Place readMembers(Place at, JSONValue& value) {
+    const std::size_t before = members_.size();
+    bool isLast = at != reader_.end && *at == '}';
+    if (isLast) ++at;
+    while (!isLast) {
+      std::string_view name;
+      at = detail::readKey(reader_, at, name);
+      if (!at) return nullptr;
+      members_.emplace_back(name, nullptr);
+      at = readLast(at, members_, [](Object& list) -> JSONValue& { return list.back().second; });
+      if (at) at = readSeparator(at, '}', isLast);
+      if (!at) return nullptr;
+    }
+    joinEqualNames(value.content_.emplace<Object>(taken(members_, before)));
+    return at;
+  }
+
+  template <class T>
+  static std::vector<T> taken(std::vector<T>& list, std::size_t from) {
+    const auto begin = list.begin() + static_cast<std::ptrdiff_t>(from);
+    std::vector<T> all(std::make_move_iterator(begin), std::make_move_iterator(list.end()));
+    list.erase(begin, list.end());
+    return all;
+  }
+
+  detail::JSONReader reader_;
+  Array elements_;
+  Object members_;
+};
 
 Result<JSONValue> JSONValue::parse(std::string_view bytes) {
   if (bytes.size() > maximumBytes) return Failure{"the JSON document is too long"};

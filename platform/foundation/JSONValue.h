@@ -91,6 +91,7 @@ class JSONValue {
 
  private:
   using Content = std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Object>;
+  class Builder;
   explicit JSONValue(Array elements) : content_(std::move(elements)) {}
   void release() noexcept;
 

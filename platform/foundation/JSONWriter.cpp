@@ -69,14 +69,14 @@ char* JSONWriter::escaped(char* at, std::string_view text) {
   const char* const end = from + text.size();
   while (end - from >= 16) {
     at = room(at, 40);
-    if (detail::plainOf16(from) < 16) return escapedSlowly(at, from, end);
+    if (!detail::arePlain16(from)) return escapedSlowly(at, from, end);
     std::memcpy(at, from, 16);
     from += 16;
     at += 16;
   }
   const auto rest = end - from;
   at = room(at, 40);
-  if (rest > 0 && text.size() >= 16 && at - chunk_.data() >= 16 && detail::plainOf16(end - 16) == 16) {
+  if (rest > 0 && text.size() >= 16 && at - chunk_.data() >= 16 && detail::arePlain16(end - 16)) {
     // The rest is plain too: taken together with what was written before it.
     std::memcpy(at + rest - 16, end - 16, 16);
     return at + rest;
