@@ -79,7 +79,8 @@ void noteArrivalInside(const UIViewController& screen) {
 }
 
 void screenAppeared(UIViewController& self, bool animated) {
-  self.perform(swizzledViewDidAppear(), animated);
+  static const MethodCall<void(bool)> original(UIViewController::cls(), swizzledViewDidAppear());
+  original(self, animated);
   const auto screen = self.NSObject::self(&self);
   if (isTracked(self)) {
     makeCurrent(screen);
@@ -96,7 +97,8 @@ void noteScreenBehind() {
 }
 
 void screenDisappears(UIViewController& self, bool animated) {
-  self.perform(swizzledViewWillDisappear(), animated);
+  static const MethodCall<void(bool)> original(UIViewController::cls(), swizzledViewWillDisappear());
+  original(self, animated);
   if (!self.isBeingDismissed() && !self.isMovingFromParentViewController()) return;
   DispatchQueue::main().asyncAfter(pauseAfterDisappearance, &noteScreenBehind);
 }
@@ -110,7 +112,9 @@ void noteSegueDestination(const Ref<UIStoryboardSegue>& segue) {
 }
 
 void segueIsPrepared(UIViewController& self, Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) {
-  self.perform(swizzledPrepareForSegue(), segue, sender);
+  static const MethodCall<void(Ref<UIStoryboardSegue>, Ref<NSObject>)> original(UIViewController::cls(),
+                                                                                swizzledPrepareForSegue());
+  original(self, segue, sender);
   const Ref<UIViewController> destination = segue->destinationViewController();
   if (!destination || !isTracked(*destination)) return;
   Lumicor::shared().setCurrentSegueController(segue->sourceViewController());
