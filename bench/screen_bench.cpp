@@ -3,16 +3,10 @@
 // begin with "x_" say how many times as long it took as a reference measured in the same run. "x_plain" is against a
 // plain tree of the same shape whose JSON is the same, byte for byte.
 
-// The parser checks itself with assertions wherever they are not switched off. Both sides read without them.
-#ifndef NDEBUG
-#define NDEBUG
-#endif
-
 #include <benchmark/benchmark.h>
 #include <cstring>
 #include <ctime>
 #include <malloc.h>
-#include <simdjson.h>
 #include <string>
 #include <vector>
 
@@ -27,13 +21,6 @@
 #include "platform/uikit/lists/UIScrollView.h"
 #include "platform/uikit/views/UIImageView.h"
 #include "platform/uikit/views/UILabel.h"
-#ifdef BENCH_WITH_NLOHMANN
-#include <nlohmann/json.hpp>
-#endif
-#ifdef BENCH_WITH_RAPIDJSON
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-#endif
 
 namespace {
 
@@ -171,115 +158,12 @@ void copyBytes() {
   benchmark::ClobberMemory();
 }
 
-#ifdef BENCH_WITH_NLOHMANN
-nlohmann::ordered_json nlohmannElement(const LumicroElement& e) {
-  return {{"elementId", e.elementId()},
-          {"fragmentId", e.fragmentId()},
-          {"x", e.x()},
-          {"y", e.y()},
-          {"width", e.width()},
-          {"height", e.height()},
-          {"actionName", e.actionName()},
-          {"isNavigational", e.isNavigational()},
-          {"actionId", e.actionId()},
-          {"destination", e.destination()},
-          {"value", e.value()},
-          {"elementDescription", e.elementDescription()},
-          {"type", std::string(rawValue(e.type()))},
-          {"inputType", std::string(rawValue(e.inputType()))}};
-}
-
-void dumpWithNlohmann() {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const LumicroElement& element : elements().elements) list.push_back(nlohmannElement(element));
-  benchmark::DoNotOptimize(list.dump());
-}
-#endif
-
-#ifdef BENCH_WITH_RAPIDJSON
-/// The same text by a packaged streaming writer, keys and all named by hand.
-void writeWithRapidJson() {
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  const auto text = [&writer](const char* key, std::string_view value) {
-    writer.Key(key);
-    writer.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
-  };
-  const auto number = [&writer](const char* key, std::int64_t value) {
-    writer.Key(key);
-    writer.Int64(value);
-  };
-  writer.StartArray();
-  for (const LumicroElement& e : elements().elements) {
-    writer.StartObject();
-    text("elementId", e.elementId());
-    text("fragmentId", e.fragmentId());
-    number("x", e.x());
-    number("y", e.y());
-    number("width", e.width());
-    number("height", e.height());
-    text("actionName", e.actionName());
-    writer.Key("isNavigational");
-    writer.Bool(e.isNavigational());
-    text("actionId", e.actionId());
-    text("destination", e.destination());
-    text("value", e.value());
-    text("elementDescription", e.elementDescription());
-    text("type", rawValue(e.type()));
-    text("inputType", rawValue(e.inputType()));
-    writer.EndObject();
-  }
-  writer.EndArray();
-  benchmark::DoNotOptimize(buffer.GetString());
-}
-#endif
-
-/// The same records read by hand with the parser that the platform builds on.
-std::vector<LumicroElement> parseBySimdjson(const simdjson::padded_string& text) {
-  static simdjson::ondemand::parser parser;
-  simdjson::ondemand::document document = parser.iterate(text);
-  std::vector<LumicroElement> read;
-  for (simdjson::ondemand::object object : document.get_array()) {
-    const auto string = [&](const char* key) {
-      return std::string(std::string_view(object.find_field(key).get_string()));
-    };
-    const auto number = [&](const char* key) { return std::int64_t(object.find_field(key).get_int64()); };
-    std::string elementId = string("elementId"), fragmentId = string("fragmentId");
-    const std::int64_t x = number("x"), y = number("y"), width = number("width"), height = number("height");
-    std::string actionName = string("actionName");
-    const bool isNavigational = object.find_field("isNavigational").get_bool();
-    std::string actionId = string("actionId"), destination = string("destination"), value = string("value");
-    std::string description = string("elementDescription");
-    const auto type = caseFromRawValue<LumicorType>(string("type"));
-    const auto inputType = caseFromRawValue<LumicorInputType>(string("inputType"));
-    read.emplace_back(std::move(elementId), std::move(fragmentId), x, y, width, height, std::move(actionName),
-                      isNavigational, std::move(actionId), std::move(destination), std::move(value),
-                      std::move(description), *type, *inputType);
-  }
-  return read;
-}
-
-void parseByHand() {
-  static const simdjson::padded_string text(encodedElements());
-  benchmark::DoNotOptimize(parseBySimdjson(text));
-}
-
 template <class Work>
 void measure(benchmark::State& state, Work work, std::initializer_list<std::pair<const char*, void (*)()>> references) {
   for (auto _ : state) work();
   const double own = timeOf(work);
   state.counters["ns_per_named"] = own / namedViews * 1e9;
   for (const auto& [name, reference] : references) state.counters[name] = own / timeOf(reference);
-}
-
-/// Of a benchmark that wrote the elements: how long it took against packaged writers.
-void compareWithWriters([[maybe_unused]] benchmark::State& state) {
-#ifdef BENCH_WITH_RAPIDJSON
-  state.counters["x_rapidjson"] = state.counters["ns_per_named"] * namedViews / 1e9 / timeOf(writeWithRapidJson);
-#endif
-#ifdef BENCH_WITH_NLOHMANN
-  state.counters["x_nlohmann"] = state.counters["ns_per_named"] * namedViews / 1e9 / timeOf(dumpWithNlohmann);
-#endif
 }
 
 void Read(benchmark::State& state) {
@@ -291,7 +175,6 @@ BENCHMARK(Read);
 
 void Encode(benchmark::State& state) {
   measure(state, [] { benchmark::DoNotOptimize(encodeJSON(elements().elements)); }, {{"x_memcpy", copyBytes}});
-  compareWithWriters(state);
   state.counters["bytes"] = static_cast<double>(encodedElements().size());
 }
 BENCHMARK(Encode);
@@ -338,12 +221,6 @@ void ReadNested(benchmark::State& state) {
 }
 BENCHMARK(ReadNested<UIView>)->Arg(1000)->Arg(8000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadNested<UIScrollView>)->Arg(1000)->Arg(8000)->Unit(benchmark::kMillisecond);
-
-void Decode(benchmark::State& state) {
-  measure(state, [] { benchmark::DoNotOptimize(decodeJSON<std::vector<LumicroElement>>(encodedElements())); },
-          {{"x_simdjson", parseByHand}});
-}
-BENCHMARK(Decode);
 
 }  // namespace
 
