@@ -112,9 +112,9 @@ void AppFixture::type(const std::string& text) {
   finish();
 }
 
-void AppFixture::picture(const std::string& name, const std::source_location& where) {
+void AppFixture::picture(const std::string& name, const char* sourceFile) {
   settle();
-  expectPicture(*UIApplication::shared().screenshot(), name, where);
+  expectPicture(*UIApplication::shared().screenshot(), name, sourceFile);
 }
 
 }  // namespace platform::test

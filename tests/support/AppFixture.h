@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -50,7 +49,7 @@ class AppFixture : public testing::Test {
 
   /// Compares what the screen shows with "pictures/<name>.png" beside the test's source; a difference leaves
   /// "<name>.actual.png" in the working directory. With LUMICOR_UPDATE_PICTURES set the picture is stored instead.
-  void picture(const std::string& name, const std::source_location& where = std::source_location::current());
+  void picture(const std::string& name, const char* sourceFile = __builtin_FILE());
 
   TouchDriver& hands() { return hands_; }
 

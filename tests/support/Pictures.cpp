@@ -45,8 +45,8 @@ double differenceOf(const Bitmap& a, const Bitmap& b) {
 
 }  // namespace
 
-void expectPicture(const UIImage& image, const std::string& name, const std::source_location& where) {
-  const std::filesystem::path folder = sourceFolder(where.file_name()) / "pictures";
+void expectPicture(const UIImage& image, const std::string& name, const char* sourceFile) {
+  const std::filesystem::path folder = sourceFolder(sourceFile) / "pictures";
   const std::filesystem::path stored = folder / (name + ".png");
   if (std::getenv("LUMICOR_UPDATE_PICTURES")) {
     std::filesystem::create_directories(folder);

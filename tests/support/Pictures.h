@@ -1,6 +1,5 @@
 #pragma once
 
-#include <source_location>
 #include <string>
 
 #include "platform/graphics/UIImage.h"
@@ -11,7 +10,6 @@ namespace platform::test {
 /// one machine to the next: a test fails when sizes differ, or when more than one pixel in 500 is off by more than a
 /// tenth. The picture that failed is left as "<name>.actual.png" in the working directory.
 /// With LUMICOR_UPDATE_PICTURES set in the environment the picture is stored as the new reference instead.
-void expectPicture(const UIImage& image, const std::string& name,
-                   const std::source_location& where = std::source_location::current());
+void expectPicture(const UIImage& image, const std::string& name, const char* sourceFile = __builtin_FILE());
 
 }  // namespace platform::test
