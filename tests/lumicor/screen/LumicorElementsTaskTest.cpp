@@ -221,7 +221,7 @@ TEST_F(LumicorElementsTaskTest, FinishesWhatIsInHandOfATreeThatGrowsWheneverItIs
 struct Turnstile : Object<Turnstile, UIView> {
   std::vector<Ref<UIResponder>> ways;
   Ref<UIResponder> nextResponder() override {
-    std::ranges::rotate(ways, ways.begin() + 1);
+    std::rotate(ways.begin(), ways.begin() + 1, ways.end());
     return ways.back();
   }
 };
