@@ -1,5 +1,7 @@
 #include "lumicor/network/LumicorConfiguration.h"
 
+#include <utility>
+
 #include "lumicor/capture/LumicorTrackingTask.h"
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorDebugHelper.h"
@@ -28,7 +30,7 @@ std::optional<Result<T>> decoded(const JSONValue& data, std::string_view name, J
 
 /// The value of a member that is there and was decoded; the log hears of one that was not.
 template <class T>
-const T* usable(const std::optional<Result<T>>& member, const char* failureText) {
+T* usable(std::optional<Result<T>>& member, const char* failureText) {
   if (!member) return nullptr;
   if (*member) return &**member;
   LumicorDebugHelper::log(failureText + member->error());
@@ -64,14 +66,14 @@ LumicorConfiguration LumicorConfiguration::read(const JSONValue& data) {
           .tlDefaults = decoded<TLDefaults>(data, "tlDefaults", Kind::object)};
 }
 
-void LumicorConfiguration::apply() const {
+void LumicorConfiguration::apply() && {
   if (showTrackerView) showTracker();
   if (const auto* layout = usable(layoutData, "Failed to decode layout JSON: ")) {
     TLFloaterManager::shared().setLayoutData(*layout);
   }
   LumicorFontHelper::loadFont(TLFloaterManager::shared().layoutData().styles.fontURL);
-  if (const auto* history = usable(chatHistory, "Failed to decode chat history JSON: ")) {
-    Lumicor::shared().setChatHistory(*history);
+  if (auto* const history = usable(chatHistory, "Failed to decode chat history JSON: ")) {
+    Lumicor::shared().setChatHistory(std::move(*history));
   }
   if (showTesselLumicor && !Lumicor::showTrackingView) showFloater();
   if (const auto* defaults = usable(tlDefaults, "Failed to decode defaults JSON: ")) {

@@ -24,8 +24,9 @@ struct LumicorConfiguration {
 
   /// Reads the "data" of an init reply. Any thread.
   static LumicorConfiguration read(const JSONValue& data);
-  /// Makes it so, member after member; one that failed is logged and stops no other. Main thread.
-  void apply() const;
+  /// Makes it so, member after member; one that failed is logged and stops no other. What is long moves out of
+  /// it. Main thread.
+  void apply() &&;
 };
 
 }  // namespace lumicor

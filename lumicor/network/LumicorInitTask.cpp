@@ -1,5 +1,7 @@
 #include "lumicor/network/LumicorInitTask.h"
 
+#include <utility>
+
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/network/LumicorConfiguration.h"
@@ -36,7 +38,7 @@ void LumicorInitTask::execute() const {
   DispatchQueue::global(QOS::userInteractive).async([] {
     LumicorUserDefaults::store();  // its files are read here, before main asks for them
     LumicorNetworkTask::requestConfiguration([](const JSONValue& data) -> LumicorRequest::Delivery {
-      return [configuration = LumicorConfiguration::read(data)] { configuration.apply(); };
+      return [configuration = LumicorConfiguration::read(data)]() mutable { std::move(configuration).apply(); };
     });
   });
 }
