@@ -34,8 +34,8 @@ class Derived final : public Object<Derived, Counter> {
 };
 
 void hook(Counter& self, std::int64_t amount) {
-  static const SEL original = sel("hook_addHooked:");
-  self.perform(original, amount);
+  static const MethodCall<void(std::int64_t)> original(Counter::cls(), sel("hook_addHooked:"));
+  original(self, amount);
 }
 
 /// One of two classes, so that the compiler cannot know which.
@@ -76,7 +76,18 @@ void messageBySelector(benchmark::State& state) {
 }
 BENCHMARK(messageBySelector);
 
-/// An exchanged call runs a hook, which sends the original by its new name.
+void questionAnsweredNo(benchmark::State& state) {
+  const Ref<Counter> object = counter(state);
+  Counter* at = object.get();
+  const SEL selector = sel("multiply:");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(at);
+    benchmark::DoNotOptimize(at->respondsToSelector(selector));
+  }
+}
+BENCHMARK(questionAnsweredNo);
+
+/// An exchanged call runs a hook, which calls the original on.
 void exchangedCall(benchmark::State& state) {
   static const bool isExchanged = [] {
     class_addMethod<&hook>(Counter::cls(), sel("hook_addHooked:"));

@@ -7,7 +7,8 @@ set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Lumicor")
 install(TARGETS platform lumicor EXPORT LumicorTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 foreach(tree platform lumicor)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/${tree}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/Lumicor"
-    FILES_MATCHING PATTERN "*.h" PATTERN "engine/qt" EXCLUDE PATTERN "engine/ffmpeg" EXCLUDE)
+    FILES_MATCHING PATTERN "*.h" PATTERN "engine/qt" EXCLUDE PATTERN "engine/curl" EXCLUDE
+      PATTERN "engine/ffmpeg" EXCLUDE)
 endforeach()
 install(EXPORT LumicorTargets NAMESPACE Lumicor:: DESTINATION "${package_folder}")
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/LumicorConfig.cmake.in"

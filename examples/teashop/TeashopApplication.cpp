@@ -7,11 +7,7 @@
 #include "examples/teashop/views/Theme.h"
 #include "lumicor/core/Lumicor.h"
 #include "platform/graphics/UIImage.h"
-#include "platform/uikit/bars/UITabBar.h"
-#include "platform/uikit/bars/UITabBarItem.h"
-#include "platform/uikit/controllers/UINavigationController.h"
-#include "platform/uikit/device/UIScreen.h"
-#include "platform/uikit/views/UISystemSymbol.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

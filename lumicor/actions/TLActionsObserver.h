@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLScrollRestoration.h"
 #include "lumicor/actions/TLTaskResult.h"
+#include "lumicor/core/TLAction.h"
 
 namespace lumicor {
 

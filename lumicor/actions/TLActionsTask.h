@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLTaskResult.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/runtime/Object.h"
 
 namespace lumicor {

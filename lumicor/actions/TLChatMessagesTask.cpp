@@ -1,16 +1,12 @@
 #include "lumicor/actions/TLChatMessagesTask.h"
 
-#include <algorithm>
-
 #include "lumicor/actions/TLActionsTask.h"
+#include "lumicor/actions/TLChatScreen.h"
 #include "lumicor/actions/TLStepPreparation.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/network/LumicorNetworkTask.h"
-#include "lumicor/ui/TLChatViewController.h"
-#include "lumicor/ui/TLFloaterManager.h"
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor {
@@ -26,10 +22,8 @@ constexpr double pauseBeforeRun = 1.0;
 constexpr double pauseAfterRun = 1.0;
 constexpr double pauseBeforeOutcome = 2.0;
 
-const Ref<TLChatViewController>& chatScreen() { return TLFloaterManager::shared().chatViewController(); }
-
 void say(const std::string& text) {
-  if (const auto chat = chatScreen()) chat->addMessage(text);
+  if (const auto chat = TLChatScreen::current()) chat->addMessage(text);
 }
 
 std::int64_t shouldOpenChatWindow(const TLStepsAnswer& answer) {
@@ -45,15 +39,9 @@ std::string taskId(const TLStepsAnswer& answer) {
 }
 
 void reopenChat(const TLStepsAnswer& answer) {
-  const Ref<TLChatViewController> chat = chatScreen();
+  const auto chat = TLChatScreen::current();
   const auto navigation = chat ? LumicorUtils::getNavigationControllerFromRoot() : nullptr;
-  if (!navigation || shouldOpenChatWindow(answer) == 0) return;
-  const auto& stack = navigation->viewControllers();
-  if (std::ranges::find(stack, chat) != stack.end()) return;  // opened by hand meanwhile
-  TLFloaterManager::shared().overrideNavigationDelegate();
-  UIApplication::shared().beginIgnoringInteractionEvents();
-  navigation->pushViewController(chat, true);
-  UIApplication::shared().endIgnoringInteractionEvents();
+  if (navigation && shouldOpenChatWindow(answer) != 0) chat->reopen(navigation);
 }
 
 void tellOutcome(const TLStepsAnswer& answer, const TLTaskResult& result) {
@@ -73,12 +61,12 @@ void carryOut(std::vector<TLAction> steps, const std::shared_ptr<const TLStepsAn
   LumicorNetworkTask::logEvent(LumicorLogEvent::ACTION_RESPONSE, "");
   const auto task = make<TLActionsTask>(preparedSteps(std::move(steps)),
                                         [answer](const TLTaskResult& result) { runEnded(answer, result); });
-  if (const auto chat = chatScreen()) chat->closeWithoutAnimation();
+  if (const auto chat = TLChatScreen::current()) chat->closeWithoutAnimation();
   DispatchQueue::main().asyncAfter(pauseBeforeRun, [task] { task->start(); });
 }
 
 void reply(const TLStepsAnswer& answer) {
-  if (const auto chat = chatScreen()) {
+  if (const auto chat = TLChatScreen::current()) {
     const std::string* const text = answer.text();
     if (!text) fatalError("a text answer came without a string \"answer\"");
     chat->addMessage(*text);

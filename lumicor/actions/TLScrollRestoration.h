@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "lumicor/actions/TLAction.h"
+#include "lumicor/core/TLAction.h"
 
 namespace lumicor {
 

@@ -97,13 +97,13 @@ void pressButton(const Ref<UIButton>& button, const TLAction&, TLTaskResult& res
   button->sendActionsForControlEvents(UIControlEvents::touchUpInside);
 }
 
-/// A selected cell whose step names a segue: the screen in front performs it, when it has one of that name.
+/// A selected cell whose step names a segue: the screen in front performs it, when it knows one of that name.
 void performSegueNamedIn(const std::string& elementId) {
   const std::size_t at = elementId.find(seguePrefix);
   if (at == std::string::npos) return;
   const std::string identifier = elementId.substr(at + seguePrefix.size());
   const Ref<UIViewController> top = LumicorUtils::getCurrentViewController();
-  if (top && top->hasSegue(identifier)) top->performSegue(identifier, top);
+  if (top) top->performSegueIfKnown(identifier, top);
 }
 
 void selectTableRow(const Ref<UITableViewCell>& cell, const TLAction& step, TLTaskResult&) {
@@ -224,19 +224,27 @@ bool useSearchController(const TLAction& step, const TLStepTarget& target) {
   return true;
 }
 
+/// The actions of every target, and those without one, which go up the responder chain from the control.
 void sendTouchUpActions(const Ref<UIControl>& control) {
-  for (const Ref<NSObject>& target : control->allTargets()) {
+  auto targets = control->allTargets();
+  targets.push_back(nullptr);
+  for (const Ref<NSObject>& target : targets) {
     for (const SEL action : control->actionsForTarget(target, UIControlEvents::touchUpInside)) {
       UIApplication::shared().sendAction(action, target, control, nullptr);
     }
   }
 }
 
+/// An item that was given no target does what its button does under a finger: the action goes up the responder chain.
 void pressBarButtonItem(const Ref<UIBarButtonItem>& item) {
   if (const auto target = item->target(); target && item->action()) {
     UIApplication::shared().sendAction(item->action(), target, item, nullptr);
   } else if (const auto control = as<UIControl>(item->customView())) {
     sendTouchUpActions(control);
+  } else if (!item->customView() && !item->sendsToTarget()) {
+    const auto button = item->view();
+    const auto receiver = button ? button->targetForAction(item->action()) : nullptr;
+    UIApplication::shared().sendAction(item->action(), receiver, item, nullptr);
   }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLStepTarget.h"
 #include "lumicor/actions/TLTaskResult.h"
+#include "lumicor/core/TLAction.h"
 
 namespace lumicor {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "lumicor/actions/TLAction.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/runtime/Object.h"
 
 namespace platform {

@@ -62,10 +62,30 @@ Ref<UIViewController> topmostScreen() {
   return screen;
 }
 
+/// Where the pending segue leads.
+Weak<UIViewController>& segueDestination() {
+  static Weak<UIViewController> destination;
+  return destination;
+}
+
+/// A segue to a navigation or tab bar controller has arrived as soon as a screen inside has appeared: that screen is in
+/// front, not what holds it.
+void noteArrivalInside(const UIViewController& screen) {
+  const Ref<UIViewController> destination = segueDestination().lock();
+  if (!as<UINavigationController>(destination) && !as<UITabBarController>(destination)) return;
+  for (auto at = screen.parentViewController(); at; at = at->parentViewController()) {
+    if (at == destination) Lumicor::shared().setCurrentSegueController(nullptr);
+  }
+}
+
 void screenAppeared(UIViewController& self, bool animated) {
-  self.perform(swizzledViewDidAppear(), animated);
+  static const MethodCall<void(bool)> original(UIViewController::cls(), swizzledViewDidAppear());
+  original(self, animated);
   const auto screen = self.NSObject::self(&self);
-  if (isTracked(self)) makeCurrent(screen);
+  if (isTracked(self)) {
+    makeCurrent(screen);
+    noteArrivalInside(self);
+  }
   tellScreenChange(screen);
 }
 
@@ -77,7 +97,8 @@ void noteScreenBehind() {
 }
 
 void screenDisappears(UIViewController& self, bool animated) {
-  self.perform(swizzledViewWillDisappear(), animated);
+  static const MethodCall<void(bool)> original(UIViewController::cls(), swizzledViewWillDisappear());
+  original(self, animated);
   if (!self.isBeingDismissed() && !self.isMovingFromParentViewController()) return;
   DispatchQueue::main().asyncAfter(pauseAfterDisappearance, &noteScreenBehind);
 }
@@ -91,10 +112,13 @@ void noteSegueDestination(const Ref<UIStoryboardSegue>& segue) {
 }
 
 void segueIsPrepared(UIViewController& self, Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) {
-  self.perform(swizzledPrepareForSegue(), segue, sender);
+  static const MethodCall<void(Ref<UIStoryboardSegue>, Ref<NSObject>)> original(UIViewController::cls(),
+                                                                                swizzledPrepareForSegue());
+  original(self, segue, sender);
   const Ref<UIViewController> destination = segue->destinationViewController();
   if (!destination || !isTracked(*destination)) return;
   Lumicor::shared().setCurrentSegueController(segue->sourceViewController());
+  segueDestination() = destination;
   DispatchQueue::main().asyncAfter(pauseAfterSegue, [segue] { noteSegueDestination(segue); });
 }
 

@@ -1,16 +1,7 @@
 #include "lumicor/core/Lumicor.h"
 
-#include "lumicor/capture/LumicorHooks.h"
-#include "lumicor/capture/LumicorTrackingTask.h"
 #include "lumicor/core/LumicorUtils.h"
-#include "lumicor/network/LumicorInitTask.h"
-#include "platform/foundation/IndexPath.h"
-#include "platform/uikit/controllers/UITabBarController.h"
-#include "platform/uikit/lists/UICollectionView.h"
-#include "platform/uikit/lists/UIPickerView.h"
-#include "platform/uikit/lists/UITableView.h"
-#include "platform/uikit/text/UISearchBar.h"
-#include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/controllers/UIViewController.h"
 
 namespace lumicor {
 
@@ -21,12 +12,6 @@ constexpr const char* productionEndpoint = "https://api.lumicor.example";
 
 }  // namespace
 
-std::string collectionActionName(const std::string& identifier, std::int64_t sections, const IndexPath& indexPath) {
-  if (sections == 0) return "collectionView";
-  return "LumicorCollectionView-" + identifier + "-" + std::to_string(indexPath.section()) + "-" +
-         std::to_string(indexPath.item());
-}
-
 Lumicor& Lumicor::shared() {
   // Lives as long as the process: hooks may ask for it until the very end.
   static const Ref<Lumicor>& instance = *new Ref<Lumicor>(make<Lumicor>());
@@ -35,16 +20,6 @@ Lumicor& Lumicor::shared() {
 
 Lumicor::Lumicor() : endpoint_(productionEndpoint) {}
 Lumicor::~Lumicor() = default;
-
-void Lumicor::initialize(const std::string& secretKey, const std::string& userId) {
-  LumicorHooks::install();
-  LumicorInitTask(secretKey, userId).execute();
-}
-
-void Lumicor::initialize(const std::string& secretKey, const std::string& userId, const std::string& endpoint) {
-  setEndpoint(endpoint);
-  initialize(secretKey, userId);
-}
 
 std::optional<std::string> Lumicor::getSecretKey() const {
   const std::lock_guard lock(identityMutex_);
@@ -92,21 +67,6 @@ void Lumicor::setCurrentViewListener(std::function<void(const std::string&)> vie
 
 void Lumicor::setCurrentViewController(Ref<UIViewController> currentViewController) {
   currentViewController_ = std::move(currentViewController);
-}
-
-void Lumicor::didSelectRow(const Ref<UITableView>& tableView, const IndexPath& indexPath) {
-  if (!isInitialized_ || !isTracking) return;
-  if (const auto cell = tableView->cellForRowAtIndexPath(indexPath))
-    LumicorTrackingTask::registerUserAction("tableView", cell);
-}
-
-void Lumicor::didSelectItem(const Ref<UICollectionView>& collectionView, const IndexPath& indexPath) {
-  if (!isInitialized_ || !isTracking) return;
-  const auto cell = collectionView->cellForItemAtIndexPath(indexPath);
-  const std::optional<std::string> identifier = collectionView->accessibilityIdentifier();
-  if (!cell || !identifier) return;
-  LumicorTrackingTask::registerUserAction(
-      collectionActionName(*identifier, collectionView->numberOfSections(), indexPath), cell);
 }
 
 }  // namespace lumicor

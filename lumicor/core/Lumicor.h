@@ -10,9 +10,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "lumicor/actions/TLDefaults.h"
 #include "lumicor/core/LumicorAttributes.h"
 #include "lumicor/core/TLChatMessage.h"
+#include "lumicor/core/TLDefaults.h"
 #include "platform/geometry/CGGeometry.h"
 #include "platform/runtime/Object.h"
 
@@ -44,8 +44,10 @@ struct SwiftUICoordinates {
   bool isVisible = false;
 };
 
-/// The one object that a host application talks to: it holds the session.
-/// Thread: main, except what requests read from their queues (key, endpoint, attributes, the debug gate): any.
+/// The one object that a host application talks to: it holds the session, and everybody reads it. What it starts and
+/// registers is defined in the rooms above that do it (lumicor/LumicorStart.cpp,
+/// lumicor/capture/LumicorSelections.cpp). Thread: main, except what requests read from their queues (key, endpoint,
+/// attributes, the debug gate): any.
 class Lumicor : public Object<Lumicor, NSObject> {
  public:
   static Lumicor& shared();

@@ -5,7 +5,11 @@
 
 namespace lumicor {
 
-UserDefaults& LumicorUserDefaults::store() { return UserDefaults::standard(); }
+UserDefaults& LumicorUserDefaults::store() {
+  UserDefaults& defaults = UserDefaults::standard();
+  for (const std::string& report : defaults.takeReports()) LumicorDebugHelper::log("Error: " + report);
+  return defaults;
+}
 
 const std::string& LumicorUserDefaults::storedMessagesKey() {
   static const std::string key = "storedMessages";

@@ -16,7 +16,7 @@ namespace lumicor {
 /// Thread: main. Failures are logged; what is stored stays as it is.
 class LumicorUserDefaults {
  public:
-  /// Any thread; whoever asks first reads its files.
+  /// Any thread; whoever asks first reads its files. What went wrong with them since it was asked last is logged.
   static UserDefaults& store();
   /// The key under which the chat is kept.
   static const std::string& storedMessagesKey();

@@ -1,17 +1,5 @@
 #include "lumicor/network/LumicorConfiguration.h"
 
-#include <utility>
-
-#include "lumicor/capture/LumicorTrackingTask.h"
-#include "lumicor/core/Lumicor.h"
-#include "lumicor/core/LumicorDebugHelper.h"
-#include "lumicor/core/LumicorUtils.h"
-#include "lumicor/network/LumicorNetworkTask.h"
-#include "lumicor/ui/LumicorFontHelper.h"
-#include "lumicor/ui/TLFloaterManager.h"
-#include "platform/dispatch/DispatchQueue.h"
-#include "platform/uikit/controllers/UIViewController.h"
-
 namespace lumicor {
 
 namespace {
@@ -28,33 +16,6 @@ std::optional<Result<T>> decoded(const JSONValue& data, std::string_view name, J
   return decodeRecord<T>(*member);
 }
 
-/// The value of a member that is there and was decoded; the log hears of one that was not.
-template <class T>
-T* usable(std::optional<Result<T>>& member, const char* failureText) {
-  if (!member) return nullptr;
-  if (*member) return &**member;
-  LumicorDebugHelper::log(failureText + member->error());
-  return nullptr;
-}
-
-void showTracker() {
-  const Ref<UIViewController> controller = LumicorUtils::getCurrentViewController();
-  if (!controller) return;
-  Lumicor::showTrackingView = true;
-  LumicorTrackingTask::showTrackingControlView(controller->view());
-}
-
-void showFloater() {
-  Lumicor::showTesselLumicor = true;
-  DispatchQueue::main().async([] {
-    TLFloaterManager& manager = TLFloaterManager::shared();
-    manager.show();
-    const auto floater = manager.floaterView();
-    floater->setShow(!floater->show());
-    floater->setNeedsDisplay();
-  });
-}
-
 }  // namespace
 
 LumicorConfiguration LumicorConfiguration::read(const JSONValue& data) {
@@ -64,22 +25,6 @@ LumicorConfiguration LumicorConfiguration::read(const JSONValue& data) {
           .chatHistory = decoded<std::vector<TLChatMessage>>(data, "chatHistory", Kind::array),
           .showTesselLumicor = isTrue(data, "showTesselLumicor"),
           .tlDefaults = decoded<TLDefaults>(data, "tlDefaults", Kind::object)};
-}
-
-void LumicorConfiguration::apply() && {
-  if (showTrackerView) showTracker();
-  if (const auto* layout = usable(layoutData, "Failed to decode layout JSON: ")) {
-    TLFloaterManager::shared().setLayoutData(*layout);
-  }
-  LumicorFontHelper::loadFont(TLFloaterManager::shared().layoutData().styles.fontURL);
-  if (auto* const history = usable(chatHistory, "Failed to decode chat history JSON: ")) {
-    Lumicor::shared().setChatHistory(std::move(*history));
-  }
-  if (showTesselLumicor && !Lumicor::showTrackingView) showFloater();
-  if (const auto* defaults = usable(tlDefaults, "Failed to decode defaults JSON: ")) {
-    Lumicor::shared().setDefaults(*defaults);
-  }
-  LumicorNetworkTask::logEvent(LumicorLogEvent::LUMICOR_INITIALIZED, "");
 }
 
 }  // namespace lumicor

@@ -3,9 +3,9 @@
 #include <optional>
 #include <vector>
 
-#include "lumicor/actions/TLDefaults.h"
 #include "lumicor/core/TLChatMessage.h"
-#include "lumicor/ui/TLLayout.h"
+#include "lumicor/core/TLDefaults.h"
+#include "lumicor/core/TLLayout.h"
 #include "platform/foundation/JSONValue.h"
 #include "platform/foundation/Result.h"
 
@@ -24,8 +24,8 @@ struct LumicorConfiguration {
 
   /// Reads the "data" of an init reply. Any thread.
   static LumicorConfiguration read(const JSONValue& data);
-  /// Makes it so, member after member; one that failed is logged and stops no other. What is long moves out of
-  /// it. Main thread.
+  /// Makes it so, member after member; one that failed is logged and stops no other. What is long moves out of it.
+  /// Main thread. It reaches into the rooms above and is defined at the top, with the start of a session.
   void apply() &&;
 };
 

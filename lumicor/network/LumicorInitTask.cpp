@@ -37,8 +37,10 @@ LumicorInitTask::LumicorInitTask(std::string secretKey, std::string userId)
 void LumicorInitTask::execute() const {
   DispatchQueue::global(QOS::userInteractive).async([] {
     LumicorUserDefaults::store();  // its files are read here, before main asks for them
-    LumicorNetworkTask::requestConfiguration([](const JSONValue& data) -> LumicorRequest::Delivery {
-      return [configuration = LumicorConfiguration::read(data)]() mutable { std::move(configuration).apply(); };
+    LumicorNetworkTask::requestConfiguration([](const JSONValue& data) -> LumicorNetworkTask::Apply {
+      return [configuration = LumicorConfiguration::read(data)](const JSONValue&) mutable {
+        std::move(configuration).apply();
+      };
     });
   });
 }

@@ -15,7 +15,7 @@ using Answer = std::optional<TLStepsAnswer>;
 using Callback = std::function<void(const Answer&)>;
 
 /// Steps take the service longer than anything else.
-constexpr LumicorRequestKind steps{.path = "/sdk/steps/get", .timeout = 100, .failureText = "Get Steps Failure"};
+constexpr LumicorRequestKind stepsRequest{.path = "/sdk/steps/get", .timeout = 100, .failureText = "Get Steps Failure"};
 constexpr LumicorRequestKind historyUpload{.path = "/sdk/messages/upload",
                                            .failureText = "Chat History Upload Failure"};
 constexpr std::size_t conversationLength = 10;
@@ -43,55 +43,63 @@ std::optional<JSONValue> member(const JSONValue& data, std::string_view name) {
   return found ? std::optional(*found) : std::nullopt;
 }
 
-/// A judged reply: the answer, and what the log is told before and after the callback has it.
-struct Judgement {
-  Answer answer;
-  std::string before;
-  std::string after;
-};
+/// The steps that an answer holds as a text, read; nothing where it holds none.
+using Steps = std::optional<Result<std::vector<TLAction>>>;
 
-Judgement judgeSteps(const std::optional<JSONValue>& reply) {
-  const JSONValue* const data = goodReplyData(reply, "status_code");  // this reply alone is spelled so
-  if (!data) return {.answer = {}, .before = std::string(steps.failureText), .after = ""};
-  TLStepsAnswer answer{
-      .answer = {}, .shouldOpenChatWindow = member(*data, "shouldOpenChatWindow"), .taskId = member(*data, "taskId")};
-  const JSONValue* const content = data->find("answer");
-  if (!isAction(*data)) {
-    if (content) answer.answer = *content;
-    return {.answer = std::move(answer), .before = "", .after = ""};
-  }
+Steps readSteps(const std::optional<JSONValue>& reply) {
+  const JSONValue* const data = replyData(reply);
+  const JSONValue* const content = data ? data->find("answer") : nullptr;
   const std::string* const text = content ? content->asString() : nullptr;
-  if (!text) return {.answer = {}, .before = "Unable to convert actions jsonString to Data", .after = ""};
-  auto actions = decodeJSON<std::vector<TLAction>>(*text);
-  if (!actions) return {.answer = {}, .before = "", .after = "Error processing Actions JSON: " + actions.error()};
-  answer.answer = std::move(*actions);
-  return {.answer = std::move(answer), .before = "Get Steps Success", .after = ""};
+  const JSONValue* const flag = data ? data->find("isAction") : nullptr;
+  const bool isText = flag && (flag->asBool() == false || flag->asDouble() == 0.0);
+  if (!text || isText) return std::nullopt;
+  return decodeJSON<std::vector<TLAction>>(*text);
 }
 
-void deliver(const Judgement& judged, const Callback& callback) {
-  if (!judged.before.empty()) LumicorDebugHelper::log(judged.before);
-  callback(judged.answer);
-  if (!judged.after.empty()) LumicorDebugHelper::log(judged.after);
+void judgeSteps(const std::optional<JSONValue>& reply, const Steps& steps, const Callback& callback) {
+  const JSONValue* const data = goodReplyData(reply, "status_code");  // this reply alone is spelled so
+  if (!data) {
+    LumicorDebugHelper::log(stepsRequest.failureText);
+    return callback(std::nullopt);
+  }
+  TLStepsAnswer answer{
+      .answer = {}, .shouldOpenChatWindow = member(*data, "shouldOpenChatWindow"), .taskId = member(*data, "taskId")};
+  if (!isAction(*data)) {
+    if (const JSONValue* const content = data->find("answer")) answer.answer = *content;
+    return callback(answer);
+  }
+  if (!steps) {
+    LumicorDebugHelper::log("Unable to convert actions jsonString to Data");
+    return callback(std::nullopt);
+  }
+  if (!*steps) {
+    callback(std::nullopt);
+    return LumicorDebugHelper::log("Error processing Actions JSON: " + steps->error());
+  }
+  LumicorDebugHelper::log("Get Steps Success");
+  answer.answer = **steps;
+  callback(answer);
 }
 
 }  // namespace
 
 void LumicorNetworkTask::getSteps(const std::string& query, Callback callback) {
   const JSONValue body = JSONValue::object({{"query", query}, {"chat_history", toJSONValue(recentConversation())}});
-  const auto judge = [callback =
-                          std::move(callback)](const std::optional<JSONValue>& reply) -> LumicorRequest::Delivery {
-    return [judged = judgeSteps(reply), callback] { deliver(judged, callback); };
+  const auto reader = [callback =
+                           std::move(callback)](const std::optional<JSONValue>& unjudged) -> LumicorRequest::Judge {
+    return [actions = readSteps(unjudged), callback](const std::optional<JSONValue>& reply) {
+      judgeSteps(reply, actions, callback);
+    };
   };
-  LumicorRequest::send(steps, body, judge);
+  LumicorRequest::sendAndRead(stepsRequest, body, reader);
 }
 
 void LumicorNetworkTask::uploadChatHistory(const std::vector<TLChatMessage>& chatHistory) {
   const JSONValue body = JSONValue::object({{"chatHistory", toJSONValue(chatHistory)}});
-  LumicorRequest::send(historyUpload, body, [](const std::optional<JSONValue>& reply) -> LumicorRequest::Delivery {
-    return [good = isGoodReply(reply)] {
-      if (good) LumicorUserDefaults::saveMessages(LumicorUserDefaults::storedMessagesKey(), {});
-      LumicorDebugHelper::log(good ? "Chat History Upload Success" : historyUpload.failureText);
-    };
+  LumicorRequest::send(historyUpload, body, [](const std::optional<JSONValue>& reply) {
+    const bool isGood = isGoodReply(reply);
+    if (isGood) LumicorUserDefaults::saveMessages(LumicorUserDefaults::storedMessagesKey(), {});
+    LumicorDebugHelper::log(isGood ? "Chat History Upload Success" : historyUpload.failureText);
   });
 }
 

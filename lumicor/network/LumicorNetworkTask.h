@@ -14,8 +14,8 @@ namespace lumicor {
 
 using namespace platform;
 
-/// The calls to the service, one operation each. Callbacks run on the main queue; replies are read and judged before
-/// they get there. Failures are logged, never thrown. Thread: any, except what reads the device's history: main.
+/// The calls to the service, one operation each. Replies are read before they get to the main queue and judged on it;
+/// callbacks run there. Failures are logged, never thrown. Thread: any, except what reads the device's history: main.
 class LumicorNetworkTask {
  public:
   static HTTPHeaders getHeaders() { return LumicorRequest::getHeaders(); }
@@ -23,8 +23,10 @@ class LumicorNetworkTask {
   /// Asks for the configuration. On success the session is initialised and the callback gets the reply's "data", which
   /// nobody applies; on failure the callback is not called.
   static void initialize(std::function<void(const JSONValue& data)> callback);
-  /// The same for a caller that makes something of the data before it gets to the main queue.
-  static void requestConfiguration(std::function<LumicorRequest::Delivery(const JSONValue& data)> prepare);
+  using Apply = std::function<void(const JSONValue& data)>;
+  /// The same for a caller that reads the data before it gets to the main queue, whether or not the reply turns out to
+  /// be good; what `read` returns is called on that queue when it did.
+  static void requestConfiguration(std::function<Apply(const JSONValue& data)> read);
 
   /// Sends a query with the recent conversation. The callback is called once, with no value when it failed.
   static void getSteps(const std::string& query, std::function<void(const std::optional<TLStepsAnswer>&)> callback);

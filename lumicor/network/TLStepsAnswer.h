@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "lumicor/actions/TLAction.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/foundation/JSONValue.h"
 
 namespace lumicor {

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "lumicor/ui/TLLayout.h"
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/TLTypingChatMessageCell.h"
 #include "platform/uikit/lists/UITableViewCell.h"
 #include "platform/uikit/views/UILabel.h"

@@ -11,6 +11,7 @@
 #include "lumicor/ui/TLKeyboardOffset.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/bars/UITabBar.h"
 #include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "platform/uikit/controllers/UINavigationController.h"
@@ -198,6 +199,14 @@ void TLChatViewController::closeWithoutAnimation() {
   });
   // No transition runs that would bring the button back.
   if (const auto& button = TLFloaterManager::shared().floaterView()) button->setShow(true);
+}
+
+void TLChatViewController::reopen(const Ref<UINavigationController>& navigation) {
+  if (std::ranges::count(navigation->viewControllers(), self())) return;  // opened by hand meanwhile
+  TLFloaterManager::shared().overrideNavigationDelegate();
+  UIApplication::shared().beginIgnoringInteractionEvents();
+  navigation->pushViewController(self(), true);
+  UIApplication::shared().endIgnoringInteractionEvents();
 }
 
 /// The real tab bar, and with it the host's own bars that stand in for one: named views of the tab bar controller that

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "lumicor/actions/TLChatScreen.h"
 #include "lumicor/core/TLChatMessage.h"
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/PaddedTextField.h"
-#include "lumicor/ui/TLLayout.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/controls/UIButton.h"
@@ -20,16 +21,17 @@ using namespace platform;
 /// The full-screen chat: the conversation, a field to type into, and while the assistant works a typing row. Made once
 /// per floating button, pushed onto the host's navigation controller on every visit; while it is there the host's bars
 /// hide. Thread: main; addMessage: any.
-class TLChatViewController : public Object<TLChatViewController, UIViewController> {
+class TLChatViewController : public Object<TLChatViewController, UIViewController>, public TLChatScreen {
  public:
   TLChatViewController();
   ~TLChatViewController() override;
   static void exportMethods(MethodTable<TLChatViewController>& table);
 
   /// Adds a bubble of the assistant, in place of a trailing typing row, and lets the person type again.
-  virtual void addMessage(const std::string& text);
+  void addMessage(const std::string& text) override;
   /// Leaves the screen at once: popped without animation, the host's navigation bar as it was.
-  virtual void closeWithoutAnimation();
+  void closeWithoutAnimation() override;
+  void reopen(const Ref<UINavigationController>& navigation) override;
 
   void sendMessage();
   void dismissChatView();

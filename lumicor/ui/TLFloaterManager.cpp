@@ -1,11 +1,14 @@
 #include "lumicor/ui/TLFloaterManager.h"
 
+#include <algorithm>
+
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/network/LumicorNetworkTask.h"
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterPlacement.h"
 #include "lumicor/ui/TLTransition.h"
+#include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/device/UIScreen.h"
 
@@ -15,6 +18,8 @@ namespace {
 
 constexpr const char* animationControllerSelector =
     "navigationController:animationControllerForOperation:fromViewController:toViewController:";
+
+constexpr const char* didShowSelector = "navigationController:didShowViewController:animated:";
 
 constexpr double closeTargetSlideIn = 0.2;
 constexpr double closeTargetSlideOut = 0.35;
@@ -55,6 +60,7 @@ TLFloaterManager::~TLFloaterManager() = default;
 
 void TLFloaterManager::exportMethods(MethodTable<TLFloaterManager>& table) {
   table.add<&TLFloaterManager::animationControllerFor>(animationControllerSelector);
+  table.add<&TLFloaterManager::didShow>(didShowSelector);
 }
 
 void TLFloaterManager::init() {
@@ -70,9 +76,14 @@ void TLFloaterManager::show() {
   bottomCloseView_->setFrame(closeTargetFrame(false));
   if (const auto window = keyWindow()) window->addSubview(bottomCloseView_);
   floaterMoveEvents();
-  chatViewController_ = make<TLChatViewController>();
+  setChatViewController(make<TLChatViewController>());
   chatViewController_->layoutData = layoutData_;
   overrideNavigationDelegate();
+}
+
+void TLFloaterManager::setChatViewController(Ref<TLChatViewController> chat) {
+  chatViewController_ = std::move(chat);
+  TLChatScreen::setCurrent(chatViewController_);
 }
 
 void TLFloaterManager::floaterMoveEvents() {
@@ -97,11 +108,30 @@ void TLFloaterManager::openChat() {
 void TLFloaterManager::overrideNavigationDelegate() {
   const auto navigation = LumicorUtils::getNavigationControllerFromRoot();
   if (!navigation || navigation->delegate() == self()) return;
-  const auto before = overridden_.lock();
-  if (before && before->delegate() == self()) before->setDelegate(hostDelegate_.lock());
+  giveDelegateBack();
   overridden_ = navigation;
   hostDelegate_ = navigation->delegate();
   navigation->setDelegate(self());
+}
+
+void TLFloaterManager::giveDelegateBack() {
+  const auto navigation = overridden_.lock();
+  if (navigation && navigation->delegate() == self()) navigation->setDelegate(hostDelegate_.lock());
+  overridden_.reset();
+  hostDelegate_.reset();
+  chatWasShown_ = false;
+}
+
+void TLFloaterManager::didShow(const Ref<UINavigationController>& navigation, const Ref<UIViewController>& screen,
+                               bool animated) {
+  static const SEL selector = sel(didShowSelector);
+  const auto host = hostDelegate_.lock();
+  sendOptional(host, selector, navigation, screen, animated);
+  if (screen == chatViewController_) {
+    chatWasShown_ = true;
+  } else if (host && chatWasShown_ && !std::ranges::count(navigation->viewControllers(), chatViewController_)) {
+    giveDelegateBack();
+  }
 }
 
 bool TLFloaterManager::respondsToSelector(SEL selector) const {

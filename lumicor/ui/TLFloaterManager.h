@@ -1,7 +1,7 @@
 #pragma once
 
+#include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/TLFloaterView.h"
-#include "lumicor/ui/TLLayout.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 
 namespace lumicor {
@@ -26,19 +26,22 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   const TLLayout& layoutData() const { return layoutData_; }
   void setLayoutData(TLLayout layoutData) { layoutData_ = std::move(layoutData); }
   const Ref<TLChatViewController>& chatViewController() const { return chatViewController_; }
-  void setChatViewController(Ref<TLChatViewController> chat) { chatViewController_ = std::move(chat); }
+  /// It is the chat that requests are answered in from here on.
+  void setChatViewController(Ref<TLChatViewController> chat);
 
   /// Makes a new button, still invisible (see TLFloaterView::setShow), and a new chat screen.
   void show();
   void floaterMoveEvents();
   /// Becomes the delegate of the navigation controller that the chat is pushed on, and passes on to the host's own
-  /// delegate whatever it asks or is told; the one it stood in for before gets its delegate back. Nothing happens
-  /// without a key window, a root controller or a navigation controller.
+  /// delegate whatever it asks or is told. That one comes back when the chat has gone, and when another navigation
+  /// controller takes its place. Nothing happens without a key window, a root controller or a navigation controller.
   void overrideNavigationDelegate();
   /// The transition between two screens: the chat's own ones, or what the host's delegate says.
   Ref<NSObject> animationControllerFor(const Ref<UINavigationController>& navigation,
                                        UINavigationControllerOperation operation, const Ref<UIViewController>& from,
                                        const Ref<UIViewController>& to);
+  /// A screen has come: told to the host's delegate too, which is back in its place once the chat has gone.
+  void didShow(const Ref<UINavigationController>& navigation, const Ref<UIViewController>& screen, bool animated);
   /// Safe distances of the key window; none without one.
   static UIEdgeInsets screenInsets();
 
@@ -51,6 +54,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
 
  private:
   void openChat();
+  void giveDelegateBack();
 
   Ref<TLFloaterView> floaterView_;
   Ref<TLBottomCloseView> bottomCloseView_;
@@ -58,6 +62,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   Ref<TLChatViewController> chatViewController_;
   Weak<UINavigationController> overridden_;
   Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
+  bool chatWasShown_ = false;    // there, since it was overridden
 };
 
 }  // namespace lumicor

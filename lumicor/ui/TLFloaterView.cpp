@@ -91,11 +91,11 @@ void TLFloaterView::touchesMoved(const UITouches& touches, const Ref<UIEvent>&) 
 }
 
 void TLFloaterView::touchesEnded(const UITouches&, const Ref<UIEvent>&) {
-  const Ref<UIView> container = superview();
-  if (!container) return;
   const Ref<TLFloaterView> keep = self();
   if (const auto receiver = delegate.lock()) receiver->floatViewCancelMove(*this);
   beginPoint.reset();
+  const Ref<UIView> container = superview();
+  if (!container) return;
   const double side = layoutData ? static_cast<double>(layoutData->size) : bounds().size.width;
   const CGRect resting =
       floaterPlacement::restingFrame(frame(), container->bounds().size, TLFloaterManager::screenInsets(), side);

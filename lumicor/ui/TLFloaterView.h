@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-#include "lumicor/ui/TLLayout.h"
+#include "lumicor/core/TLLayout.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace lumicor {

@@ -15,9 +15,32 @@ namespace platform {
 
 CALayer::CALayer() = default;
 
+namespace {
+
+/// Layers below ones that are going away, waiting to be let go one after the other: trees may be of any depth.
+std::vector<Ref<CALayer>>* orphans = nullptr;
+
+}  // namespace
+
 CALayer::~CALayer() {
-  for (const Ref<CALayer>& sublayer : sublayers_) sublayer->superlayer_ = nullptr;
-  if (mask_) mask_->maskedLayer_ = nullptr;
+  std::vector<Ref<CALayer>> own;
+  const bool isFirst = orphans == nullptr;
+  if (isFirst) orphans = &own;
+  for (Ref<CALayer>& sublayer : sublayers_) {
+    sublayer->superlayer_ = nullptr;
+    orphans->push_back(std::move(sublayer));
+  }
+  sublayers_.clear();
+  if (mask_) {
+    mask_->maskedLayer_ = nullptr;
+    orphans->push_back(std::move(mask_));
+  }
+  if (!isFirst) return;
+  while (!own.empty()) {
+    const Ref<CALayer> orphan = std::move(own.back());
+    own.pop_back();
+  }
+  orphans = nullptr;
 }
 
 // ---- Changes
@@ -43,6 +66,7 @@ void CALayer::didChange(const char* keyPath, const AnimatableValue& from) {
 }
 
 void CALayer::changed() {
+  ++layerChanges_;
   changed_ = true;
   CALayer* layer = this;
   while (CALayer* const above = layer->owner()) {

@@ -55,6 +55,7 @@ class CALayerDelegate {
 /// the moment is told by presentationLayer(). Main thread. Points; y grows downwards.
 class CALayer : public Object<CALayer, NSObject> {
  public:
+  static constexpr bool usesObjectPool = true;
   CALayer();
   ~CALayer() override;
   static Ref<CALayer> layer() { return make<CALayer>(); }
@@ -73,9 +74,14 @@ class CALayer : public Object<CALayer, NSObject> {
   CGPoint anchorPoint() const { return state_.anchorPoint; }
   void setAnchorPoint(CGPoint anchor);
   const CGAffineTransform& transform() const { return state_.transform; }
+  /// False for the identity; cheaper to ask than the transform.
+  bool hasTransform() const { return state_.hasTransform; }
   void setTransform(const CGAffineTransform& transform);
   void setAffineTransform(const CGAffineTransform& transform) { setTransform(transform); }
   CGAffineTransform affineTransform() const { return state_.transform; }
+  /// Grows whenever a layer anywhere changes its place, its look or its contents: what was worked out from places is
+  /// good as long as it stays the same.
+  static std::uint64_t layerChanges() { return layerChanges_; }
   /// From this layer's coordinates to its superlayer's.
   CGAffineTransform transformToSuperlayer() const;
   /// None stands for the root's coordinates. Layers of different trees: the roots lie on one another.
@@ -180,9 +186,10 @@ class CALayer : public Object<CALayer, NSObject> {
  protected:
   /// The values of every layer.
   struct State {
+    CGPoint position;  // what asking for places needs comes first and shares two cache lines
     CGRect bounds;
-    CGPoint position;
     CGPoint anchorPoint{0.5, 0.5};
+    bool hasTransform = false;  // another than the identity
     CGAffineTransform transform;
     std::optional<UIColor> backgroundColor;
     double cornerRadius = 0;
@@ -228,6 +235,8 @@ class CALayer : public Object<CALayer, NSObject> {
   void display();
   void detach(CALayer& sublayer);
   CGRect contentsRect(const UIImage& image) const;
+
+  inline static std::uint64_t layerChanges_ = 0;
 
   State state_;
   Ref<CALayer> mask_;

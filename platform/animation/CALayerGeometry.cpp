@@ -17,7 +17,7 @@ CGAffineTransform CALayer::transformToSuperlayer() const {
   const CGRect& bounds = state_.bounds;
   const double anchorX = bounds.minX() + state_.anchorPoint.x * bounds.width();
   const double anchorY = bounds.minY() + state_.anchorPoint.y * bounds.height();
-  if (state_.transform.isIdentity()) {
+  if (!state_.hasTransform) {
     return CGAffineTransform::translation(state_.position.x - anchorX, state_.position.y - anchorY);
   }
   return CGAffineTransform::translation(-anchorX, -anchorY)
@@ -32,7 +32,7 @@ CGRect CALayer::frame() const {
 
 void CALayer::setFrame(const CGRect& frame) {
   CGSize size = frame.size;
-  if (!state_.transform.isIdentity()) {
+  if (state_.hasTransform) {
     CGAffineTransform linear = state_.transform;
     linear.tx = linear.ty = 0;
     size = linear.inverted().apply(CGRect(CGPointZero, size)).size;
@@ -54,6 +54,7 @@ void CALayer::setAnchorPoint(CGPoint anchor) { change(state_, &State::anchorPoin
 
 void CALayer::setTransform(const CGAffineTransform& transform) {
   change(state_, &State::transform, transform, "transform");
+  state_.hasTransform = !transform.isIdentity();
 }
 
 CGPoint CALayer::convertPoint(CGPoint point, const CALayer* toLayer) const {

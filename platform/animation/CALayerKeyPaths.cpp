@@ -175,6 +175,7 @@ bool CALayer::setValueForKeyPath(const AnimatableValue& value, const std::string
   const auto& all = properties<State>();
   const auto found = all.find(keyPath);
   if (found == all.end() || !found->second.set(state_, value)) return false;
+  state_.hasTransform = !state_.transform.isIdentity();
   changed();
   return true;
 }

@@ -42,6 +42,16 @@ CGAffineTransform LayerDisplay::rootToPixels() const {
   return CGAffineTransform::translation(-origin.x, -origin.y).then(CGAffineTransform::scale(scale_, scale_));
 }
 
+/// True when the root's background leaves nothing of what was there: clearing the place first would be work for
+/// nothing.
+bool LayerDisplay::rootCovers(const CGRect& pixels) const {
+  const CALayer& root = *root_;
+  const std::optional<UIColor>& color = root.backgroundColor();
+  const bool isOpaque = color && color->alpha() >= 1 && root.opacity() >= 1;
+  const bool isWhole = root.cornerRadius() <= 0 && !root.mask() && !root.isHidden() && !root.hasAnimations();
+  return isOpaque && isWhole && rootToPixels().apply(root.bounds()).contains(pixels);
+}
+
 CGRect LayerDisplay::update() {
   isUpdating_ = true;
   mediaTime_ = Clock::mediaTime();
@@ -58,8 +68,10 @@ CGRect LayerDisplay::update() {
   // Edges of half-covered pixels belong to what changed.
   const CGRect dirty = dirty_.isEmpty() ? CGRect() : dirty_.insetBy(-1, -1).integral().intersection(all);
   if (!dirty.isEmpty()) {
-    bitmap_.clear(static_cast<int>(dirty.minX()), static_cast<int>(dirty.minY()), static_cast<int>(dirty.width()),
-                  static_cast<int>(dirty.height()));
+    if (!rootCovers(dirty)) {
+      bitmap_.clear(static_cast<int>(dirty.minX()), static_cast<int>(dirty.minY()), static_cast<int>(dirty.width()),
+                    static_cast<int>(dirty.height()));
+    }
     const std::unique_ptr<Canvas> canvas = Engine::shared().makeCanvas(bitmap_);
     canvas->clip(dirty);
     if (!root_->isHidden()) LayerCompositor(mediaTime_).paintRoot(*canvas, *root_, rootToPixels(), dirty);

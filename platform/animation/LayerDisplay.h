@@ -49,6 +49,7 @@ class LayerDisplay {
   bool noteMoving(CALayer& layer);
   void noteMask(CALayer& mask);
   CGAffineTransform rootToPixels() const;
+  bool rootCovers(const CGRect& pixels) const;
 
   Ref<CALayer> root_;
   double scale_;

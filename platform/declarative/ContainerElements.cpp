@@ -127,7 +127,9 @@ CGRect GeometryElement::globalFrame() const {
 void GeometryElement::place(CGRect rect) {
   rect_ = rect;
   const CGRect global = globalFrame();
-  if (!evaluatedAt_ || *evaluatedAt_ != global) {
+  if (!environment_.isOnScreen()) {
+    evaluatedAt_.reset();
+  } else if (!evaluatedAt_ || *evaluatedAt_ != global) {
     evaluatedAt_ = global;
     child_.update(content_(GeometryProxy(rect.size, global)), environment_);
   }

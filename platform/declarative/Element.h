@@ -23,6 +23,7 @@ struct Environment {
   std::optional<UIColor> foregroundColor;  ///< each kind of piece has a colour of its own when none was set
   Weak<UIView> host;
   std::function<void()> setNeedsLayout;
+  std::function<bool()> isOnScreen;  ///< false while the whole description waits to be shown, or is hidden
 };
 
 /// The live counterpart of a description: it lasts as long as descriptions of its kind follow each other at its place,

@@ -33,6 +33,7 @@ class HostingView final : public Object<HostingView, UIView> {
     if (!root_) return;
     if (onScreen) {
       root_->appear();
+      setNeedsLayout();  // readers of geometry were not asked meanwhile
     } else {
       root_->disappear();
     }
@@ -46,6 +47,10 @@ class HostingView final : public Object<HostingView, UIView> {
       environment.host = weakSelf();
       environment.setNeedsLayout = [weak = weakSelf()] {
         if (const auto view = weak.lock()) view->setNeedsLayout();
+      };
+      environment.isOnScreen = [weak = weakSelf()] {
+        const auto view = weak.lock();
+        return view && view->onScreen_;
       };
       root_.update(body_(), environment);
     }

@@ -92,8 +92,8 @@ View VStack(std::vector<View> children, double spacing = 8,
             HorizontalAlignment alignment = HorizontalAlignment::center);
 View ZStack(std::vector<View> children, Alignment alignment = {});
 View ScrollView(const View& content);
-/// Takes all the room that it is offered and makes its content from it; asked again whenever its size or its place on
-/// the screen has changed.
+/// Takes all the room that it is offered and makes its content from it; asked when it comes to the screen, and again
+/// whenever its size or its place there has changed. While it is not on the screen it has no place, and is not asked.
 View GeometryReader(std::function<View(const GeometryProxy&)> content);
 
 enum class CoordinateSpace { local, global };

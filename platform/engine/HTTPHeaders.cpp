@@ -40,7 +40,8 @@ bool HTTPHeaders::isValidName(std::string_view name) {
 }
 
 bool HTTPHeaders::isValidValue(std::string_view value) {
-  return std::all_of(value.begin(), value.end(), [](char c) { return (c >= ' ' && c <= '~') || c == '\t'; });
+  const auto isControl = [](unsigned char c) { return (c < ' ' && c != '\t') || c == 0x7F; };
+  return std::none_of(value.begin(), value.end(), isControl);
 }
 
 }  // namespace platform

@@ -31,7 +31,8 @@ class HTTPHeaders {
   std::size_t size() const { return entries_.size(); }
   friend bool operator==(const HTTPHeaders&, const HTTPHeaders&) = default;
 
-  /// True when nothing in it could break out of its line: a name is a token, a value printable ASCII, blanks and tabs.
+  /// True when nothing in it could break out of its line: a name is a token, a value has no control characters besides
+  /// tabs. Beyond ASCII a value travels as its bytes, which are UTF-8.
   static bool isValidName(std::string_view name);
   static bool isValidValue(std::string_view value);
 

@@ -12,8 +12,9 @@
 
 namespace platform {
 
-/// Carries one HTTP request to a server and its reply back. It follows no redirections, keeps no cookies and no cache,
-/// and always verifies certificates. Any thread.
+/// Carries one HTTP request to a server and its reply back. A request is sent once, whatever becomes of it, and none
+/// waits for another. It follows no redirections, keeps no cookies and no cache, and always verifies certificates. Any
+/// thread.
 class HttpTransport {
  public:
   struct Request {
@@ -27,6 +28,8 @@ class HttpTransport {
     std::string replyFile;
     /// Seconds without any byte sent or received after which the exchange fails.
     double idleTimeout = 60;
+    /// Seconds after which it fails however busy it is; none for 0.
+    double overallTimeout = 0;
     /// A longer reply closes the connection.
     std::size_t maximumReplyBytes = 0;
   };

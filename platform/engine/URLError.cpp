@@ -40,6 +40,8 @@ std::string URLError::localizedDescription() const {
       return "No secure connection to the server could be made.";
     case Code::serverCertificateUntrusted:
       return "The server's certificate is not trusted.";
+    case Code::cannotOpenFile:
+      return "The file to send could not be read.";
     case Code::cannotWriteToFile:
       return "The reply could not be written to a file.";
   }

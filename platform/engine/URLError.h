@@ -27,6 +27,7 @@ class URLError {
     dataLengthExceedsMaximum = -1103,
     secureConnectionFailed = -1200,
     serverCertificateUntrusted = -1202,
+    cannotOpenFile = -3001,
     cannotWriteToFile = -3003,
   };
   using enum Code;

@@ -1,10 +1,12 @@
 #include "platform/foundation/JSONValue.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 #include <unordered_set>
 
-#include "platform/foundation/JSONParser.h"
+#include "platform/foundation/JSONReader.h"
+#include "platform/foundation/JSONRefusal.h"
 #include "platform/foundation/JSONWriter.h"
 #include "platform/runtime/FatalError.h"
 
@@ -43,46 +45,6 @@ void joinEqualNames(JSONValue::Object& members) {
   members = std::move(joined);
 }
 
-JSONValue valueOf(const simdjson::dom::element& element);
-
-JSONValue valueOf(const simdjson::dom::array& source) {
-  JSONValue::Array elements;
-  elements.reserve(source.size());
-  for (const simdjson::dom::element element : source) elements.push_back(valueOf(element));
-  return JSONValue::array(std::move(elements));
-}
-
-JSONValue valueOf(const simdjson::dom::object& source) {
-  JSONValue::Object members;
-  members.reserve(source.size());
-  for (const auto& [name, element] : source) members.emplace_back(std::string(name), valueOf(element));
-  return JSONValue::object(std::move(members));
-}
-
-/// Recursion is bounded: the parser refuses what is nested more deeply than maximumDepth.
-JSONValue valueOf(const simdjson::dom::element& element) {
-  using simdjson::dom::element_type;
-  switch (element.type()) {
-    case element_type::ARRAY:
-      return valueOf(simdjson::dom::array(element));
-    case element_type::OBJECT:
-      return valueOf(simdjson::dom::object(element));
-    case element_type::STRING:
-      return JSONValue(std::string_view(element));
-    case element_type::INT64:
-      return JSONValue(std::int64_t(element));
-    case element_type::UINT64:
-      return JSONValue(static_cast<double>(std::uint64_t(element)));
-    case element_type::DOUBLE:
-      return JSONValue(double(element));
-    case element_type::BOOL:
-      return JSONValue(bool(element));
-    case element_type::NULL_VALUE:
-      break;
-  }
-  return {};
-}
-
 /// About as many bytes as writing takes, so that the text is written into one piece of memory.
 std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
   constexpr std::size_t number = 24;
@@ -100,41 +62,41 @@ std::size_t expectedBytes(const JSONValue& value, std::size_t depth) {
   return value.isNull() || value.asBool() ? sizeof "false" : number;
 }
 
-void write(JSONWriter& writer, const JSONValue& value, std::size_t depth) {
+char* write(JSONWriter& writer, char* at, const JSONValue& value, std::size_t depth) {
   switch (value.kind()) {
     case JSONValue::Kind::null:
-      return writer.null();
+      return writer.literal(at, "null");
     case JSONValue::Kind::boolean:
-      return writer.boolean(*value.asBool());
+      return writer.boolean(at, *value.asBool());
     case JSONValue::Kind::integer:
-      return writer.integer(*value.asInteger());
+      return writer.integer(at, *value.asInteger());
     case JSONValue::Kind::number:
-      return writer.number(*value.asDouble());
+      return writer.number(at, *value.asDouble());
     case JSONValue::Kind::string:
-      return writer.string(*value.asString());
+      return writer.string(at, *value.asString());
     case JSONValue::Kind::array:
     case JSONValue::Kind::object:
       break;
   }
-  if (depth >= JSONValue::maximumDepth) return writer.fail();
+  if (depth >= JSONValue::maximumDepth) {
+    writer.fail();
+    return at;
+  }
   if (const JSONValue::Array* const elements = value.asArray()) {
-    char before = '[';
+    std::string_view before = "[";
     for (const JSONValue& element : *elements) {
-      writer.character(before);
-      before = ',';
-      write(writer, element, depth + 1);
+      at = write(writer, writer.literal(at, before), element, depth + 1);
+      before = ",";
     }
-    return writer.literal(before == '[' ? "[]" : "]");
+    return writer.literal(at, elements->empty() ? "[]" : "]");
   }
-  char before = '{';
+  std::string_view before = "{";
   for (const auto& [name, member] : *value.asObject()) {
-    writer.character(before);
-    before = ',';
-    writer.string(name);
-    writer.character(':');
-    write(writer, member, depth + 1);
+    at = writer.string(writer.literal(at, before), name);
+    at = write(writer, writer.literal(at, ":"), member, depth + 1);
+    before = ",";
   }
-  writer.literal(before == '{' ? "{}" : "}");
+  return writer.literal(at, before == "{" ? "{}" : "}");
 }
 
 }  // namespace
@@ -184,8 +146,9 @@ std::optional<bool> JSONValue::asBool() const {
 }
 
 std::optional<std::int64_t> JSONValue::asInteger() const {
-  const std::int64_t* const value = std::get_if<std::int64_t>(&content_);
-  return value ? std::optional(*value) : std::nullopt;
+  if (const std::int64_t* const value = std::get_if<std::int64_t>(&content_)) return *value;
+  const double* const value = std::get_if<double>(&content_);
+  return value ? detail::wholeNumber(*value) : std::nullopt;
 }
 
 std::optional<double> JSONValue::asDouble() const {
@@ -222,26 +185,133 @@ JSONValue& JSONValue::append(JSONValue value) {
   return *this;
 }
 
-Result<JSONValue> JSONValue::parse(std::string_view bytes) {
-  if (std::string reason = detail::reasonNotToParse(bytes); !reason.empty()) return Failure{std::move(reason)};
-  detail::JSONParser& parser = detail::JSONParser::ofThisThread();
-  if (const auto error = parser.makeRoom(bytes.size())) return Failure{detail::sentenceFor(error)};
-  const simdjson::padded_string_view padded = parser.padded(bytes);
-  simdjson::dom::element document;
-  if (const auto error = parser.values.parse(padded.data(), padded.size(), false).get(document)) {
-    parser.shrink();
-    return Failure{detail::sentenceFor(error)};
+/// Builds a value in one pass over its document. What stands in containers that are not at their end waits in two lists
+/// which all of them share, so that each is made at once in its final size.
+class JSONValue::Builder {
+ public:
+  explicit Builder(std::string_view bytes) : reader_(bytes) {}
+
+  bool build(JSONValue& value) {
+    return detail::isAtEnd(reader_, read(detail::skipSpace(reader_, reader_.begin), value));
   }
-  JSONValue value = valueOf(document);
-  parser.shrink();
-  return value;
+
+ private:
+  using Place = detail::Place;
+
+  static bool isContainer(char c) { return c == '{' || c == '['; }
+
+  Place read(Place at, JSONValue& value) {
+    return at != reader_.end && isContainer(*at) ? readContainer(at, value) : readScalar(at, value);
+  }
+
+  /// Into a value that is null.
+  Place readScalar(Place at, JSONValue& value) {
+    if (at == reader_.end) return nullptr;
+    switch (*at) {
+      case '"':
+        return detail::read(reader_, at, value.content_.emplace<std::string>());
+      case 't':
+      case 'f':
+        return detail::read(reader_, at, value.content_.emplace<bool>());
+      case 'n':
+        return detail::readWord(reader_, at, "null");
+      default: {
+        detail::Number number{};
+        at = detail::readNumber(reader_, at, number);
+        if (number.integer) {
+          value.content_.emplace<std::int64_t>(*number.integer);
+        } else {
+          value.content_.emplace<double>(number.wide);
+        }
+        return at;
+      }
+    }
+  }
+
+  /// Recursion is bounded by the depth that values may have.
+  Place readContainer(Place at, JSONValue& value) {
+    if (reader_.depth == maximumDepth) return nullptr;
+    ++reader_.depth;
+    const Place inside = detail::skipSpace(reader_, at + 1);
+    at = *at == '{' ? readMembers(inside, value) : readElements(inside, value);
+    --reader_.depth;
+    return at;
+  }
+
+  /// Into the value that waits last in a list. A container inside makes the list move, so it is read beside it.
+  template <class List, class Last>
+  Place readLast(Place at, List& list, Last last) {
+    if (at == reader_.end || !isContainer(*at)) return readScalar(at, last(list));
+    JSONValue value;
+    at = readContainer(at, value);
+    last(list).content_ = std::move(value.content_);
+    return at;
+  }
+
+  /// Behind the comma or the closing bracket that comes next; `isLast` tells which it was.
+  Place readSeparator(Place at, char closing, bool& isLast) {
+    at = detail::skipSpace(reader_, at);
+    if (at == reader_.end || (*at != ',' && *at != closing)) return nullptr;
+    isLast = *at == closing;
+    return isLast ? at + 1 : detail::skipSpace(reader_, at + 1);
+  }
+
+  Place readElements(Place at, JSONValue& value) {
+    const std::size_t before = elements_.size();
+    bool isLast = at != reader_.end && *at == ']';
+    if (isLast) ++at;
+    while (!isLast) {
+      elements_.emplace_back();
+      at = readLast(at, elements_, [](Array& list) -> JSONValue& { return list.back(); });
+      if (at) at = readSeparator(at, ']', isLast);
+      if (!at) return nullptr;
+    }
+    value.content_.emplace<Array>(taken(elements_, before));
+    return at;
+  }
+
+  Place readMembers(Place at, JSONValue& value) {
+    const std::size_t before = members_.size();
+    bool isLast = at != reader_.end && *at == '}';
+    if (isLast) ++at;
+    while (!isLast) {
+      std::string_view name;
+      at = detail::readKey(reader_, at, name);
+      if (!at) return nullptr;
+      members_.emplace_back(name, nullptr);
+      at = readLast(at, members_, [](Object& list) -> JSONValue& { return list.back().second; });
+      if (at) at = readSeparator(at, '}', isLast);
+      if (!at) return nullptr;
+    }
+    joinEqualNames(value.content_.emplace<Object>(taken(members_, before)));
+    return at;
+  }
+
+  template <class T>
+  static std::vector<T> taken(std::vector<T>& list, std::size_t from) {
+    const auto begin = list.begin() + static_cast<std::ptrdiff_t>(from);
+    std::vector<T> all(std::make_move_iterator(begin), std::make_move_iterator(list.end()));
+    list.erase(begin, list.end());
+    return all;
+  }
+
+  detail::JSONReader reader_;
+  Array elements_;
+  Object members_;
+};
+
+Result<JSONValue> JSONValue::parse(std::string_view bytes) {
+  if (bytes.size() > maximumBytes) return Failure{"the JSON document is too long"};
+  JSONValue value;
+  if (Builder(bytes).build(value)) return value;
+  return Failure{detail::reasonForRefusal(bytes)};
 }
 
 Result<Data> JSONValue::encode() const {
   JSONWriter writer(expectedBytes(*this, 0) + 16);
-  write(writer, *this, 0);
+  char* const end = write(writer, writer.start(), *this, 0);
   if (writer.hasFailed()) return Failure{"a number that is not finite, or too much nesting, cannot be written as JSON"};
-  return writer.finish();
+  return writer.finish(end);
 }
 
 }  // namespace platform

@@ -16,8 +16,9 @@
 
 namespace platform {
 
-/// Any JSON value, for what is not known in advance. A value type: copies are deep. Integers (signed 64-bit), other
-/// numbers and booleans are three different things. Members keep the order in which they were added.
+/// Any JSON value, for what is not known in advance. A value type: copies are deep. Numbers written as integers (signed
+/// 64-bit, beyond that they are doubles), other numbers and booleans are three different things. Members keep the order
+/// in which they were added.
 ///
 ///     JSONValue body = JSONValue::object({{"query", "tea"}, {"limit", 10}, {"tags", JSONValue::array({"a", "b"})}});
 ///
@@ -60,7 +61,8 @@ class JSONValue {
   bool isNull() const { return kind() == Kind::null; }
 
   std::optional<bool> asBool() const;
-  /// None for a boolean and for a number written with a fraction or an exponent.
+  /// A number that is whole, however it was written (2, 2.0, 0.2e1), and fits; none for a boolean. What is written with
+  /// a fraction or an exponent is a double first, and as exact as that.
   std::optional<std::int64_t> asInteger() const;
   /// Any number, integers included.
   std::optional<double> asDouble() const;
@@ -78,7 +80,8 @@ class JSONValue {
   /// Appends an element. A null becomes an array first; on anything else it is a fatal programming error.
   JSONValue& append(JSONValue value);
 
-  /// Reads one document in UTF-8. Of members of the same name the last wins, at the place of the first.
+  /// Reads one document in UTF-8, which may begin with a byte-order mark. Of members of the same name the last wins, at
+  /// the place of the first.
   static Result<JSONValue> parse(std::string_view bytes);
   /// Writes the value compactly. Fails for a number that is infinite or none, and for more nesting than can be read.
   /// Text that is not UTF-8 is written with U+FFFD in place of what is wrong.
@@ -88,6 +91,7 @@ class JSONValue {
 
  private:
   using Content = std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Object>;
+  class Builder;
   explicit JSONValue(Array elements) : content_(std::move(elements)) {}
   void release() noexcept;
 

@@ -1,56 +1,82 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
 
+#include "platform/foundation/JSONScan.h"
+
 namespace platform {
 
-/// Writes JSON text into one buffer that is sized beforehand and grows when the guess was too small. It knows how
-/// values look, not where they belong: commas, brackets and keys are the caller's. A number that JSON cannot carry
-/// makes the writer fail; what it has written is then of no use.
+/// Writes JSON text, piece by piece behind a place that the caller hands on from one call to the next:
+///
+///     JSONWriter writer(expectedBytes);
+///     char* at = writer.start();
+///     at = writer.string(at, "key");
+///     at = writer.literal(at, ":");
+///     return writer.finish(writer.integer(at, 7));
+///
+/// It knows how values look, not where they belong: commas, brackets and keys are the caller's. The text grows in a
+/// small piece of memory that stays near the processor and goes from there to where it is kept, so nothing is filled
+/// beforehand and nothing written twice. A number that JSON cannot carry makes the writer fail; what it has written is
+/// then of no use.
 class JSONWriter {
  public:
-  explicit JSONWriter(std::size_t expectedBytes);
+  explicit JSONWriter(std::size_t expectedBytes) { text_.reserve(expectedBytes); }
+  JSONWriter(const JSONWriter&) = delete;
+  JSONWriter& operator=(const JSONWriter&) = delete;
 
-  void character(char c) {
-    ensure(1);
-    *at_++ = c;
+  char* start() { return chunk_.data(); }
+  /// The text; the writer is done.
+  std::string finish(char* at);
+
+  /// A place with room for that many bytes, which are not many.
+  static constexpr std::size_t mostRoom = 1024;
+  char* room(char* at, std::size_t bytes) {
+    return static_cast<std::size_t>(chunk_.data() + chunk_.size() - at) >= bytes ? at : flushed(at);
   }
+
   /// Bytes that need no escaping.
-  void literal(std::string_view text) {
-    ensure(text.size());
-    std::memcpy(at_, text.data(), text.size());
-    at_ += text.size();
-  }
+  char* literal(char* at, std::string_view text);
   /// A string in quotes, escaped. What is not UTF-8 becomes U+FFFD.
-  void string(std::string_view text);
-  void integer(std::int64_t value);
+  char* string(char* at, std::string_view text);
+  char* integer(char* at, std::int64_t value);
   /// The shortest form that reads back as the same value, always with a fraction or an exponent.
-  void number(double value);
-  void number(float value);
-  void boolean(bool value) { literal(value ? std::string_view("true") : std::string_view("false")); }
-  void null() { literal("null"); }
+  char* number(char* at, double value);
+  char* number(char* at, float value);
+  char* boolean(char* at, bool value) { return literal(at, value ? "true" : "false"); }
+
+  /// What stands between the quotes of a string. The place has room for sixteen bytes.
+  char* text(char* at, const std::string& text) {
+    // A string keeps short texts in itself, and of others more than these sixteen bytes.
+    if constexpr (keepsShortTexts) {
+      if (text.size() < 16 && detail::plainOf16(text.data()) >= text.size()) [[likely]] {
+        std::memcpy(at, text.data(), 16);
+        return at + text.size();
+      }
+    }
+    return escaped(at, text);
+  }
 
   void fail() { failed_ = true; }
   bool hasFailed() const { return failed_; }
-  /// The text; the writer is done.
-  std::string finish();
 
  private:
-  void ensure(std::size_t more) {
-    if (static_cast<std::size_t>(end_ - at_) < more) [[unlikely]]
-      grow(more);
-  }
-  void grow(std::size_t more);
-  void escape(const unsigned char* text, const unsigned char* end);
+#ifdef __GLIBCXX__
+  static constexpr bool keepsShortTexts = true;
+#else
+  static constexpr bool keepsShortTexts = false;
+#endif
+  char* flushed(char* at);
+  char* escaped(char* at, std::string_view text);
+  char* escapedSlowly(char* at, const char* from, const char* end);
 
-  std::string buffer_;
-  char* at_;
-  char* end_;
+  std::string text_;
   bool failed_ = false;
+  std::array<char, 8192> chunk_;
 };
 
 }  // namespace platform

@@ -1,21 +1,11 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <map>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
-#include <type_traits>
 #include <utility>
-#include <vector>
 
-#include "platform/foundation/JSONValue.h"
-#include "platform/foundation/JSONWriter.h"
-#include "platform/foundation/RawValues.h"
-#include "platform/foundation/RecordReader.h"
+#include "platform/foundation/RecordReading.h"
+#include "platform/foundation/RecordWriting.h"
 #include "platform/foundation/Result.h"
 
 // Records: plain values that say once which fields they have, in wire order, and are read and written by that.
@@ -30,39 +20,11 @@
 //     };
 //
 // A field is a bool, std::int64_t, double, float, std::string, an enumeration with RawValues, another record, or a
-// std::vector or std::map<std::string, ...> of these. A record is built by giving its fields' values, in order, to its
-// constructor (or, being an aggregate, to its members). Reading is strict: every key must be there with a value of its
-// type; null is none; an integer has neither fraction nor exponent; keys that are not known are passed over.
+// std::vector or std::map<std::string, ...> of these. A record's constructor takes its fields' values, in order, and
+// keeps them as they are (an aggregate needs none): a reader builds a record of its values, or of empty ones which it
+// then fills in. Reading is strict: every key must be there with a value of its type; null is none; an integer is a
+// whole number in whatever form (7, 7.0, 70e-1) that fits; keys that are not known are passed over.
 // Optional fields are not offered: a record is whole or it is not there.
-
-namespace platform {
-
-/// One field of a record: its key and the member that holds it.
-template <class Owner, class Value>
-struct Field {
-  using Type = std::remove_const_t<Value>;
-  std::string_view name;
-  Value Owner::*member;
-};
-
-/// Keys are written as they stand, so they are made of characters that need no escaping.
-template <class Owner, class Value>
-consteval Field<Owner, Value> field(std::string_view name, Value Owner::*member) {
-  if (name.size() > 200) throw "a key has at most 200 characters";
-  for (const char c : name) {
-    if (c < ' ' || c > '~' || c == '"' || c == '\\') throw "a key may hold printable ASCII without quotes only";
-  }
-  return {name, member};
-}
-
-template <class T>
-concept Record = requires {
-  T::fields();
-};
-
-}  // namespace platform
-
-#include "platform/foundation/RecordCoding.h"
 
 namespace platform {
 
@@ -71,26 +33,26 @@ namespace platform {
 template <class T>
 Result<Data> encodeJSON(const T& value) {
   JSONWriter writer(detail::expectedBytes(value) + 16);
-  detail::write(writer, value);
+  char* const end = detail::write(writer, writer.start(), value);
   if (writer.hasFailed()) return Failure{"a number that is not finite cannot be written as JSON"};
-  return writer.finish();
+  return writer.finish(end);
 }
 
 /// Reads a document strictly. On failure the sentence names the place: "elements[3].type: missing".
 template <class T>
 Result<T> decodeJSON(std::string_view bytes) {
-  detail::Slot<T> slot{};
+  detail::Slot<T> slot = detail::emptySlot<T>();
   std::string error;
-  if (!detail::decodeDocument(bytes, detail::planOf<T>, &slot, error)) return Failure{std::move(error)};
+  if (!detail::decodeDocument(bytes, detail::readerOf<T>, &slot, error)) return Failure{std::move(error)};
   return detail::take<T>(slot);
 }
 
 /// The same strictness and the same sentences for a value that was parsed before.
 template <class T>
 Result<T> decodeRecord(const JSONValue& value) {
-  detail::Slot<T> slot{};
+  detail::Slot<T> slot = detail::emptySlot<T>();
   detail::DecodingError error;
-  if (!detail::convertValue(value, detail::planOf<T>, &slot, error)) return Failure{error.description()};
+  if (!detail::Coder<T>::convert(value, slot, error)) return Failure{error.description()};
   return detail::take<T>(slot);
 }
 

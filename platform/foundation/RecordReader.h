@@ -1,16 +1,15 @@
 #pragma once
 
-// How records are read, independent of their types: Record.h describes a record to this file as a plan of fields and
-// slots, and the parser stays in the source.
+// How records are read, independent of their types: Record.h describes a record to this file as a table of fields with
+// their readers.
 
-#include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "platform/foundation/JSONReader.h"
 #include "platform/foundation/JSONValue.h"
 
 namespace platform::detail {
@@ -28,51 +27,36 @@ class DecodingError {
   std::string reason_;
 };
 
-/// A value inside the document that is being parsed.
-class JSONSource;
-
-/// What a slot holds. The simple kinds are read without a call through a pointer.
-enum class SlotKind : std::uint8_t { string, integer, boolean, number, singleNumber, compound };
-
-/// How to read one type of value into a slot of it. Two sources, one strictness.
-struct ValuePlan {
-  SlotKind kind = SlotKind::compound;
-  bool (*parse)(JSONSource& source, void* slot) = nullptr;
-  bool (*convert)(const JSONValue& value, void* slot, DecodingError& error) = nullptr;
+/// How one type of value is read into memory of that type. Two sources, one strictness: from a document, giving none on
+/// the first deviation without saying which; and from a value, naming it.
+struct ValueReader {
+  Place (*read)(JSONReader& reader, Place at, void* target);
+  bool (*convert)(const JSONValue& value, void* target, DecodingError& error);
 };
 
-struct FieldPlan {
-  constexpr FieldPlan(std::string_view fieldName, ValuePlan fieldValue) : name(fieldName), value(fieldValue) {
-    for (std::size_t i = 0; i < sizeof start && i < name.size(); ++i) {
-      const std::size_t shift = 8 * (std::endian::native == std::endian::little ? i : sizeof start - 1 - i);
-      start |= std::uint64_t{static_cast<unsigned char>(name[i])} << shift;
-      startMask |= std::uint64_t{0xFF} << shift;
-      const char fromEnd = name[name.size() - std::min(name.size(), sizeof end) + i];
-      end |= std::uint64_t{static_cast<unsigned char>(fromEnd)} << shift;
-    }
-  }
+struct FieldReader {
   std::string_view name;
-  ValuePlan value;
-  /// The first and the last bytes of the name as numbers, to compare keys with.
-  std::uint64_t start = 0;
-  std::uint64_t startMask = 0;
-  std::uint64_t end = 0;
+  ValueReader value;
 };
 
-/// Reading from the parser: false on the first deviation, without saying which.
-bool parseValue(JSONSource& source, const ValuePlan& plan, void* slot);
-bool parseObject(JSONSource& source, std::span<const FieldPlan> fields, void* const* slots);
-/// `expect` is told once, after the first element, about how many there will be if the others are as long.
-bool parseArray(JSONSource& source, void* context, bool (*element)(JSONSource&, void* context),
-                void (*expect)(void* context, std::size_t count));
-bool parseMembers(JSONSource& source, void* context, bool (*member)(std::string_view name, JSONSource&, void* context));
-bool parseText(JSONSource& source, std::string_view& text);
+/// The members of an object in whatever order and with whatever between them. The first `done` of the fields have been
+/// read already, and the place is behind them.
+Place readMembers(JSONReader& reader, Place at, std::span<const FieldReader> fields, void* const* targets,
+                  std::size_t done);
 
-/// Reading from a value in memory: false on the first deviation, which the error names.
-bool convertValue(const JSONValue& value, const ValuePlan& plan, void* slot, DecodingError& error);
-bool convertObject(const JSONValue& value, std::span<const FieldPlan> fields, void* const* slots, DecodingError& error);
+bool convert(const JSONValue& value, std::string& target, DecodingError& error);
+bool convert(const JSONValue& value, std::int64_t& target, DecodingError& error);
+bool convert(const JSONValue& value, bool& target, DecodingError& error);
+bool convert(const JSONValue& value, double& target, DecodingError& error);
+bool convert(const JSONValue& value, float& target, DecodingError& error);
+bool convertMembers(const JSONValue& value, std::span<const FieldReader> fields, void* const* targets,
+                    DecodingError& error);
 
-/// Reads a whole document by the plan. On failure `error` tells where and why.
-bool decodeDocument(std::string_view bytes, const ValuePlan& plan, void* slot, std::string& error);
+/// For how many more elements a list may make room at once: as many as there will be if they are as long as those read
+/// so far, if the list is an outermost one and while the document is long enough to make that likely.
+std::size_t elementsToExpect(JSONReader& reader, Place first, Place next, std::size_t read, std::size_t bytesEach);
+
+/// Reads a whole document. On failure `error` tells where and why.
+bool decodeDocument(std::string_view bytes, const ValueReader& value, void* target, std::string& error);
 
 }  // namespace platform::detail

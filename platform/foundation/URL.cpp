@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 
 namespace platform {
 
@@ -136,9 +137,15 @@ std::optional<URL> URL::parse(std::string_view text) {
 URL URL::fileURL(std::string_view path) {
   static constexpr std::string_view kept = "/-_.~!$&'()*+,;=:@";
   static constexpr char digits[] = "0123456789ABCDEF";
+  std::string absolute(path);
+  if (!path.starts_with('/')) {
+    std::error_code error;
+    absolute = (std::filesystem::current_path(error) / path).string();
+    if (error) absolute = "/" + std::string(path);  // the folder is gone, and so is the file
+  }
   URL url;
   url.scheme_ = "file";
-  for (const char c : path) {
+  for (const char c : absolute) {
     if (isLetter(c) || isDigit(c) || kept.find(c) != std::string_view::npos) {
       url.path_ += c;
     } else {

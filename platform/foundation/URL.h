@@ -14,7 +14,7 @@ class URL {
   /// that must be escaped (<>"{}|\^`), a broken % escape, a port that is no number below 65536, more than 16 KiB.
   /// Text without a scheme forms a relative address, which no session can load.
   static std::optional<URL> parse(std::string_view text);
-  /// The address of a file on this machine.
+  /// The address of a file on this machine. A relative path means what it does now, in the process's folder.
   static URL fileURL(std::string_view path);
 
   const std::string& absoluteString() const { return text_; }

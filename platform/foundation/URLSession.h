@@ -24,6 +24,9 @@ struct URLSessionConfiguration {
   std::size_t maximumResponseBytes = std::size_t{32} << 20;
   std::size_t maximumDownloadBytes = std::size_t{256} << 20;
   int maximumRedirects = 10;
+  /// Seconds until a data task has to be over, redirections and all, however busy its server keeps it. What goes into
+  /// or comes out of a file takes the time that it needs, as long as something moves.
+  double timeoutIntervalForResource = 300;
   /// Sent with every request that does not have a field of that name.
   HTTPHeaders additionalHeaders;
 };

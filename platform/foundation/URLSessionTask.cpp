@@ -1,5 +1,6 @@
 #include "platform/foundation/URLSessionTask.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -7,6 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "platform/dispatch/Clock.h"
 #include "platform/foundation/URLRedirection.h"
 
 namespace platform {
@@ -66,6 +68,11 @@ std::size_t URLSessionTask::maximumReplyBytes() const {
   return kind_ == Kind::download ? configuration.maximumDownloadBytes : configuration.maximumResponseBytes;
 }
 
+std::optional<double> URLSessionTask::timeLeft() const {
+  if (kind_ != Kind::data) return std::nullopt;
+  return std::max(0.0, session_->configuration().timeoutIntervalForResource - (CACurrentMediaTime() - startedAt_));
+}
+
 std::optional<URLError> URLSessionTask::reasonNotToSend() const {
   if (!current_.url().isHTTP()) return URLError(URLError::unsupportedURL);
   if (!HTTPHeaders::isValidName(current_.httpMethod())) return URLError(URLError::badRequest);
@@ -79,6 +86,7 @@ std::optional<URLError> URLSessionTask::reasonNotToSend() const {
 
 void URLSessionTask::start() {
   if (isOver()) return;
+  startedAt_ = CACurrentMediaTime();
   if (kind_ == Kind::download) {
     downloadPath_ = makeTemporaryFile();
     if (downloadPath_.empty()) return fail(URLError::cannotWriteToFile);
@@ -105,9 +113,10 @@ void URLSessionTask::load(URLRequest request) {
 void URLSessionTask::loadFromStub(URLProtocol::Reply reply) {
   HttpTransport::Reply result;
   double wait = reply.delay;
-  if (reply.neverAnswers || reply.delay > current_.timeoutInterval()) {
+  const double patience = std::min(current_.timeoutInterval(), timeLeft().value_or(current_.timeoutInterval()));
+  if (reply.neverAnswers || reply.delay > patience) {
     result.error = URLError(URLError::timedOut);
-    wait = current_.timeoutInterval();
+    wait = patience;
   } else if (reply.error || reply.closesInMidReply) {
     result.error = reply.error.value_or(URLError(URLError::networkConnectionLost));
   } else if (reply.body.size() > maximumReplyBytes()) {
@@ -134,6 +143,7 @@ void URLSessionTask::loadFromNetwork() {
   if (sendsFile_) request.bodyFile = uploadPath_;
   request.replyFile = downloadPath_;
   request.idleTimeout = current_.timeoutInterval() > 0 ? current_.timeoutInterval() : URLRequest::defaultTimeout;
+  if (const std::optional<double> left = timeLeft()) request.overallTimeout = std::max(*left, 0.001);
   request.maximumReplyBytes = maximumReplyBytes();
   auto activity = std::make_shared<BackgroundActivity>("URL session task");
   exchange_ = HttpTransport::shared().send(

@@ -40,6 +40,7 @@ class URLSessionTask : public std::enable_shared_from_this<URLSessionTask> {
   void fail(URLError::Code code);
   bool isOver() const { return state() == State::completed; }
   std::size_t maximumReplyBytes() const;
+  std::optional<double> timeLeft() const;
 
   const Ref<URLSession> session_;
   const Kind kind_;
@@ -53,6 +54,7 @@ class URLSessionTask : public std::enable_shared_from_this<URLSessionTask> {
   URLSession::DownloadCompletion downloadCompletion_;
   URLRequest current_;
   bool sendsFile_;
+  double startedAt_ = 0;
   int redirections_ = 0;
   Ref<HttpTransport::Exchange> exchange_;
   Ref<DispatchWorkItem> pending_;

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <mutex>
+#include <set>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -22,10 +22,6 @@ namespace {
 using Type = UserDefaultsFile::Type;
 using Value = UserDefaultsFile::Value;
 namespace fs = std::filesystem;
-
-void report(const fs::path& file, const std::string& what) {
-  std::fprintf(stderr, "user defaults: %s: %s\n", file.string().c_str(), what.c_str());
-}
 
 fs::path usualDirectory() {
   if (const char* const named = std::getenv("PLATFORM_DEFAULTS_DIRECTORY"); named && *named) return named;
@@ -50,12 +46,31 @@ fs::path usualDirectory() {
 struct UserDefaults::Store : std::enable_shared_from_this<Store> {
   explicit Store(fs::path folder) : directory(std::move(folder)) { load(); }
 
+  /// Key and value together. More is neither stored nor, from whoever it came, read.
+  static constexpr std::size_t mostBytes = std::size_t{64} << 20;
+  static constexpr std::size_t mostFileBytes = mostBytes + 4096;  // with the line before them
+
+  void report(const fs::path& file, const std::string& what) {
+    constexpr std::size_t mostReports = 100;
+    std::string line = "user defaults: " + file.string() + ": " + what;
+    std::fprintf(stderr, "%s\n", line.c_str());
+    const std::lock_guard lock(telling);
+    if (reports.size() < mostReports) reports.push_back(std::move(line));
+  }
+
   void load() {
     std::error_code error;
     fs::create_directories(directory, error);
     if (error) report(directory, "the folder could not be made: " + error.message());
     std::vector<fs::path> files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(directory, error)) files.push_back(entry.path());
+    for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+      files.push_back(entry->path());
+    }
+    if (error) {
+      isFolderUnknown = true;
+      report(directory, "the folder could not be read and its files are left alone: " + error.message());
+    }
     for (const fs::path& file : files) {
       if (file.extension() == UserDefaultsFile::extension) {
         loadFile(file);
@@ -65,28 +80,55 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
     }
   }
 
-  /// Key and value together. More is neither stored nor, from whoever it came, read.
-  static constexpr std::uintmax_t mostBytes = std::uintmax_t{64} << 20;
-  static constexpr std::uintmax_t mostFileBytes = mostBytes + 4096;  // with the line before them
-
-  static Data bytesOf(const fs::path& file) {
-    std::error_code error;
-    if (const auto size = fs::file_size(file, error); error || size > mostFileBytes) return {};
-    std::ifstream stream(file, std::ios::binary);
-    return Data(std::istreambuf_iterator<char>(stream), {});
-  }
-
   void loadFile(const fs::path& file) {
-    std::optional<UserDefaultsFile::Entry> entry = UserDefaultsFile::decode(bytesOf(file));
+    const UserDefaultsFile::Content content = UserDefaultsFile::read(file, mostFileBytes);
+    if (!content.reason.empty()) {
+      unread.insert(file.filename());
+      return report(file, "the file could not be read and is left alone: " + content.reason);
+    }
+    if (!content.bytes) return;
+    std::optional<UserDefaultsFile::Entry> entry = UserDefaultsFile::decode(*content.bytes);
     if (entry && UserDefaultsFile::nameFor(entry->key) == file.filename()) {
       values.insert_or_assign(std::move(entry->key), std::move(entry->value));
-      return;
+    } else if (const std::error_code error = moveAside(file)) {
+      damaged.insert(file.filename());
+      report(file, "the file holds no value and could not be moved aside: " + error.message());
+    } else {
+      report(file, "the file holds no value and was moved aside");
     }
+  }
+
+  static std::error_code moveAside(const fs::path& file) {
     fs::path aside = file;
     aside += ".corrupt";
     std::error_code error;
     fs::rename(file, aside, error);
-    report(file, "the file holds no value and was moved aside");
+    return error;
+  }
+
+  /// Why the file of that name must be left as it is, or none. With the lock of the disk.
+  std::optional<std::string> reasonToKeep(const std::string& name) {
+    if (unread.contains(name)) return "the file could not be read before and is left alone";
+    if (damaged.contains(name)) {
+      if (const std::error_code error = moveAside(directory / name);
+          error && error != std::errc::no_such_file_or_directory) {
+        return "the file holds no value and could not be moved aside: " + error.message();
+      }
+      damaged.erase(name);
+    }
+    if (!isFolderUnknown || written.contains(name)) return std::nullopt;
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(directory / name, error);
+    if (status.type() == fs::file_type::not_found) return std::nullopt;
+    return "the folder could not be read before and its files are left alone";
+  }
+
+  std::optional<std::string> put(const std::string& key, const std::optional<Value>& value, const std::string& name) {
+    if (auto reason = reasonToKeep(name)) return reason;
+    auto failure = value ? UserDefaultsFile::write(directory, name, UserDefaultsFile::encode(key, *value))
+                         : UserDefaultsFile::remove(directory, name);
+    if (isFolderUnknown && !failure) written.insert(name);
+    return failure;
   }
 
   void change(std::string_view key, std::optional<Value> value) {
@@ -107,6 +149,7 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
 
   bool write() {
     const std::lock_guard writing(disk);
+    if (isClosed) return true;
     std::map<std::string, std::optional<Value>> changes;
     {
       const std::lock_guard lock(memory);
@@ -116,16 +159,24 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
     bool isComplete = true;
     for (auto& [key, value] : changes) {
       const std::string name = UserDefaultsFile::nameFor(key);
-      const std::optional<std::string> failure =
-          value ? UserDefaultsFile::write(directory, name, UserDefaultsFile::encode(key, *value))
-                : UserDefaultsFile::remove(directory, name);
-      if (!failure) continue;
+      const std::optional<std::string> failure = put(key, value, name);
+      if (!failure) {
+        told.erase(name);
+        continue;
+      }
       isComplete = false;
-      report(directory / name, *failure);
+      if (std::exchange(told[name], *failure) != *failure) report(directory / name, *failure);
       const std::lock_guard lock(memory);
       unwritten.emplace(key, std::move(value));  // tried again with the next change, unless that is a newer one
     }
     return isComplete;
+  }
+
+  /// Writes what can be written for the last time; a write that still waits in the queue leaves the disk alone.
+  void close() {
+    write();
+    const std::lock_guard writing(disk);
+    isClosed = true;
   }
 
   std::optional<Value> find(std::string_view key, Type type) const {
@@ -142,6 +193,17 @@ struct UserDefaults::Store : std::enable_shared_from_this<Store> {
   std::map<std::string, Value, std::less<>> values;
   std::map<std::string, std::optional<Value>> unwritten;
   bool isWriteScheduled = false;
+
+  // Changed while loading and with the lock of the disk.
+  std::set<std::string> unread;
+  std::set<std::string> damaged;
+  std::set<std::string> written;
+  std::map<std::string, std::string> told;  // the last failure of a file, which is told once
+  bool isFolderUnknown = false;
+  bool isClosed = false;
+
+  std::mutex telling;
+  std::vector<std::string> reports;
 };
 
 namespace {
@@ -166,13 +228,13 @@ UserDefaults& UserDefaults::standard() { return standardIn(&usualDirectory); }
 void UserDefaults::setStandardDirectory(fs::path directory) {
   assertMainThread("UserDefaults::setStandardDirectory");
   UserDefaults& defaults = standardIn([&] { return directory; });
-  defaults.synchronize();
+  defaults.store_->close();
   defaults.store_ = std::make_shared<Store>(std::move(directory));
 }
 
 UserDefaults::UserDefaults(fs::path directory) : store_(std::make_shared<Store>(std::move(directory))) {}
 
-UserDefaults::~UserDefaults() { synchronize(); }
+UserDefaults::~UserDefaults() { store_->close(); }
 
 std::optional<Data> UserDefaults::data(std::string_view key) const {
   std::optional<Value> value = store_->find(key, Type::data);
@@ -211,5 +273,10 @@ void UserDefaults::setBoolean(bool value, std::string_view key) {
 void UserDefaults::removeObject(std::string_view key) { store_->change(key, std::nullopt); }
 
 bool UserDefaults::synchronize() { return store_->write(); }
+
+std::vector<std::string> UserDefaults::takeReports() {
+  const std::lock_guard lock(store_->telling);
+  return std::exchange(store_->reports, {});
+}
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/runtime/Data.h"
 #include "platform/runtime/Ref.h"
@@ -15,9 +16,14 @@ namespace platform {
 /// Small values under keys that outlive the process.
 /// Reads come from memory, which is filled once when the store is made. Writes change memory at once and reach the disk
 /// soon after on a queue of the store's own; `synchronize` waits for that. A value on disk is replaced as a whole: a
-/// kill at any moment leaves the old value or the new one. Among several processes the last writer wins. Thread:  any.
-/// Failure: a file that cannot be read as a value is moved aside and told in one line on standard error; so is a write
-///          that fails. Other keys are not touched by either.
+/// kill at any moment leaves the old value or the new one. Among several processes the last writer wins.
+/// Thread:  any.
+/// Failure: each is told in one line on standard error and by `takeReports`, and concerns its own key only.
+///          A file that was read and holds no value is moved aside. A file that could not be read (no permission, no
+///          descriptor left, a folder of its name) may hold a value: it is left alone for as long as this store lives.
+///          What is set under its key is kept in memory and not written, nor is the file removed; the next store reads
+///          it again. The same holds for every file of a folder that could not be listed, and for a damaged file that
+///          could not be moved aside, until it can be. A write that fails is tried again with the next change.
 class UserDefaults {
  public:
   /// The application's own store. In the folder of `setStandardDirectory`, else in that of the environment variable
@@ -48,6 +54,9 @@ class UserDefaults {
   /// Waits until everything set so far is on disk; false when some of it could not be written. Not for the main thread
   /// of an application, which would wait for the disk.
   bool synchronize();
+
+  /// What went wrong since this was asked last, a sentence each, oldest first; of very many the first hundred.
+  std::vector<std::string> takeReports();
 
  private:
   struct Store;

@@ -1,5 +1,6 @@
 #include "platform/foundation/UserDefaultsFile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <charconv>
@@ -8,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace platform {
@@ -126,6 +128,30 @@ std::optional<UserDefaultsFile::Entry> UserDefaultsFile::decode(std::string_view
   Entry entry{std::string(bytes.substr(0, keySize)), {Type{mark}, Data(bytes.substr(keySize))}};
   if (sumOf(entry.key, entry.value.type, entry.value.bytes) != sum) return std::nullopt;
   return entry;
+}
+
+int UserDefaultsFile::openFile(const char* file) {
+  return ::open(file, O_RDONLY | O_CLOEXEC | O_NONBLOCK);  // a pipe of that name must not keep us waiting
+}
+
+UserDefaultsFile::Content UserDefaultsFile::read(const std::filesystem::path& file, std::size_t mostBytes,
+                                                 Opener open) {
+  const Descriptor opened(open(file.c_str()));
+  if (!opened && errno == ENOENT) return {};
+  struct stat status {};
+  if (!opened || ::fstat(opened.number(), &status) != 0) return {std::nullopt, std::strerror(errno)};
+  if (!S_ISREG(status.st_mode)) return {std::nullopt, "it is no plain file"};
+  Data bytes(std::min(static_cast<std::size_t>(status.st_size), mostBytes) + 1, '\0');
+  std::size_t size = 0;
+  while (size < bytes.size()) {
+    const ssize_t count = ::read(opened.number(), bytes.data() + size, bytes.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return {std::nullopt, std::strerror(errno)};
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  bytes.resize(size);
+  return {std::move(bytes), {}};
 }
 
 std::optional<std::string> UserDefaultsFile::write(const std::filesystem::path& directory, const std::string& name,

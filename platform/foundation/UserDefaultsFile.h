@@ -31,6 +31,17 @@ struct UserDefaultsFile {
   /// None when a byte is missing, changed or too many.
   static std::optional<Entry> decode(std::string_view bytes);
 
+  /// The bytes of a file, or why they could not be had. No bytes and no reason: there is no such file (any more).
+  struct Content {
+    std::optional<Data> bytes;
+    std::string reason;
+  };
+  /// Opens a file for reading, as `open` does.
+  using Opener = int (*)(const char* file);
+  static int openFile(const char* file);
+  /// Reads a plain file, of one that is too long to be a value no more than `mostBytes` and one more.
+  static Content read(const std::filesystem::path& file, std::size_t mostBytes, Opener open = &openFile);
+
   /// Replaces the file so that a reader, now or after a crash, finds the old bytes or the new ones; returns when they
   /// are on the disk. On failure the old file is as it was and the text says why.
   static std::optional<std::string> write(const std::filesystem::path& directory, const std::string& name,

@@ -1,17 +1,32 @@
 #include "platform/runtime/Class.h"
 
+#include <mutex>
+#include <vector>
+
 namespace platform {
 
 namespace {
 
-/// Guards the link between a look-up and a later addition: a class that gains a method makes every cache stale.
-std::atomic<unsigned> generation{1};
+/// Every class whose answers may be remembered, and the lock under which methods are added, looked up and remembered.
+struct ClassList {
+  std::recursive_mutex mutex;  // a class may be made while another exports its methods
+  std::vector<Class*> classes;
+};
+
+ClassList& classList() {
+  static ClassList* const shared = new ClassList;  // never destroyed: messages are sent from static destructors too
+  return *shared;
+}
 
 }  // namespace
 
 Class::Class(std::string name, Class* superclass, Export exportMethods)
     : name_(std::move(name)), superclass_(superclass) {
   if (exportMethods) exportMethods(*this);
+  ClassList& all = classList();
+  const std::lock_guard lock(all.mutex);
+  all.classes.push_back(this);
+  isListed_ = true;
 }
 
 bool Class::isSubclassOf(const Class& other) const {
@@ -22,43 +37,43 @@ bool Class::isSubclassOf(const Class& other) const {
 }
 
 Method* Class::ownMethod(SEL selector) const {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(classList().mutex);
   const auto found = methods_.find(selector);
   return found == methods_.end() ? nullptr : found->second.get();
 }
 
 Method* Class::lookUp(SEL selector) const {
+  const std::lock_guard lock(classList().mutex);
+  CacheEntry& entry = cache_[selector.hash() / cacheLine % cacheSize];
   for (const Class* at = this; at; at = at->superclass_) {
-    if (Method* const method = at->ownMethod(selector)) return method;
+    Method* const method = at->ownMethod(selector);
+    if (!method) continue;
+    entry.found.store(method, std::memory_order_release);
+    return method;
   }
+  entry.absent.store(selector, std::memory_order_release);
   return nullptr;
 }
 
-Method* Class::method(SEL selector) const {
-  if (!selector) return nullptr;
-  // A direct-mapped cache of found methods. Methods are never removed, and one is never shadowed once it was sent: an
-  // addition on a subclass bumps the generation, which is mixed into the key.
-  const auto address = reinterpret_cast<std::uintptr_t>(&selector.name());
-  const std::uintptr_t stamp = generation.load(std::memory_order_acquire);
-  const void* const key = reinterpret_cast<const void*>(address ^ (stamp << 48));
-  CacheEntry& entry = cache_[(address >> 5) % cacheSize];
-  Method* const cached = entry.method.load(std::memory_order_acquire);
-  if (entry.key.load(std::memory_order_acquire) == key && cached && cached->name() == selector) return cached;
-  Method* const found = lookUp(selector);
-  if (found) {
-    entry.key.store(nullptr, std::memory_order_release);
-    entry.method.store(found, std::memory_order_release);
-    entry.key.store(key, std::memory_order_release);
-  }
-  return found;
+/// An answer that a method added here or in a superclass made untrue.
+void Class::forget(SEL selector) {
+  CacheEntry& entry = cache_[selector.hash() / cacheLine % cacheSize];
+  entry.found.store(nullptr, std::memory_order_release);
+  entry.absent.store(SEL(), std::memory_order_release);
 }
 
 bool Class::addMethod(SEL selector, Signature signature, Imp imp, Imp send) {
-  const std::lock_guard lock(mutex_);
-  const bool added =
-      methods_.try_emplace(selector, std::make_unique<Method>(selector, *this, signature, imp, send)).second;
-  if (added) generation.fetch_add(1, std::memory_order_acq_rel);
-  return added;
+  ClassList& all = classList();
+  const std::lock_guard lock(all.mutex);
+  const auto [at, added] = methods_.try_emplace(selector);
+  if (!added) return false;
+  at->second = std::make_unique<Method>(selector, *this, signature, imp, send);
+  if (isListed_) {
+    for (Class* const cls : all.classes) {
+      if (cls->isSubclassOf(*this)) cls->forget(selector);
+    }
+  }
+  return true;
 }
 
 const std::string& NSStringFromClass(const Class& cls) { return cls.name(); }

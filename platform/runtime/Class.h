@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,26 +24,38 @@ class Class {
   Class* superclass() const { return superclass_; }
   bool isSubclassOf(const Class& other) const;
 
-  /// The method of this class or the nearest superclass that has one, or none. Cached; safe from any thread.
-  Method* method(SEL selector) const;
+  /// The method of this class or the nearest superclass that has one, or none. Remembered either way: asking again
+  /// takes no lock. Safe from any thread.
+  Method* method(SEL selector) const {
+    const CacheEntry& entry = cache_[selector.hash() / cacheLine % cacheSize];
+    Method* const found = entry.found.load(std::memory_order_acquire);
+    if (found && found->name() == selector) [[likely]]
+      return found;
+    if (entry.absent.load(std::memory_order_acquire) == selector) return nullptr;
+    return lookUp(selector);
+  }
   /// The method that this very class adds, or none.
   Method* ownMethod(SEL selector) const;
   /// Adds a method; false when this class already has one of that name. `send` may be none (see Method::sendImp).
   bool addMethod(SEL selector, Signature signature, Imp imp, Imp send = nullptr);
 
  private:
+  /// What was asked for last among the selectors that fall here, once with a method for an answer and once without.
+  /// One word each, so that a reader sees an answer whole or not at all.
   struct CacheEntry {
-    std::atomic<const void*> key{nullptr};
-    std::atomic<Method*> method{nullptr};
+    std::atomic<Method*> found{nullptr};
+    std::atomic<SEL> absent{SEL()};  // no selector has no method
   };
   static constexpr std::size_t cacheSize = 64;
+  static constexpr std::size_t cacheLine = 64;  // names are apart by about as much
 
   Method* lookUp(SEL selector) const;
+  void forget(SEL selector);
 
   std::string name_;
   Class* superclass_;
-  mutable std::mutex mutex_;
-  std::unordered_map<SEL, std::unique_ptr<Method>> methods_;
+  std::unordered_map<SEL, std::unique_ptr<Method>> methods_;  // guarded by the lock of all classes
+  bool isListed_ = false;                                     // asked by others from now on; likewise guarded
   mutable CacheEntry cache_[cacheSize];
 };
 
@@ -57,7 +68,6 @@ Method* class_getInstanceMethod(Class& cls, SEL selector);
 namespace detail {
 /// "CartScreen" of "shop::(anonymous namespace)::CartScreen", template arguments kept.
 std::string unqualifiedName(const std::type_info& type);
-/// The cache generation: every added method makes all caches start anew.
 }  // namespace detail
 
 }  // namespace platform

@@ -84,7 +84,7 @@ namespace platform {
 template <class R, class... Args>
 R NSObject::perform(SEL selector, const Args&... args) {
   using Result = detail::Canonical<R>;
-  static const Signature sent = Signature::of<Result, detail::CanonicalArgument<Args>...>();
+  constexpr Signature sent = Signature::of<Result, detail::CanonicalArgument<Args>...>();
   Method* method = isa().method(selector);
   NSObject* object = this;
   Ref<NSObject> keeper;
@@ -105,6 +105,43 @@ R NSObject::perform(SEL selector, const Args&... args) {
     return imp(object, args...);
   }
 }
+
+/// A method held by whoever calls it often, above all the original that a hook calls on: looked up and checked once,
+/// while every call runs the implementation that is in force by then. `F` is what the method takes and gives:
+///
+///     static const MethodCall<void(bool)> original(UIViewController::cls(), sel("hooked_viewDidAppear:"));
+///     original(self, animated);
+///
+/// No such method, or one of another signature, is a fatal programming error. Threads: as Method.
+template <class F>
+class MethodCall;
+
+template <class R, class... Args>
+class MethodCall<R(Args...)> {
+ public:
+  MethodCall(Class& cls, SEL selector) : method_(cls.method(selector)) {
+    constexpr Signature called = Signature::of<detail::Canonical<R>, detail::Canonical<Args>...>();
+    if (!method_) fatalError("class " + cls.name() + " does not answer " + selector.name());
+    if (!(method_->signature() == called)) {
+      fatalError("method " + selector.name() + " of class " + cls.name() + " is called as " + called.description() +
+                 " but is " + method_->signature().description());
+    }
+  }
+
+  /// `self` is of the class of the method or a subclass.
+  R operator()(NSObject& self, const Args&... args) const {
+    const auto imp =
+        reinterpret_cast<detail::TypedImp<detail::Canonical<R>, detail::Canonical<Args>...>>(method_->imp());
+    if constexpr (detail::IsObjectRef<std::remove_cvref_t<R>>::value) {
+      return detail::argument<R>(imp(&self, args...), "a caller of its method");
+    } else {
+      return imp(&self, args...);
+    }
+  }
+
+ private:
+  const Method* method_;
+};
 
 /// What a class exports to the runtime, filled in its `static void exportMethods(MethodTable<T>&)`.
 template <class T>

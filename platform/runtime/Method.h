@@ -41,9 +41,9 @@ std::string readableTypeName(const char* mangled);
 class Signature {
  public:
   template <class R, class... Args>
-  static Signature of();
+  static constexpr Signature of();
 
-  friend bool operator==(Signature a, Signature b) { return a.id_ == b.id_; }
+  friend constexpr bool operator==(Signature a, Signature b) { return a.id_ == b.id_; }
   /// For people: "void (Ref<NSObject>, int)".
   std::string description() const;
 
@@ -89,7 +89,7 @@ void method_exchangeImplementations(Method* a, Method* b);
 namespace platform {
 
 template <class R, class... Args>
-Signature Signature::of() {
+constexpr Signature Signature::of() {
   Signature signature;
   signature.id_ = &detail::SignatureTag<R, Args...>::tag;
   signature.describe_ = +[] { return detail::readableTypeName(typeid(R(*)(Args...)).name()); };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "platform/runtime/NSObject.h"
 
 namespace platform {
@@ -20,8 +22,8 @@ class Object : public Base {
   using Super = Base;
 
   static Class& cls() {
-    static Class* const shared = new Class(detail::unqualifiedName(typeid(Derived)), &Base::cls(), &fill);
-    return *shared;
+    Class* const known = known_.load(std::memory_order_acquire);
+    return known ? *known : makeClass();
   }
   Class& isa() const override { return cls(); }
 
@@ -32,6 +34,12 @@ class Object : public Base {
   Weak<Derived> weakSelf() { return self(); }
 
  private:
+  [[gnu::noinline, gnu::cold]] static Class& makeClass() {
+    static Class* const made = new Class(detail::unqualifiedName(typeid(Derived)), &Base::cls(), &fill);
+    known_.store(made, std::memory_order_release);
+    return *made;
+  }
+
   static void fill(Class& cls) {
     if constexpr (requires(MethodTable<Derived> & table) { Derived::exportMethods(table); }) {
       // An inherited exportMethods takes the table of the class that wrote it and is not meant for this one.
@@ -39,6 +47,9 @@ class Object : public Base {
       Derived::exportMethods(table);
     }
   }
+
+  /// None until the class was first asked for. One load instead of the guard of a local variable: every message asks.
+  inline static std::atomic<Class*> known_{nullptr};
 };
 
 }  // namespace platform

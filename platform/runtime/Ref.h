@@ -4,6 +4,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/runtime/ObjectPool.h"
+
 namespace platform {
 
 /// Shared ownership of an object of the runtime. Parents own children through it.
@@ -14,17 +16,35 @@ using Ref = std::shared_ptr<T>;
 template <class T>
 using Weak = std::weak_ptr<T>;
 
+namespace detail {
+
+/// The object alone. Classes of which there are thousands ask for the pool (`usesObjectPool`), and may want to know
+/// what they were made as (`madeAs<T>`): only here the whole class is certain.
+template <class T, class... Args>
+Ref<T> allocate(Args&&... args) {
+  Ref<T> object;
+  if constexpr (requires { T::usesObjectPool; }) {
+    object = std::allocate_shared<T>(PoolAllocator<T>(), std::forward<Args>(args)...);
+  } else {
+    object = std::make_shared<T>(std::forward<Args>(args)...);
+  }
+  if constexpr (requires { object->template madeAs<T>(); }) object->template madeAs<T>();
+  return object;
+}
+
+}  // namespace detail
+
 /// Makes an object. When the class has an `init(...)` that takes the arguments, the object is made first and then
 /// initialised through it, so that an exchanged initialiser is reached and `self()` works inside; otherwise the
 /// arguments go to the constructor.
 template <class T, class... Args>
 Ref<T> make(Args&&... args) {
   if constexpr (requires(T & object) { object.init(std::forward<Args>(args)...); }) {
-    Ref<T> object = std::make_shared<T>();
+    Ref<T> object = detail::allocate<T>();
     object->init(std::forward<Args>(args)...);
     return object;
   } else {
-    return std::make_shared<T>(std::forward<Args>(args)...);
+    return detail::allocate<T>(std::forward<Args>(args)...);
   }
 }
 

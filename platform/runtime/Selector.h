@@ -15,7 +15,7 @@ class SEL {
 
   const std::string& name() const;
   explicit operator bool() const { return name_ != nullptr; }
-  friend bool operator==(SEL a, SEL b) { return a.name_ == b.name_; }
+  friend constexpr bool operator==(SEL a, SEL b) { return a.name_ == b.name_; }
   std::size_t hash() const { return std::hash<const void*>{}(name_); }
 
  private:

@@ -1,96 +1,140 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
+#include <map>
+#include <utility>
 #include <vector>
 
+#include "platform/solver/ConstraintGraph.h"
 #include "platform/solver/LinearExpression.h"
-#include "platform/solver/SimplexTableau.h"
+#include "platform/solver/LoneUnknown.h"
+#include "platform/solver/Presolve.h"
+#include "platform/solver/SimplexSolver.h"
 
 namespace platform {
 
-/// A constraint inside one LayoutSolver; reused after removal.
-using LayoutConstraintId = std::uint32_t;
-inline constexpr LayoutConstraintId noLayoutConstraint = 0xffffffff;
-
-/// An incremental solver of linear equations and inequalities with priorities, after Greg J. Badros, Alan Borning and
-/// Peter J. Stuckey, "The Cassowary Linear Arithmetic Constraint Solving Algorithm", ACM Transactions on
-/// Computer-Human Interaction 8(4), 2001.
+/// Solves linear equations and inequalities with priorities. Required constraints (priority >= 1000) hold. Below that
+/// every distinct priority is a level of its own: the sum of the violations of a level is as small as the levels above
+/// allow, so one constraint of 751 beats any number of 750. What is tied is otherwise arbitrary, and an unknown that
+/// nothing decides is 0.
 ///
-/// Required constraints (priority >= 1000) always hold. Below that every distinct priority is a level of its own: the
-/// sum of the violations of a level is as small as the levels above allow, so one constraint of 751 beats any number of
-/// 750. (The paper keeps the levels apart by symbolic weights; here each level is an objective row of its own, so
-/// the order is exact and any number of priorities may be in use.) Within a level violations add up, and what is tied
-/// is settled the same way each time but otherwise arbitrarily. An unknown that nothing decides is 0.
+/// Required constraints that cannot hold together: the one of the highest rank yields, as if the constraints were taken
+/// one by one by rank and each that contradicts those taken before were left out. This depends on what is asked alone,
+/// not on when or in which order it was. What yields becomes a wish above all others (`yieldingPriority`) and is tried
+/// again whenever something changes that it contradicts.
 ///
-/// Changes cost what they touch: adding, removing or moving a constraint pivots the standing solution. Values are
-/// brought up to date by solve().
+/// Changes are only noted; solve() takes them up together, at a cost of what follows from them. Three ways lead to a
+/// value. Most required equations define an unknown (`top = bottom of the row above`); those stay outside the tableau
+/// and are followed in order of dependence. An open unknown that is related to no other is found by looking at its
+/// bounds. Only what is left, open unknowns that compete, goes to a SimplexSolver.
 ///
-/// Owner: its creator. Thread: any one at a time. Failure: a required constraint that contradicts others is not taken
-/// and is told with the ones it contradicts; nothing throws. Numbers must be finite (the caller checks).
+/// Owner: its creator. Thread: any one at a time. Failure: see above; nothing throws. Numbers must be finite (the
+/// caller checks).
 class LayoutSolver {
  public:
-  struct AddResult {
-    LayoutConstraintId id = noLayoutConstraint;  ///< none when it contradicts
-    std::vector<LayoutConstraintId> conflict;    ///< the required constraints that cannot hold together with it
-    explicit operator bool() const { return id != noLayoutConstraint; }
-  };
+  static constexpr double yieldingPriority = 999.9;
 
-  LayoutVariable addVariable();
+  LayoutSolver() : presolve_(graph_) {}
+  LayoutSolver(const LayoutSolver&) = delete;
+  LayoutSolver& operator=(const LayoutSolver&) = delete;
+
+  LayoutVariable addVariable() { return {graph_.addVariable()}; }
   /// The constraints on it must have been removed before.
   void removeVariable(LayoutVariable variable);
 
-  AddResult addConstraint(const LinearConstraint& constraint);
+  LayoutConstraintId addConstraint(const LinearConstraint& constraint, std::uint64_t rank = 0);
   void removeConstraint(LayoutConstraintId id);
   /// Replaces the constant of the constraint's expression, as a difference `expression + constant relation 0`.
-  /// False, and nothing changed, when a required constraint could then not hold.
-  [[nodiscard]] bool setConstant(LayoutConstraintId id, double constant);
-  double constantOf(LayoutConstraintId id) const { return constraints_[id].constant; }
+  void setConstant(LayoutConstraintId id, double constant);
+  double constantOf(LayoutConstraintId id) const { return graph_.constraint(id).constant; }
 
-  /// An edit variable: it wants to be what was suggested last (at first its present value), at that priority.
-  void addEdit(LayoutVariable variable, double priority);
-  void removeEdit(LayoutVariable variable);
-  /// False when it is no edit variable, or a required one that cannot have the value.
-  bool suggest(LayoutVariable variable, double value);
-
-  /// A stay: the variable would rather keep its present value. updateStays() makes the values of now the ones to keep.
-  LayoutConstraintId addStay(LayoutVariable variable, double priority);
-  void removeStay(LayoutConstraintId id);
-  void updateStays();
-
-  void solve() { tableau_.optimise(); }
+  void solve();
   /// As of the last solve().
-  double value(LayoutVariable variable) const { return tableau_.valueOf(variable.symbol); }
+  double value(LayoutVariable variable) const { return graph_.variable(variable.index).value; }
   double valueOf(const LinearExpression& expression) const;
+  bool yields(LayoutConstraintId id) const { return graph_.constraint(id).yields; }
 
-  std::size_t constraintCount() const { return constraints_.size() - freeIds_.size(); }
-  /// How often the basis has changed; for measurements.
+  /// A constraint that began to yield, and those that it contradicts, itself left out, by rank.
+  struct Conflict {
+    LayoutConstraintId yielding;
+    std::vector<LayoutConstraintId> others;
+  };
+  /// What began to yield since this was last asked.
+  std::vector<Conflict> takeConflicts() { return std::exchange(conflicts_, {}); }
+
+  std::size_t constraintCount() const { return graph_.constraintCount(); }
+  /// Of these, how many are in the tableau; how often its basis has changed; for measurements.
+  std::size_t tableauCount() const { return tableau_.constraintCount(); }
   std::uint64_t pivotCount() const { return tableau_.pivotCount(); }
 
  private:
-  struct Record {
-    SimplexSymbol marker = SimplexTableau::noSymbol;
-    SimplexSymbol error = SimplexTableau::noSymbol;  ///< the second error (equation) or the only one (inequality)
-    double constant = 0;
-    double priority = 0;
-    float markerSign = 1;
+  using Constraint = ConstraintGraph::Constraint;
+  using Variable = ConstraintGraph::Variable;
+  using Role = ConstraintGraph::Role;
+  /// What an open unknown has besides.
+  struct Open {
+    std::vector<LayoutConstraintId> bounds;  ///< that mention no other open unknown, in the tableau or not
+    LayoutVariable inTableau;
+    std::uint32_t position = 0;   ///< in coupled_
+    std::uint32_t couplings = 0;  ///< constraints in the tableau that relate it to others
+    bool isChanged = false;       ///< waits in changedLone_
   };
-  struct Stay {
-    LayoutVariable variable;
-    LayoutConstraintId id;
-  };
-  bool install(const Record& record);
-  SimplexSymbol chooseSubject(const Record& record);
-  std::vector<LayoutConstraintId> conflictInWork() const;
-  LayoutConstraintId keep(const Record& record);
-  void shift(Record& record, double difference);
 
-  SimplexTableau tableau_;
-  std::vector<Record> constraints_;
-  std::vector<LayoutConstraintId> freeIds_;
-  std::vector<LayoutConstraintId> markerOwners_;  // by symbol index
-  std::unordered_map<std::uint32_t, LayoutConstraintId> edits_;
-  std::vector<Stay> stays_;
+  void displace(LayoutConstraintId id);
+  void displaceAndWait(LayoutConstraintId id);
+  bool takeChanges();
+  void followShapes();
+  void followConstants();
+  void definePending();
+  bool placePending();
+  bool place(LayoutConstraintId id);
+  bool enterTableau(LayoutConstraintId id, const LinearExpression& expression);
+  LayoutVariable tableauVariable(std::uint32_t variable);
+  bool couple(std::uint32_t variable);
+  void separate();
+  void leaveTableau(std::uint32_t variable);
+  bool solveLone();
+  bool solveTableau();
+  bool takeRefusals();
+  void publish();
+  double priorityOf(const Constraint& constraint) const;
+  Open& openOf(std::uint32_t variable);
+  void markLone(std::uint32_t variable);
+
+  // Contradictions
+  void resolve(LayoutConstraintId refused, std::vector<ConstraintMultiple> sum);
+  void tryAgain(LayoutConstraintId yielding);
+  void touch(LayoutConstraintId id);
+  void forget(LayoutConstraintId yielding);
+  void report();
+
+  ConstraintGraph graph_;
+  Presolve presolve_;
+  LoneUnknown lone_;
+  SimplexSolver tableau_;
+  std::vector<Open> opens_;  // by unknown
+  std::vector<std::uint32_t> ownerOfTableauUnknown_;
+  std::vector<LayoutConstraintId> ownerOfTableauConstraint_;
+  std::vector<LayoutConstraintId> pending_;
+  std::vector<std::uint32_t> changedShapes_;        // unknowns whose definition came or went
+  std::vector<std::uint32_t> changedConstants_;     // unknowns whose definition has another constant
+  std::vector<LayoutConstraintId> changedOffsets_;  // constraints with a place that have another constant
+  std::vector<std::uint32_t> changedLone_;
+  std::vector<std::uint32_t> perhapsAlone_;
+  std::vector<std::uint32_t> leaving_;  // unknowns that were removed
+  std::vector<std::uint32_t> coupled_;
+  std::vector<std::uint32_t> valuesFrom_;                                 // unknowns whose followers need new values
+  std::map<LayoutConstraintId, std::vector<LayoutConstraintId>> proofs_;  // by what yields
+  std::vector<LayoutConstraintId> tried_;
+  std::vector<Conflict> conflicts_;
+  std::size_t conflictsLeft_ = 0;
+  bool isDirty_ = false;
+
+  // Kept for their memory.
+  std::vector<std::uint32_t> order_;
+  std::vector<LayoutConstraintId> mentioning_;
+  std::vector<LayoutConstraintId> equations_;
+  std::vector<LayoutConstraintId> others_;
 };
 
 }  // namespace platform

@@ -11,8 +11,8 @@ namespace platform {
 /// An unknown of a LayoutSolver, a cheap handle. Made by LayoutSolver::addVariable and good for that solver alone.
 struct LayoutVariable {
   static constexpr std::uint32_t none = 0xffffffff;
-  std::uint32_t symbol = none;
-  explicit operator bool() const { return symbol != none; }
+  std::uint32_t index = none;
+  explicit operator bool() const { return index != none; }
   friend bool operator==(LayoutVariable, LayoutVariable) = default;
 };
 

@@ -12,6 +12,14 @@ namespace {
 constexpr double tinyCost = 1e-8;
 /// A restricted symbol may be this far below 0 before it counts as infeasible.
 constexpr double tinyDeficit = 1e-8;
+/// A smaller coefficient may be what rounding left of a zero; dividing by it would make nonsense of the whole tableau.
+constexpr double smallestPivot = 1e-7;
+
+/// The sum, or 0 when it is so small beside its parts that rounding has made it.
+double sumOf(double a, double b) {
+  const double sum = a + b;
+  return std::abs(sum) <= 1e-11 * (std::abs(a) + std::abs(b)) ? 0 : sum;
+}
 
 bool bySymbol(const SimplexTableau::Cell& cell, SimplexSymbol symbol) { return cell.symbol < symbol; }
 
@@ -26,8 +34,8 @@ void eraseCell(std::vector<SimplexTableau::Cell>& cells, SimplexSymbol symbol) {
 
 /// Dantzig's choice is quick and Bland's cannot circle: the first for as many pivots as a healthy problem needs.
 std::size_t pivotsBeforeBland(std::size_t rows) { return 2 * rows + 32; }
-/// No healthy problem comes near; rounding must not be able to hold the caller for ever.
-std::size_t pivotLimit(std::size_t rows) { return 200 * rows + 10000; }
+/// No healthy problem comes near; rounding must not be able to hold the caller.
+std::size_t pivotLimit(std::size_t rows) { return 8 * rows + 500; }
 
 }  // namespace
 
@@ -102,7 +110,7 @@ void SimplexTableau::merge(std::vector<Cell>& cells, const std::vector<Cell>& so
       }
       ++theirs;
     } else {
-      const double coefficient = mine->coefficient + theirs->coefficient * factor;
+      const double coefficient = sumOf(mine->coefficient, theirs->coefficient * factor);
       if (std::abs(coefficient) > tinyCoefficient) {
         merged_.push_back({mine->symbol, coefficient});
       } else if (owner != noRow) {
@@ -203,7 +211,9 @@ bool SimplexTableau::minimiseArtificial(RowIndex artificial) {
       if (turn > patience) break;
     }
     if (entering == noSymbol) break;
-    pivot(leavingRow(entering, artificial), entering);
+    const RowIndex leaving = leavingRow(entering, artificial);
+    if (leaving == noRow) break;
+    pivot(leaving, entering);
     if (basicRow(symbol) == noRow) return true;
   }
   return rows_[artificial].constant <= tinyLength;
@@ -267,6 +277,7 @@ bool SimplexTableau::bringIntoBasis(SimplexSymbol marker) {
       return true;
     }
     const double coefficient = find(row.cells, marker);
+    if (std::abs(coefficient) < smallestPivot && column(marker).size() > 1) continue;
     const double ratio = std::max(row.constant, 0.0) / std::abs(coefficient);
     if (coefficient < 0 && (down == noRow || ratio < downRatio)) {
       down = index;
@@ -298,7 +309,7 @@ SimplexTableau::RowIndex SimplexTableau::leavingRow(SimplexSymbol entering, RowI
     const Row& row = rows_[index];
     if (!isRestricted(row.basic)) continue;
     const double coefficient = find(row.cells, entering);
-    if (coefficient >= 0) continue;
+    if (coefficient > -smallestPivot) continue;
     const double ratio = std::max(row.constant, 0.0) / -coefficient;
     const bool isTie = best != noRow && std::abs(ratio - bestRatio) <= 1e-12 * (1 + bestRatio);
     const bool isBetter =
@@ -352,14 +363,14 @@ SimplexSymbol SimplexTableau::enteringSymbol(std::size_t level, bool lowestIndex
   return entering;
 }
 
-void SimplexTableau::optimise() {
-  if (optimal_) return;
-  optimal_ = true;
+bool SimplexTableau::optimise() {
+  if (optimal_) return true;
   const std::size_t patience = pivotsBeforeBland(rows_.size());
   for (std::size_t level = 0; level < levels_.size(); ++level) {
-    for (std::size_t turn = 0; turn < pivotLimit(rows_.size()); ++turn) {
+    for (std::size_t turn = 0;; ++turn) {
       const SimplexSymbol entering = enteringSymbol(level, turn > patience);
       if (entering == noSymbol) break;
+      if (turn > pivotLimit(rows_.size())) return false;
       const RowIndex leaving = leavingRow(entering, noRow);
       if (leaving == noRow) {  // errors cannot fall for ever: this cost is rounding
         eraseCell(levels_[level].cells, entering);
@@ -368,6 +379,8 @@ void SimplexTableau::optimise() {
       pivot(leaving, entering);
     }
   }
+  optimal_ = true;
+  return true;
 }
 
 bool SimplexTableau::ratioIsSmaller(SimplexSymbol a, double coefficientA, SimplexSymbol b, double coefficientB) const {
@@ -383,7 +396,7 @@ SimplexSymbol SimplexTableau::dualEntering(const Row& row) const {
   SimplexSymbol best = noSymbol;
   double bestCoefficient = 0;
   for (const Cell& cell : row.cells) {
-    if (cell.coefficient <= tinyCost || !isPivotable(cell.symbol)) continue;
+    if (cell.coefficient < smallestPivot || !isPivotable(cell.symbol)) continue;
     if (best == noSymbol || ratioIsSmaller(cell.symbol, cell.coefficient, best, bestCoefficient)) {
       best = cell.symbol;
       bestCoefficient = cell.coefficient;

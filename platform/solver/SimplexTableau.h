@@ -85,7 +85,8 @@ class SimplexTableau {
   /// Whether any level is not at its minimum. Only set by the caller's changes, cleared by optimise().
   bool isOptimal() const { return optimal_; }
   void markChanged() { optimal_ = false; }
-  void optimise();
+  /// False when the search was given up.
+  bool optimise();
   /// After constants were changed in an optimal tableau: restores feasibility and stays optimal. False when no solution
   /// exists; the tableau is then infeasible until the change is taken back and this is called again.
   bool restoreFeasibility();

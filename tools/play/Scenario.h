@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lumicor/actions/TLAction.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/foundation/Result.h"
 
 namespace play {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "examples/teashop/ScreenCatalogue.h"
-#include "lumicor/actions/TLAction.h"
+#include "lumicor/core/TLAction.h"
 
 namespace play {
 

@@ -1,12 +1,6 @@
 #include "examples/teashop/demo/ScreenReader.h"
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/controls/UIControl.h"
-#include "platform/uikit/lists/UITableView.h"
-#include "platform/uikit/text/UITextField.h"
-#include "platform/uikit/text/UITextView.h"
-#include "platform/uikit/views/UILabel.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

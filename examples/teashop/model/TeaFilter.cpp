@@ -54,7 +54,8 @@ std::vector<const Product*> teasFoundBy(const std::string& words) {
 }
 
 bool holdsWords(std::string_view text, std::string_view words) {
-  return std::ranges::search(text, words, {}, lower, lower).begin() != text.end() || words.empty();
+  const auto isSame = [](char a, char b) { return lower(a) == lower(b); };
+  return words.empty() || std::search(text.begin(), text.end(), words.begin(), words.end(), isSame) != text.end();
 }
 
 }  // namespace teashop

@@ -3,12 +3,7 @@
 #include "examples/teashop/screens/DeliveryScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/bars/UIBarButtonItem.h"
-#include "platform/uikit/bars/UINavigationItem.h"
-#include "platform/uikit/constraints/NSLayoutConstraint.h"
-#include "platform/uikit/constraints/UILayoutGuide.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

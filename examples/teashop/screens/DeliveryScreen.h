@@ -4,11 +4,7 @@
 #include "examples/teashop/views/PrimaryButton.h"
 #include "examples/teashop/views/SlotPicker.h"
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/UISwitch.h"
-#include "platform/uikit/lists/UIDatePicker.h"
-#include "platform/uikit/text/UITextField.h"
-#include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -3,13 +3,7 @@
 #include <functional>
 
 #include "examples/teashop/model/TeaFilter.h"
-#include "platform/uikit/bars/UIToolbar.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/UIButton.h"
-#include "platform/uikit/controls/UISegmentedControl.h"
-#include "platform/uikit/controls/UISlider.h"
-#include "platform/uikit/controls/UISwitch.h"
-#include "platform/uikit/views/UILabel.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -7,14 +7,7 @@
 #include "examples/teashop/views/PictureCell.h"
 #include "examples/teashop/views/TeaPictures.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/bars/UIBarButtonItem.h"
-#include "platform/uikit/bars/UINavigationItem.h"
-#include "platform/uikit/constraints/NSLayoutConstraint.h"
-#include "platform/uikit/controls/NSProgress.h"
-#include "platform/uikit/controls/UIProgressView.h"
-#include "platform/uikit/device/UIPasteboard.h"
-#include "platform/uikit/lists/UICollectionView.h"
-#include "platform/uikit/lists/UICollectionViewFlowLayout.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -5,11 +5,7 @@
 #include "examples/teashop/screens/SearchScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/bars/UIBarButtonItem.h"
-#include "platform/uikit/bars/UINavigationItem.h"
-#include "platform/uikit/controllers/UIAlertController.h"
-#include "platform/uikit/controllers/UINavigationController.h"
-#include "platform/uikit/views/UISystemSymbol.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -1,11 +1,7 @@
 #pragma once
 
 #include "examples/teashop/Shop.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/lists/UITableView.h"
-#include "platform/uikit/lists/UITableViewHeaderFooterView.h"
-#include "platform/uikit/touch/UILongPressGestureRecognizer.h"
-#include "platform/uikit/views/UILabel.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

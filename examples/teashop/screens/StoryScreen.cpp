@@ -3,11 +3,7 @@
 #include "examples/teashop/views/Arrange.h"
 #include "examples/teashop/views/TeaPictures.h"
 #include "examples/teashop/views/Theme.h"
-#include "platform/uikit/bars/UINavigationItem.h"
-#include "platform/uikit/constraints/NSLayoutAnchor.h"
-#include "platform/uikit/constraints/NSLayoutConstraint.h"
-#include "platform/uikit/text/UITextView.h"
-#include "platform/uikit/views/UISystemSymbol.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -1,13 +1,7 @@
 #pragma once
 
 #include "platform/foundation/NSTimer.h"
-#include "platform/uikit/bars/UIBarButtonItem.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/NSProgress.h"
-#include "platform/uikit/controls/UIActivityIndicatorView.h"
-#include "platform/uikit/controls/UIProgressView.h"
-#include "platform/uikit/lists/UIPickerView.h"
-#include "platform/uikit/views/UILabel.h"
+#include "platform/uikit/UIKit.h"
 
 namespace teashop {
 

@@ -6,7 +6,6 @@
 #include <cstdio>
 
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/engine/qt/QtHttpTransport.h"
 
 namespace platform {
 
@@ -39,7 +38,6 @@ void QtApplication::goWithoutDisplay() {
 void QtApplication::ensure() {
   if (isMade) return;
   assertMainThread("the first use of windows, fonts or text");
-  QtHttpTransport::makeRoomForApplication();
   qInstallMessageHandler(&tell);
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", windowSystems());
   // Sizes of text must not depend on the screen.

@@ -98,8 +98,9 @@ void QtWindow::present(const Bitmap& bitmap, const CGRect& changed) {
              .adjusted(-1, -1, 1, 1));
 }
 
-void QtWindow::paintEvent(QPaintEvent*) {
+void QtWindow::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
+  painter.setClipRegion(event->region());  // of the rest the window keeps what it shows
   const QRect window(QPoint(0, 0), QWindow::size());
   if (shown_.isNull()) return painter.fillRect(window, Qt::white);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);

@@ -8,6 +8,7 @@
 #include "platform/engine/Engine.h"
 #include "platform/graphics/UIImage.h"
 #include "platform/uikit/application/ScreenHost.h"
+#include "platform/uikit/application/UIKeyboardWindow.h"
 #include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/lists/UIScrollView.h"
 #include "platform/uikit/text/UIKeyboard.h"
@@ -18,6 +19,9 @@ UIApplication& UIApplication::shared() {
   static const Ref<UIApplication>* const application = new Ref<UIApplication>(make<UIApplication>());
   return **application;
 }
+
+ApplicationHost& ApplicationHost::shared() { return UIApplication::shared(); }
+KeyboardHost& KeyboardHost::shared() { return UIApplication::shared(); }
 
 UIApplication::UIApplication() : screenLayer_(CALayer::layer()) {
   screenLayer_->setBackgroundColor(UIColor::black());
@@ -144,14 +148,16 @@ void UIApplication::deliverKey(const UIKey& key) {
   while (responder && !responder->keyPressed(key)) responder = responder->nextResponder();
 }
 
-/// The first responder goes without being asked: it left its window, or editing was ended by force.
-void UIApplication::dropFirstResponder() {
-  const Ref<UIResponder> responder = firstResponder();
-  if (responder) responder->resignFirstResponder();
-  if (firstResponder() != responder) return;
-  firstResponder_.reset();
-  if (firstResponderMoves_ == 0) UIKeyboard::shared().update();
+// ---- The keyboard
+
+void UIApplication::firstResponderDidChange() { UIKeyboard::shared().update(); }
+
+CGRect UIApplication::keyboardFrame() const {
+  const UIKeyboard& keyboard = UIKeyboard::shared();
+  return keyboard.isVisible() ? keyboard.frame() : CGRect{};
 }
+
+Ref<UIView> UIApplication::makeKeyboardWindow() { return make<UIKeyboardWindow>(UIScreen::main().bounds()); }
 
 // ---- The screen
 

@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/text/KeyboardHost.h"
+#include "platform/uikit/touch/ApplicationHost.h"
 
 namespace platform {
 
 /// The running application: its windows, its first responder, its events. One, made on first use. Main thread.
-class UIApplication : public Object<UIApplication, UIResponder> {
+class UIApplication : public Object<UIApplication, UIResponder>, public ApplicationHost, private KeyboardHost {
  public:
   static UIApplication& shared();
   UIApplication();
@@ -23,12 +25,13 @@ class UIApplication : public Object<UIApplication, UIResponder> {
   /// Sends an action: to the target, or up the responder chain from the sender (or the first responder) when there is
   /// no target. The action takes nothing, the sender, or the sender and the event, as many as its name has colons.
   /// False when nobody answers it.
-  bool sendAction(SEL action, const Ref<NSObject>& target, const Ref<NSObject>& sender, const Ref<UIEvent>& event);
+  bool sendAction(SEL action, const Ref<NSObject>& target, const Ref<NSObject>& sender,
+                  const Ref<UIEvent>& event) override;
 
   /// While ignored (calls nest), touches are dropped; those under way are cancelled when their finger lifts.
   void beginIgnoringInteractionEvents();
   void endIgnoringInteractionEvents();
-  bool isIgnoringInteractionEvents() const { return ignoring_ > 0; }
+  bool isIgnoringInteractionEvents() const override { return ignoring_ > 0; }
 
   /// One finger at one instant, in screen coordinates: what the window system and TouchDriver send. A touch belongs to
   /// the front-most window that takes it, until it ends.
@@ -36,7 +39,7 @@ class UIApplication : public Object<UIApplication, UIResponder> {
   /// A wheel or a touch pad over a point of the screen: the nearest scroll view there that can move that way follows.
   void deliverScroll(CGPoint screenPoint, CGVector delta);
   /// A key from the window system or a driver: first responder, then up its chain.
-  void deliverKey(const UIKey& key);
+  void deliverKey(const UIKey& key) override;
 
   /// Brings layout and drawing of every window up to date now; the run loop does it by itself after each turn.
   void layoutAndDisplayIfNeeded();
@@ -54,22 +57,22 @@ class UIApplication : public Object<UIApplication, UIResponder> {
 
  private:
   friend class UIWindow;
-  friend class UIResponder;
-  friend class UIView;
+  friend class ApplicationHost;
+  friend class KeyboardHost;
   void addWindow(const Ref<UIWindow>& window);
   void removeWindow(const UIWindow& window);
   void arrangeWindows();
   std::vector<Ref<UIWindow>> windowsBackToFront() const;
-  void dropFirstResponder();
+  void firstResponderDidChange() override;
+  CGRect keyboardFrame() const override;
+  Ref<UIView> makeKeyboardWindow() override;
   void afterTurn();
 
   std::vector<Weak<UIWindow>> windows_;
   Weak<UIWindow> keyWindow_;
-  Weak<UIResponder> firstResponder_;
   std::map<std::int64_t, Weak<UIWindow>> touchedWindows_;
   Ref<CALayer> screenLayer_;
   int ignoring_ = 0;
-  int firstResponderMoves_ = 0;
 };
 
 }  // namespace platform

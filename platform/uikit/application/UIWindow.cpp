@@ -21,6 +21,8 @@ void UIWindow::initWithFrame(CGRect frame) {
   layer()->setHidden(true);
 }
 
+Ref<UIWindow> UITouch::window() const { return std::static_pointer_cast<UIWindow>(window_.lock()); }
+
 Ref<UIWindow> UIWindow::window() const {
   return std::static_pointer_cast<UIWindow>(std::const_pointer_cast<NSObject>(weak_from_this().lock()));
 }

@@ -2,12 +2,13 @@
 
 #include "platform/uikit/touch/UITouch.h"
 #include "platform/uikit/views/UIView.h"
+#include "platform/uikit/views/WindowHost.h"
 
 namespace platform {
 
 /// The root of a view tree on a screen. Made with `make<UIWindow>(frame)`, hidden until it is made visible; owned by
 /// the host. Hiding it, or letting go of it, closes it: touches under way are cancelled, editing ends. Main thread.
-class UIWindow : public Object<UIWindow, UIView> {
+class UIWindow : public Object<UIWindow, UIView>, private WindowHost {
  public:
   UIWindow();
   ~UIWindow() override;
@@ -33,12 +34,15 @@ class UIWindow : public Object<UIWindow, UIView> {
   CGPoint convertPointToScreen(CGPoint point) const;
   CGPoint convertPointFromScreen(CGPoint point) const;
 
+  bool standsOnScreen() const override { return true; }
   void setHidden(bool hidden) override;
   Ref<UIWindow> window() const override;
   Ref<UIResponder> nextResponder() override;
   void layoutSubviews() override;
 
  private:
+  Ref<UIWindow> hostWindow() override { return UIWindow::window(); }
+  Ref<UIView> hostWindowView() override { return UIWindow::window(); }
   void showRootView();
   void placeRootView();
   void close();

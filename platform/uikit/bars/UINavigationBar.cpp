@@ -4,10 +4,9 @@
 #include <utility>
 
 #include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/bars/NavigationBarHost.h"
 #include "platform/uikit/bars/_UIBarBackground.h"
 #include "platform/uikit/bars/_UIButtonBarButton.h"
-#include "platform/uikit/controllers/UINavigationController.h"
-#include "platform/uikit/controllers/UISearchController.h"
 #include "platform/uikit/text/UISearchBar.h"
 #include "platform/uikit/views/UILabel.h"
 
@@ -180,7 +179,7 @@ void UINavigationBar::fillTitle(Contents& contents, const Contents* old) {
     contents.largeTitle->setTextColor(titleColor_.value_or(UIColor::label()));
     contents.largeTitle->setText(item.title());
   }
-  if (const Ref<UISearchController>& search = item.searchController()) contents.searchBar = search->searchBar();
+  contents.searchBar = item.searchBar_;
 }
 
 void UINavigationBar::fillButtons(Contents& contents, const Contents* old) {
@@ -229,10 +228,8 @@ void UINavigationBar::show(Direction direction, bool animated) {
     });
   }
   setNeedsLayout();
-  const Ref<UINavigationController> controller = controller_.lock();
-  if (controller && direction == Direction::none && contentHeight() != heightBefore) {
-    controller->barHeightDidChange(animated);
-  }
+  const Ref<NavigationBarHost> host = host_.lock();
+  if (host && direction == Direction::none && contentHeight() != heightBefore) host->barHeightDidChange(animated);
 }
 
 /// Puts new views in, where an animation starts when there is one.

@@ -9,6 +9,7 @@
 
 namespace platform {
 
+class NavigationBarHost;
 class UILabel;
 class _UIBarBackground;
 
@@ -80,7 +81,7 @@ class UINavigationBar : public Object<UINavigationBar, UIView> {
 
   std::vector<Ref<UINavigationItem>> items_;
   Weak<NSObject> delegate_;
-  Weak<UINavigationController> controller_;
+  Weak<NavigationBarHost> host_;
   std::optional<UIColor> barTintColor_;
   std::optional<UIColor> titleColor_;
   bool prefersLargeTitles_ = false;

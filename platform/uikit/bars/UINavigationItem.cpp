@@ -4,7 +4,6 @@
 
 #include "platform/uikit/bars/UIBarButtonItem.h"
 #include "platform/uikit/bars/UINavigationBar.h"
-#include "platform/uikit/controllers/UISearchController.h"
 
 namespace platform {
 
@@ -69,11 +68,6 @@ void UINavigationItem::setBackBarButtonItem(const Ref<UIBarButtonItem>& item) {
 
 void UINavigationItem::setLargeTitleDisplayMode(UINavigationItemLargeTitleDisplayMode mode) {
   largeTitle_ = mode;
-  changed(false);
-}
-
-void UINavigationItem::setSearchController(const Ref<UISearchController>& controller) {
-  searchController_ = controller;
   changed(false);
 }
 

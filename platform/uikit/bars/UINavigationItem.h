@@ -56,7 +56,7 @@ class UINavigationItem : public Object<UINavigationItem, NSObject> {
   void setLargeTitleDisplayMode(UINavigationItemLargeTitleDisplayMode mode);
   /// Its search bar stands under the title.
   const Ref<UISearchController>& searchController() const { return searchController_; }
-  void setSearchController(const Ref<UISearchController>& controller);
+  void setSearchController(const Ref<UISearchController>& controller);  // with the controllers
 
  private:
   friend class UINavigationBar;
@@ -68,6 +68,7 @@ class UINavigationItem : public Object<UINavigationItem, NSObject> {
   std::optional<std::string> backButtonTitle_;
   Ref<UIBarButtonItem> backBarButtonItem_;
   Ref<UISearchController> searchController_;
+  Ref<UIView> searchBar_;  // the controller's
   UINavigationItemLargeTitleDisplayMode largeTitle_ = UINavigationItemLargeTitleDisplayMode::automatic;
   bool hidesBackButton_ = false;
   bool leftItemsSupplementBackButton_ = false;

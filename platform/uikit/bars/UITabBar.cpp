@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/bars/TabBarHost.h"
 #include "platform/uikit/bars/UITabBarButton.h"
 #include "platform/uikit/bars/UITabBarItem.h"
 #include "platform/uikit/bars/_UIBarBackground.h"
-#include "platform/uikit/controllers/UITabBarController.h"
 
 namespace platform {
 
@@ -51,7 +51,7 @@ void UITabBar::buttonTapped(Ref<NSObject> sender) {
   const auto button = as<UITabBarButton>(sender);
   const Ref<UITabBarItem> item = button ? button->item() : nullptr;
   if (!item) return;
-  if (const Ref<UITabBarController> controller = controller_.lock()) return controller->itemTapped(item);
+  if (const Ref<TabBarHost> host = host_.lock()) return host->itemTapped(item);
   setSelectedItem(item);
   static const SEL didSelect = sel("tabBar:didSelectItem:");
   sendOptional(delegate(), didSelect, self(), item);
@@ -79,7 +79,7 @@ void UITabBar::setUnselectedItemTintColor(std::optional<UIColor> color) {
 void UITabBar::setHidden(bool hidden) {
   if (isHidden() == hidden) return;
   Super::setHidden(hidden);
-  if (const Ref<UITabBarController> controller = controller_.lock()) controller->layOut();
+  if (const Ref<TabBarHost> host = host_.lock()) host->barVisibilityDidChange();
 }
 
 void UITabBar::tintColorDidChange() {

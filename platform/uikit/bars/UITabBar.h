@@ -7,6 +7,7 @@
 
 namespace platform {
 
+class TabBarHost;
 class UITabBarButton;
 class _UIBarBackground;
 
@@ -52,7 +53,7 @@ class UITabBar : public Object<UITabBar, UIView> {
   std::vector<Ref<UITabBarButton>> buttons_;
   Ref<UITabBarItem> selected_;
   Weak<NSObject> delegate_;
-  Weak<UITabBarController> controller_;
+  Weak<TabBarHost> host_;
   std::optional<UIColor> barTintColor_;
   std::optional<UIColor> unselectedTint_;
   Ref<_UIBarBackground> background_;

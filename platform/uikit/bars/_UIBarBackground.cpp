@@ -25,8 +25,6 @@ void _UIBarBackground::init(Edge edge) {
 
 void _UIBarBackground::setColor(std::optional<UIColor> color) { setBackgroundColor(color.value_or(standardGround)); }
 
-void _UIBarBackground::setShowsHairline(bool shows) { hairline_->setHidden(!shows); }
-
 void _UIBarBackground::layoutSubviews() {
   Super::layoutSubviews();
   const CGSize size = bounds().size;

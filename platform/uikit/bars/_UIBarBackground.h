@@ -17,7 +17,6 @@ class _UIBarBackground : public Object<_UIBarBackground, UIView> {
 
   /// None for the standard ground.
   void setColor(std::optional<UIColor> color);
-  void setShowsHairline(bool shows);
   void layoutSubviews() override;
 
  private:

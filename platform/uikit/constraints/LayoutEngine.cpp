@@ -16,8 +16,10 @@ namespace platform {
 
 namespace {
 
-/// Where a required constraint ends up that others contradict: above every wish, below every requirement.
-constexpr double brokenPriority = 999.9;
+/// The first rank is that of what views themselves require; the host's constraints follow by activation.
+constexpr std::uint64_t ownRank = 0;
+/// A contradiction may run through a long chain of views; so many of its constraints tell where to look.
+constexpr std::size_t namedLimit = 12;
 
 /// Calls `visit` for the view and everything below, superviews first; a false result skips what is below.
 template <class Visit>
@@ -76,7 +78,6 @@ void LayoutEngine::addConstraint(const Ref<NSLayoutConstraint>& constraint) {
   if (entry) return;
   entry = std::make_unique<Entry>();
   entry->constraint = constraint;
-  entry->sequence = nextSequence_++;
   queue(*entry);
 }
 
@@ -154,8 +155,8 @@ void LayoutEngine::translationDidChange(const UIView& view) {
 void LayoutEngine::install(Entry& entry) {
   const LinearConstraint constraint = equation(entry);
   if (constraint.priority <= 0) return;  // no wish at all
-  entry.isBroken = false;
-  entry.id = addOrBreak(constraint, &entry);
+  entry.id = solver_.addConstraint(constraint, entry.constraint->activation_);
+  setOwner(entry.id, &entry);
 }
 
 void LayoutEngine::uninstall(Entry& entry) {
@@ -171,58 +172,31 @@ void LayoutEngine::setOwner(LayoutConstraintId id, Entry* owner) {
   owners_[id] = owner;
 }
 
-LayoutConstraintId LayoutEngine::addOrBreak(LinearConstraint constraint, Entry* owner) {
-  while (true) {
-    const LayoutSolver::AddResult added = solver_.addConstraint(constraint);
-    if (added) {
-      setOwner(added.id, owner);
-      return added.id;
+void LayoutEngine::reportConflicts() {
+  for (const LayoutSolver::Conflict& conflict : solver_.takeConflicts()) {
+    const auto ownerOf = [this](LayoutConstraintId id) { return id < owners_.size() ? owners_[id] : nullptr; };
+    const Entry* const yielding = ownerOf(conflict.yielding);
+    if (fitting_ || !yielding || !solver_.yields(conflict.yielding)) continue;
+    std::string line = "Unable to satisfy " + yielding->constraint->description() + " together with";
+    const char* separator = " ";
+    bool namesOwn = false;
+    std::size_t named = 0;
+    for (const LayoutConstraintId id : conflict.others) {
+      const Entry* const other = ownerOf(id);
+      if (!other && std::exchange(namesOwn, true)) continue;
+      if (++named > namedLimit) {
+        line += ", ...";
+        break;
+      }
+      line += separator + (other ? other->constraint->description() : std::string("what views themselves require"));
+      separator = ", ";
     }
-    Entry* const victim = victimOf(added.conflict, owner);
-    if (victim && !fitting_) report(added.conflict, owner, *victim);
-    if (!victim || victim == owner) {
-      if (owner) owner->isBroken = true;
-      constraint.priority = brokenPriority;
-      continue;
-    }
-    uninstall(*victim);
-    victim->isBroken = true;
-    LinearConstraint yielding = equation(*victim);
-    yielding.priority = brokenPriority;
-    victim->id = solver_.addConstraint(yielding).id;
-    setOwner(victim->id, victim);
+    std::fprintf(stderr, "%s; it yields\n", line.c_str());
   }
-}
-
-LayoutEngine::Entry* LayoutEngine::victimOf(const std::vector<LayoutConstraintId>& conflict, Entry* owner) const {
-  Entry* last = owner;
-  for (const LayoutConstraintId id : conflict) {
-    Entry* const entry = owners_[id];
-    if (entry && (!last || entry->sequence > last->sequence)) last = entry;
-  }
-  return last;
-}
-
-void LayoutEngine::report(const std::vector<LayoutConstraintId>& conflict, const Entry* owner,
-                          const Entry& victim) const {
-  std::string line = "Unable to satisfy " + victim.constraint->description() + " together with";
-  const char* separator = " ";
-  bool namesOwn = false;
-  const auto name = [&](const Entry* entry) {
-    if (entry == &victim || (!entry && std::exchange(namesOwn, true))) return;
-    line += separator + (entry ? entry->constraint->description() : std::string("what views themselves require"));
-    separator = ", ";
-  };
-  name(owner);
-  for (const LayoutConstraintId id : conflict) name(owners_[id]);
-  std::fprintf(stderr, "%s; it yields\n", line.c_str());
 }
 
 void LayoutEngine::refreshConstant(Entry& entry) {
-  if (entry.id == noLayoutConstraint) return;
-  if (solver_.setConstant(entry.id, equation(entry).expression.constant)) return;
-  uninstall(entry);  // it contradicts others now: it is added anew, and something breaks
-  queue(entry);
+  if (entry.id != noLayoutConstraint) solver_.setConstant(entry.id, equation(entry).expression.constant);
 }
 
 // ---- Installing the engine's own
@@ -235,9 +209,12 @@ void LayoutEngine::removeOwn(LayoutConstraintId& id) {
 }
 
 void LayoutEngine::setOwn(LayoutConstraintId& id, const LinearConstraint& constraint, bool hasSameShape) {
-  if (id != noLayoutConstraint && hasSameShape && solver_.setConstant(id, constraint.expression.constant)) return;
+  if (id != noLayoutConstraint && hasSameShape) {
+    solver_.setConstant(id, constraint.expression.constant);
+    return;
+  }
   removeOwn(id);
-  id = addOrBreak(constraint, nullptr);
+  id = solver_.addConstraint(constraint, ownRank);
 }
 
 }  // namespace platform

@@ -23,8 +23,10 @@ namespace platform {
 /// Changes are only noted; update() solves them and marks the superviews of what moved for layout.
 ///
 /// Owner: ViewLayout of the tree's root, or the call of systemLayoutSizeFitting. Thread: main.
-/// Failure: required constraints that contradict one another are reported on one line of standard error, and the one
-/// that was activated last yields to the others from then on (it stays as close to being met as they allow).
+/// Failure: of required constraints that contradict one another the one that was activated last yields (it stays as
+/// close to being met as the others allow); what views themselves require never does. That depends on what is active
+/// and in which order it was activated, not on when layout ran. When one begins to yield, one line of standard error
+/// says so.
 class LayoutEngine {
  public:
   /// Wishes for the root's size in place of its frame, by axis.
@@ -71,9 +73,7 @@ class LayoutEngine {
   struct Entry {
     Ref<NSLayoutConstraint> constraint;
     LayoutConstraintId id = noLayoutConstraint;
-    std::uint64_t sequence = 0;
     bool isPending = true;
-    bool isBroken = false;
     bool reads = false;  ///< numbers that may change: see LayoutItem
   };
   enum Which : std::size_t { x, y, width, height };
@@ -105,9 +105,7 @@ class LayoutEngine {
   void uninstall(Entry& entry);
   void queue(Entry& entry);
   void refreshConstant(Entry& entry);
-  LayoutConstraintId addOrBreak(LinearConstraint constraint, Entry* owner);
-  Entry* victimOf(const std::vector<LayoutConstraintId>& conflict, Entry* owner) const;
-  void report(const std::vector<LayoutConstraintId>& conflict, const Entry* owner, const Entry& victim) const;
+  void reportConflicts();
   void setOwner(LayoutConstraintId id, Entry* owner);
 
   // The steps of update()
@@ -131,7 +129,6 @@ class LayoutEngine {
   std::vector<const NSLayoutConstraint*> changedConstants_;
   std::vector<const NSObject*> dirtyItems_;
   std::vector<Entry*> readers_;  // those that read
-  std::uint64_t nextSequence_ = 0;
   double pixelsPerPoint_;
   bool dirty_ = true;
   bool readsAreStale_ = false;

@@ -32,6 +32,7 @@ void LayoutEngine::update() {
     solver_.solve();
     if (!refine()) break;
   }
+  reportConflicts();
   dirty_ = !pending_.empty();
   updating_ = false;
   if (!fitting_) publish();
@@ -66,12 +67,11 @@ void LayoutEngine::flush() {
 
 void LayoutEngine::installPending() {
   std::vector<Entry*> batch = std::exchange(pending_, {});
-  // What ranks higher first: less has to be turned round later.
-  std::sort(batch.begin(), batch.end(), [](const Entry* a, const Entry* b) {
-    const float first = a->constraint->priority();
-    const float second = b->constraint->priority();
-    return first != second ? first > second : a->sequence < b->sequence;
-  });
+  // So that ties are settled alike whenever layout runs.
+  const auto isBefore = [](const Entry* a, const Entry* b) {
+    return a->constraint->activation_ < b->constraint->activation_;
+  };
+  if (!std::is_sorted(batch.begin(), batch.end(), isBefore)) std::sort(batch.begin(), batch.end(), isBefore);
   for (Entry* const entry : batch) {
     entry->isPending = false;
     install(*entry);

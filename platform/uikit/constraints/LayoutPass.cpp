@@ -6,7 +6,6 @@
 #include "platform/uikit/constraints/LayoutEngine.h"
 #include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "platform/uikit/constraints/ViewLayout.h"
-#include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The passes of ViewLayout: updateConstraints, solving, layoutSubviews. Trees may be of any depth, so nothing recurses.
@@ -81,10 +80,10 @@ void ViewLayout::layOut(UIView& root, UIView& top) {
     if (view.get() != &root && !superviewOf(*view)) continue;  // taken out by a layoutSubviews before
     UIViewLayoutStorage& storage = storageOf(*view);
     if (std::exchange(storage.needsLayout, false)) {
-      const Ref<UIViewController> controller = view->viewController();
-      if (controller) controller->viewWillLayoutSubviews();
+      const Ref<RootViewHost> host = view->storage_->host.lock();
+      if (host) host->viewWillLayoutSubviews();
       view->layoutSubviews();
-      if (controller) controller->viewDidLayoutSubviews();
+      if (host) host->viewDidLayoutSubviews();
     }
     if (!std::exchange(storage.descendantNeedsLayout, false)) continue;
     const auto& subviews = view->subviews_;

@@ -97,6 +97,8 @@ void NSLayoutConstraint::activate() {
   UIView* const second = hasSecond ? viewOf(secondItem()) : first;
   UIView* const holder = first && second ? ViewLayout::commonAncestor(*first, *second) : nullptr;
   if (!holder) fatalError("NSLayoutConstraint: the items have no common ancestor: " + description());
+  static std::uint64_t activations = 0;
+  activation_ = ++activations;
   holder_ = holder;
   ViewLayout::hold(*holder, self());
 }

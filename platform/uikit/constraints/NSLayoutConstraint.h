@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,8 +22,8 @@ class ViewLayout;
 /// inactive when one of its items leaves that ancestor's tree, and stays so until it is activated again. Items are not
 /// kept alive. Thread: main.
 /// Failure: activating it without a common ancestor, mixing axes, and numbers that are not finite are fatal programming
-/// errors. A required constraint that contradicts others is reported on one line of standard error and from then on
-/// yields to them.
+/// errors. Of required constraints that contradict one another the one activated last yields, whenever layout ran in
+/// between; it is reported on one line of standard error when that begins, and holds again when it can.
 class NSLayoutConstraint : public Object<NSLayoutConstraint, NSObject> {
  public:
   static Ref<NSLayoutConstraint> constraintWithItem(const Ref<NSObject>& first, NSLayoutAttribute firstAttribute,
@@ -75,7 +76,8 @@ class NSLayoutConstraint : public Object<NSLayoutConstraint, NSObject> {
   NSLayoutAttribute firstAttribute_ = NSLayoutAttribute::notAnAttribute;
   NSLayoutAttribute secondAttribute_ = NSLayoutAttribute::notAnAttribute;
   NSLayoutRelation relation_ = NSLayoutRelation::equal;
-  UIView* holder_ = nullptr;  // cleared by ViewLayout when the holder goes
+  UIView* holder_ = nullptr;      // cleared by ViewLayout when the holder goes
+  std::uint64_t activation_ = 0;  // counts over all constraints
 };
 
 }  // namespace platform

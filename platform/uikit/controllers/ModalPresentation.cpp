@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/animation/CAShapeLayer.h"
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/controllers/UILayoutContainerView.h"
 #include "platform/uikit/controllers/UIViewController.h"
 
@@ -63,7 +62,7 @@ void ModalPresentation::present(const Ref<UIViewController>& presenting, const R
     going->finish();
   }
   if (presenting->presented_) return refuse(*presenting, *presented, "it presents another controller already");
-  const Ref<UIWindow> window = presenting->isViewLoaded() ? presenting->view()->window() : nullptr;
+  const Ref<UIView> window = presenting->isViewLoaded() ? presenting->view()->windowView() : nullptr;
   if (!window) return refuse(*presenting, *presented, "its view is in no window");
   if (presented == presenting || presented->presentation_ || presented->parentViewController()) {
     return refuse(*presenting, *presented, "that is shown already");
@@ -105,7 +104,7 @@ CGRect ModalPresentation::holderFrame() const {
   return isSheet() ? CGRect{0, sheetTop, all.size.width, all.size.height - sheetTop} : all;
 }
 
-void ModalPresentation::build(const Ref<UIWindow>& window) {
+void ModalPresentation::build(const Ref<UIView>& window) {
   auto container = make<UILayoutContainerView>(window->bounds());
   container->setAutoresizingMask(fillsSuperview);
   container->setBlocksTouches(true);
@@ -138,7 +137,7 @@ void ModalPresentation::layOut() {
   holder_->layer()->setMask(mask);
 }
 
-void ModalPresentation::begin(const Ref<UIWindow>& window, bool animated, Completion completion) {
+void ModalPresentation::begin(const Ref<UIView>& window, bool animated, Completion completion) {
   const Ref<UIViewController> presenting = presenting_.lock();
   const Ref<UIViewController> presented = presented_.lock();
   presented->beingPresented_ = true;

@@ -35,11 +35,11 @@ class ModalPresentation : public std::enable_shared_from_this<ModalPresentation>
 
  private:
   enum class Stage { presenting, presented, dismissing, over };
-  void begin(const Ref<UIWindow>& window, bool animated, Completion completion);
+  void begin(const Ref<UIView>& window, bool animated, Completion completion);
   void beginDismissal(bool animated, Completion completion);
   using Screens = std::vector<Ref<UIViewController>>;
   void finishDismissal(const Screens& chain, const Screens& disappearing, bool uncovers);
-  void build(const Ref<UIWindow>& window);
+  void build(const Ref<UIView>& window);
   void showAway(bool away);
   void setAside(const Ref<UIViewController>& presenting);
   void bringBack(const Ref<UIViewController>& presenting);

@@ -96,7 +96,8 @@ void UINavigationController::change(Stack stack, bool animated) {
   const auto keeper = self();
   children_ = std::move(stack);
   adopt();
-  if (settling_ || transition_ || appearance_ == Appearance::appearing || appearance_ == Appearance::disappearing) {
+  if (settling_ || transition_ || childrenAwaitAppearance_ || appearance_ == Appearance::appearing ||
+      appearance_ == Appearance::disappearing) {
     waiting_ = true;
     waitingAnimated_ = animated;
     if (!settling_ && transition_ && !animated) transition_->finish();
@@ -294,6 +295,11 @@ void UINavigationController::forwardAppearanceBegin(bool appearing, bool animate
     tellDelegate("navigationController:willShowViewController:animated:", top, animated);
   }
   settling_ = false;
+}
+
+void UINavigationController::viewDidAppear(bool animated) {
+  Super::viewDidAppear(animated);
+  handAppearanceOn(animated);
 }
 
 void UINavigationController::forwardAppearanceEnd(bool appeared, bool animated) {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/uikit/bars/NavigationBarHost.h"
 #include "platform/uikit/controllers/UIViewController.h"
 
 namespace platform {
@@ -25,7 +26,7 @@ enum class UINavigationControllerOperation { none, push, pop };
 ///   "navigationController:animationControllerForOperation:fromViewController:toViewController:"
 ///        Ref<NSObject> (controller, UINavigationControllerOperation, from, to); none for the platform's own slide.
 /// Main thread.
-class UINavigationController : public Object<UINavigationController, UIViewController> {
+class UINavigationController : public Object<UINavigationController, UIViewController>, public NavigationBarHost {
  public:
   UINavigationController();
   ~UINavigationController() override;
@@ -68,17 +69,18 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void setToolbarHidden(bool hidden, bool animated = false);
 
   void loadView() override;
+  void viewDidAppear(bool animated) override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
   void forwardAppearanceEnd(bool appeared, bool animated) override;
+  bool appearsBeforeItsChildren() const override { return true; }
 
  private:
   friend class NavigationTransition;
   friend class NavigationEdgePan;
   friend class UIViewController;
   friend class UITabBarController;
-  friend class UINavigationBar;
   using Stack = std::vector<Ref<UIViewController>>;
 
   // UINavigationController.cpp: the stack and what follows from it
@@ -112,7 +114,7 @@ class UINavigationController : public Object<UINavigationController, UIViewContr
   void fit(const Ref<UIViewController>& controller);
   void showItems(bool animated);
   void toolbarItemsDidChange(const UIViewController& controller, bool animated);
-  void barHeightDidChange(bool animated);
+  void barHeightDidChange(bool animated) override;
   bool shouldPopItem(Ref<NSObject> bar, Ref<NSObject> item);
 
   Weak<NSObject> delegate_;

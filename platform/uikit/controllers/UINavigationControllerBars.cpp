@@ -99,7 +99,7 @@ Ref<UINavigationBar> UINavigationController::navigationBar() {
   if (!bar_) {
     bar_ = make<UINavigationBar>(CGRect{0, 0, UIScreen::main().bounds().size.width, UINavigationBar::standardHeight});
     bar_->setDelegate(self());
-    bar_->controller_ = self();
+    bar_->host_ = self();
     showItems(false);
   }
   return bar_;

@@ -1,6 +1,7 @@
 #include "platform/uikit/controllers/UISearchController.h"
 
 #include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controls/UIButton.h"
 #include "platform/uikit/text/UISearchBar.h"
@@ -35,6 +36,12 @@ void UISearchController::init(const Ref<UIViewController>& searchResultsControll
   if (const Ref<UIButton>& cancel = searchBar_->cancelButton()) {
     cancel->addTarget(self(), sel("cancelTapped"), UIControlEvents::touchUpInside);
   }
+}
+
+void UINavigationItem::setSearchController(const Ref<UISearchController>& controller) {
+  searchController_ = controller;
+  searchBar_ = controller ? controller->searchBar() : nullptr;
+  changed(false);
 }
 
 void UISearchController::editingBegan() { setActive(true); }

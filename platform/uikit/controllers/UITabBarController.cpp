@@ -94,7 +94,8 @@ void UITabBarController::setSelectedViewController(const Ref<UIViewController>& 
 void UITabBarController::select(const Ref<UIViewController>& controller) {
   selected_ = controller;
   tabBar()->setSelectedItem(controller ? controller->tabBarItem() : nullptr);
-  if (selecting_ || appearance_ == Appearance::appearing || appearance_ == Appearance::disappearing) return;
+  if (selecting_ || childrenAwaitAppearance_) return;
+  if (appearance_ == Appearance::appearing || appearance_ == Appearance::disappearing) return;
   const auto keeper = self();
   selecting_ = true;
   for (int turns = 0; shown_ != selected_ && turns < 16; ++turns) {
@@ -123,7 +124,7 @@ void UITabBarController::select(const Ref<UIViewController>& controller) {
 Ref<UITabBar> UITabBarController::tabBar() {
   if (!tabBar_) {
     tabBar_ = make<UITabBar>(CGRect{0, 0, UIScreen::main().bounds().size.width, UITabBar::standardHeight});
-    tabBar_->controller_ = self();
+    tabBar_->host_ = self();
   }
   return tabBar_;
 }
@@ -212,6 +213,11 @@ void UITabBarController::forwardAppearanceBegin(bool appearing, bool animated) {
   fit(shown_);
   shown_->beginAppearanceTransition(true, animated);
   if (shown_->view()->superview() != content_) content_->addSubview(shown_->view());
+}
+
+void UITabBarController::viewDidAppear(bool animated) {
+  Super::viewDidAppear(animated);
+  handAppearanceOn(animated);
 }
 
 void UITabBarController::forwardAppearanceEnd(bool, bool) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/uikit/bars/TabBarHost.h"
 #include "platform/uikit/controllers/UIViewController.h"
 
 namespace platform {
@@ -13,7 +14,7 @@ namespace platform {
 ///   "tabBarController:didSelectViewController:"     void (controller, screen); also for the tab that is selected
 ///                                                   already, whose navigation controller goes back to its root.
 /// Main thread.
-class UITabBarController : public Object<UITabBarController, UIViewController> {
+class UITabBarController : public Object<UITabBarController, UIViewController>, public TabBarHost {
  public:
   UITabBarController();
   ~UITabBarController() override;
@@ -35,17 +36,19 @@ class UITabBarController : public Object<UITabBarController, UIViewController> {
   virtual void setDelegate(const Ref<NSObject>& delegate) { delegate_ = delegate; }
 
   void loadView() override;
+  void viewDidAppear(bool animated) override;
 
  protected:
   void forwardAppearanceBegin(bool appearing, bool animated) override;
   void forwardAppearanceEnd(bool appeared, bool animated) override;
+  bool appearsBeforeItsChildren() const override { return true; }
 
  private:
-  friend class UITabBar;
   friend class UINavigationController;
   friend class NavigationTransition;
   friend class UIViewController;
-  void itemTapped(const Ref<UITabBarItem>& item);
+  void itemTapped(const Ref<UITabBarItem>& item) override;
+  void barVisibilityDidChange() override { layOut(); }
   void select(const Ref<UIViewController>& controller);
   void layOut();
   /// Gives the selected screen the room that the bar leaves it; the bar itself stays where it is.

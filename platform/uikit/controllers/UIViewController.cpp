@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/bars/UITabBarItem.h"
 #include "platform/uikit/controllers/ModalPresentation.h"
@@ -16,7 +15,9 @@ namespace platform {
 
 UIViewController::UIViewController() = default;
 
-UIViewController::~UIViewController() = default;
+UIViewController::~UIViewController() {
+  if (view_) UIView::hierarchyChanged();
+}
 
 void UIViewController::exportMethods(MethodTable<UIViewController>& table) {
   Class& cls = table.owner();
@@ -49,13 +50,18 @@ const Ref<UIView>& UIViewController::view() {
   return view_;
 }
 
+Ref<UIViewController> UIView::viewController() const {
+  return std::static_pointer_cast<UIViewController>(storage_->host.lock());
+}
+
 void UIViewController::setView(const Ref<UIView>& view) {
   if (view_ == view) return;
   const Ref<UIViewController> keeper = self();
-  if (view_ && view_->viewController() == keeper) view_->storage_->viewController.reset();
+  UIView::hierarchyChanged();
+  if (view_ && view_->viewController() == keeper) view_->storage_->host.reset();
   view_ = view;
   if (!view_) return;
-  view_->storage_->viewController = keeper;
+  view_->storage_->host = keeper;
   view_->updateSafeAreaInsets();
 }
 
@@ -105,12 +111,19 @@ void UIViewController::endAppearanceTransition() {
   const bool appeared = appearance_ == Appearance::appearing;
   const bool animated = appearanceAnimated_;
   appearance_ = appeared ? Appearance::appeared : Appearance::disappeared;
-  forwardAppearanceEnd(appeared, animated);
-  if (appeared) {
-    viewDidAppear(animated);
-  } else {
-    viewDidDisappear(animated);
+  if (!appeared) {
+    forwardAppearanceEnd(false, animated);
+    return viewDidDisappear(animated);
   }
+  childrenAwaitAppearance_ = true;
+  if (!appearsBeforeItsChildren()) handAppearanceOn(animated);
+  viewDidAppear(animated);
+  handAppearanceOn(animated);  // also when an override left its base out
+}
+
+void UIViewController::handAppearanceOn(bool animated) {
+  if (!std::exchange(childrenAwaitAppearance_, false)) return;
+  if (appearance_ == Appearance::appeared) forwardAppearanceEnd(true, animated);
 }
 
 void UIViewController::forwardAppearanceBegin(bool appearing, bool animated) {
@@ -302,7 +315,9 @@ bool UIViewController::shouldPerformSegue(const std::string&, const Ref<NSObject
 
 void UIViewController::performSegue(const std::string& identifier, const Ref<NSObject>& sender) {
   const auto known = segues_.find(identifier);
+  const bool mayBeUnknown = std::exchange(unknownSegueIsPassedOver_, false);
   if (known == segues_.end()) {
+    if (mayBeUnknown) return;
     fatalError(isa().name() + " has no segue with identifier '" + identifier + "'");
   }
   const Segue plan = known->second;
@@ -311,6 +326,13 @@ void UIViewController::performSegue(const std::string& identifier, const Ref<NSO
   const auto segue = make<UIStoryboardSegue>(identifier, plan.kind, self(), destination);
   prepareForSegue(segue, sender);
   segue->perform();
+}
+
+void UIViewController::performSegueIfKnown(const std::string& identifier, const Ref<NSObject>& sender) {
+  const Ref<UIViewController> keeper = self();
+  unknownSegueIsPassedOver_ = true;
+  performSegue(identifier, sender);
+  unknownSegueIsPassedOver_ = false;
 }
 
 void UIViewController::platformPrepareForSegue(Ref<UIStoryboardSegue>, Ref<NSObject>) {}

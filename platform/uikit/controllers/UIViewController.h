@@ -9,6 +9,8 @@
 
 #include "platform/runtime/Exchangeable.h"
 #include "platform/uikit/controllers/UIStoryboardSegue.h"
+#include "platform/uikit/lists/SegueHost.h"
+#include "platform/uikit/views/RootViewHost.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace platform {
@@ -20,7 +22,7 @@ enum class UIModalTransitionStyle { coverVertical, crossDissolve };
 
 /// A screen or a part of one: owns a root view, made when first asked for, and is told of its appearances. A parent
 /// owns its children, a presenting controller the presented one. Thread: main.
-class UIViewController : public Object<UIViewController, UIResponder> {
+class UIViewController : public Object<UIViewController, RootViewHost>, public SegueHost {
  public:
   UIViewController();
   ~UIViewController() override;
@@ -46,9 +48,9 @@ class UIViewController : public Object<UIViewController, UIResponder> {
                                                                                                            animated);
   }
   virtual void viewDidDisappear(bool animated);
-  virtual void viewWillLayoutSubviews() {}
-  virtual void viewDidLayoutSubviews() {}
-  virtual void viewSafeAreaInsetsDidChange() {}
+  void viewWillLayoutSubviews() override {}
+  void viewDidLayoutSubviews() override {}
+  void viewSafeAreaInsetsDidChange() override {}
 
   const std::string& title() const { return title_; }
   virtual void setTitle(const std::string& title);
@@ -56,8 +58,9 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   // ---- Containment
   ///
   /// Order of the callbacks: willAppear and willDisappear reach a parent before its children, didAppear and
-  /// didDisappear reach the children first. A child whose view is put into a view on a screen (or taken out) by plain
-  /// addSubview and removeFromSuperview is told so as well.
+  /// didDisappear reach the children first; only navigation and tab bar controllers have appeared before the screen
+  /// that they show, which the base of their viewDidAppear tells. A child whose view is put into a view on a screen
+  /// (or taken out) by plain addSubview and removeFromSuperview is told so as well.
   virtual const std::vector<Ref<UIViewController>>& childViewControllers() const { return children_; }
   Ref<UIViewController> parentViewController() const { return parent_.lock(); }
   /// Calls willMoveToParent on the child; the caller adds the view and then calls didMoveToParent.
@@ -102,17 +105,19 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeAreaInsets_; }
   void setAdditionalSafeAreaInsets(UIEdgeInsets insets);
   /// What the root view adds to the safe area that it inherits: the additional insets and the bars of the container.
-  UIEdgeInsets safeAreaContribution() const;
+  UIEdgeInsets safeAreaContribution() const override;
 
   // ---- Segues
   /// Registers a segue by identifier: what to make and how to show it ("show" pushes, "present" presents).
   using SegueKind = UIStoryboardSegue::Kind;
   void registerSegue(const std::string& identifier, SegueKind kind, std::function<Ref<UIViewController>()> destination);
-  bool hasSegue(const std::string& identifier) const { return segues_.contains(identifier); }
+  bool hasSegue(const std::string& identifier) const override { return segues_.contains(identifier); }
   /// For a view that a segue hangs on: whether to go. Not asked by performSegue.
-  virtual bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender);
+  bool shouldPerformSegue(const std::string& identifier, const Ref<NSObject>& sender) override;
   /// An unknown identifier is a fatal programming error.
-  virtual void performSegue(const std::string& identifier, const Ref<NSObject>& sender);
+  void performSegue(const std::string& identifier, const Ref<NSObject>& sender) override;
+  /// The same for an identifier that comes from elsewhere: one that this screen does not know is passed over.
+  void performSegueIfKnown(const std::string& identifier, const Ref<NSObject>& sender);
   /// Exchangeable ("prepareForSegue:sender:").
   virtual void prepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> sender) {
     Exchangeable<&UIViewController::prepareForSegue, &UIViewController::platformPrepareForSegue>::call(*this, segue,
@@ -122,8 +127,8 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   Ref<UIResponder> nextResponder() override;
 
   /// Called by the root view around its moves between windows.
-  void viewWillMoveToWindow(const Ref<UIWindow>& window);
-  void viewDidMoveToWindow(const Ref<UIWindow>& window);
+  void viewWillMoveToWindow(const Ref<UIWindow>& window) override;
+  void viewDidMoveToWindow(const Ref<UIWindow>& window) override;
 
   // The platform's own behaviour of the exchangeable operations.
   void platformViewDidAppear(bool animated);
@@ -136,6 +141,10 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   /// views are in this controller's view; containers of the platform choose their own.
   virtual void forwardAppearanceBegin(bool appearing, bool animated);
   virtual void forwardAppearanceEnd(bool appeared, bool animated);
+  /// Whether the children that take part have appeared only after this controller has.
+  virtual bool appearsBeforeItsChildren() const { return false; }
+  /// Hands the end of an appearance on to the children, once; nothing when none is due.
+  void handAppearanceOn(bool animated);
 
  private:
   friend class UINavigationController;
@@ -167,7 +176,9 @@ class UIViewController : public Object<UIViewController, UIResponder> {
   UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::coverVertical;
   Appearance appearance_ = Appearance::disappeared;
   bool appearanceAnimated_ = false;
-  bool appearanceByWindow_ = false;  // begun by the view's own move, so its end comes from there too
+  bool appearanceByWindow_ = false;        // begun by the view's own move, so its end comes from there too
+  bool childrenAwaitAppearance_ = false;   // their end of this controller's appearance is still to come
+  bool unknownSegueIsPassedOver_ = false;  // while performSegueIfKnown asks
   bool loadingView_ = false;
   bool hidesBottomBarWhenPushed_ = false;
   bool movingToParent_ = false;

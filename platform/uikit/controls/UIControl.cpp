@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/touch/ApplicationHost.h"
 
 namespace platform {
 
@@ -97,7 +97,7 @@ void UIControl::sendActions(UIControlEvents events, const Ref<UIEvent>& event) {
 }
 
 void UIControl::platformSendAction(SEL action, Ref<NSObject> target, Ref<UIEvent> event) {
-  UIApplication::shared().sendAction(action, target, actionSender(), event);
+  ApplicationHost::shared().sendAction(action, target, actionSender(), event);
 }
 
 // ---- State

@@ -65,6 +65,7 @@ class UIControl : public Object<UIControl, UIView> {
   void platformSendAction(SEL action, Ref<NSObject> target, Ref<UIEvent> event);
 
   virtual bool isEnabled() const { return enabled_; }
+  bool claimsTaps() const override { return isEnabled(); }
   virtual void setEnabled(bool enabled);
   virtual bool isSelected() const { return selected_; }
   virtual void setSelected(bool selected);

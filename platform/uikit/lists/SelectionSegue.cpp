@@ -1,6 +1,6 @@
 #include "platform/uikit/lists/SelectionSegue.h"
 
-#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/lists/SegueHost.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace platform {
@@ -9,7 +9,7 @@ void performSelectionSegue(const Ref<UIView>& list, const std::optional<std::str
                            const Ref<UIView>& cell) {
   if (!identifier) return;
   for (Ref<UIResponder> at = list; at; at = at->nextResponder()) {
-    const auto screen = as<UIViewController>(at);
+    auto* const screen = dynamic_cast<SegueHost*>(at.get());
     if (!screen || !screen->hasSegue(*identifier)) continue;
     if (screen->shouldPerformSegue(*identifier, cell)) screen->performSegue(*identifier, cell);
     return;

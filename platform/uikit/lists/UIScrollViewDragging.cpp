@@ -3,11 +3,10 @@
 
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/controls/UIControl.h"
 #include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/lists/ScrollState.h"
-#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/touch/ApplicationHost.h"
 
 namespace platform {
 
@@ -144,7 +143,7 @@ void ScrollState::dragBegan() {
   dragStart = {unbanded(offset.x, rangeX(), size.width), unbanded(offset.y, rangeY(), size.height)};
   indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});
   if (keyboardDismissMode == UIScrollViewKeyboardDismissMode::onDrag) {
-    if (const Ref<UIWindow> window = view.window()) window->endEditing(true);
+    if (const Ref<UIView> window = view.windowView()) window->endEditing(true);
   }
   tell(willBeginDragging);
 }
@@ -163,9 +162,10 @@ void ScrollState::dragMoved() {
   const CGSize size = view.bounds().size;
   const CGPoint offset{place(dragStart.x - moved.x, now.x, rangeX(), scrollsX(), size.width),
                        place(dragStart.y - moved.y, now.y, rangeY(), scrollsY(), size.height)};
-  if (keyboardDismissMode == UIScrollViewKeyboardDismissMode::interactive && UIKeyboard::shared().isVisible()) {
-    const Ref<UIWindow> window = view.window();
-    if (window && pan->locationInView(nullptr).y > UIKeyboard::shared().frame().origin.y) window->endEditing(true);
+  if (keyboardDismissMode == UIScrollViewKeyboardDismissMode::interactive) {
+    const CGRect keyboard = ApplicationHost::shared().keyboardFrame();
+    const Ref<UIView> window = view.windowView();
+    if (window && !keyboard.isEmpty() && pan->locationInView(nullptr).y > keyboard.minY()) window->endEditing(true);
   }
   view.setBounds(CGRect{offset, size});
   indicators.show(view, {view.bounds(), contentSize, view.adjustedContentInset()});

@@ -6,7 +6,6 @@
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/controls/UIButton.h"
 #include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/views/UILabel.h"
@@ -37,7 +36,7 @@ void TextEditMenu::dismiss() {
 
 void TextEditMenu::show(const Ref<UIView>& owner, CGRect rect, Commands commands) {
   dismiss();
-  const Ref<UIWindow> window = owner->window();
+  const Ref<UIView> window = owner->windowView();
   if (!window || !(commands.cut || commands.copy || commands.paste || commands.selectAll)) return;
   const Ref<TextEditMenu> menu = make<TextEditMenu>(window->bounds());
   menu->build(owner, owner->convertRect(rect, window.get()), commands);

@@ -4,15 +4,18 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/views/RootViewHost.h"
 
 namespace platform {
 
 namespace {
 
-Ref<UIView> screenAround(UIView& field) {
-  for (Ref<UIResponder> at = field.nextResponder(); at; at = at->nextResponder()) {
-    if (const auto controller = as<UIViewController>(at)) return controller->view();
+/// The root view of the screen: the last view before the controller.
+Ref<UIView> screenAround(const Ref<UIView>& field) {
+  Ref<UIView> root = field;
+  for (Ref<UIResponder> at = field; at; at = at->nextResponder()) {
+    if (as<RootViewHost>(at)) return root;
+    if (const auto view = as<UIView>(at)) root = view;
   }
   return nullptr;
 }
@@ -35,7 +38,7 @@ std::vector<Ref<UIView>> textInputs(const Ref<UIView>& root) {
 }  // namespace
 
 bool goToNextTextInput(UIView& field, bool backwards) {
-  const Ref<UIView> screen = screenAround(field);
+  const Ref<UIView> screen = screenAround(as<UIView>(field.shared_from_this()));
   if (!screen) return false;
   std::vector<Ref<UIView>> inputs = textInputs(screen);
   const auto place = [](const Ref<UIView>& view) {

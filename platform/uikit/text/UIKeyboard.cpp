@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "platform/foundation/NotificationCenter.h"
-#include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/device/UIScreen.h"
+#include "platform/uikit/text/KeyboardHost.h"
 #include "platform/uikit/text/UIKeyboardView.h"
 #include "platform/uikit/text/UITextField.h"
 #include "platform/uikit/text/UITextView.h"
@@ -14,19 +14,7 @@ namespace platform {
 
 namespace {
 
-/// Above everything that an application shows.
-constexpr double keyboardWindowLevel = 10'000'000;
 constexpr UIColor panelColor(0.820, 0.831, 0.859, 1);
-
-/// Covers the screen, yet takes touches on the panel only.
-class UIKeyboardWindow : public Object<UIKeyboardWindow, UIWindow> {
- public:
-  bool canBecomeKeyWindow() const override { return false; }
-  Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event) override {
-    Ref<UIView> hit = UIWindow::hitTest(point, event);
-    return hit.get() == this ? nullptr : hit;
-  }
-};
 
 /// An input view is as high as it was made, or as high as the keys.
 double heightFor(const Ref<UIView>& input) {
@@ -78,7 +66,7 @@ bool wantsCapital(const CaretContext& context) {
 }  // namespace
 
 struct UIKeyboard::State {
-  Ref<UIKeyboardWindow> window;
+  Ref<UIView> window;
   Ref<UIView> panel;
   Ref<UIKeyboardView> keys;
   Ref<UIView> inputView;
@@ -137,14 +125,13 @@ void UIKeyboard::update() {
 void UIKeyboard::State::build() {
   if (window) return;
   const CGRect screen = UIScreen::main().bounds();
-  window = make<UIKeyboardWindow>(screen);
-  window->setWindowLevel(keyboardWindowLevel);
+  window = KeyboardHost::shared().makeKeyboardWindow();
   panel = make<UIView>(CGRect{0, screen.size.height, screen.size.width, KeyboardLayout::height});
   panel->setBackgroundColor(panelColor);
   window->addSubview(panel);
   keys = make<UIKeyboardView>(CGRect{0, 0, screen.size.width, KeyboardLayout::height});
   keys->setOnKey([this](const UIKey& key) {
-    UIApplication::shared().deliverKey(key);
+    KeyboardHost::shared().deliverKey(key);
     suggestShift();
   });
   panel->addSubview(keys);

@@ -84,6 +84,7 @@ class UITextView : public Object<UITextView, UIScrollView> {
   bool canBecomeFirstResponder() override;
   bool canResignFirstResponder() override;
   bool becomeFirstResponder() override;
+  bool claimsTaps() const override { return isEditable(); }
   bool resignFirstResponder() override;
   bool keyPressed(const UIKey& key) override;
   UITextInputTraits textInputTraits() override;

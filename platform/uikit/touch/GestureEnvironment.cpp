@@ -4,7 +4,6 @@
 
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/touch/TouchDispatcher.h"
-#include "platform/uikit/views/UIView.h"
 
 namespace platform {
 
@@ -94,7 +93,7 @@ void GestureEnvironment::send(const Recognizer& recognizer, const Ref<UITouch>& 
     return;
   }
   recognizer->lastLocation_ = touch->locationInView(nullptr);
-  recognizer->lastWindow_ = touch->window();
+  recognizer->lastWindow_ = touch->window_;
 
   const UITouches touches{touch};
   ++sending_;
@@ -208,7 +207,7 @@ GestureEnvironment::Verdict GestureEnvironment::judge(const Recognizer& recogniz
 
 bool GestureEnvironment::viewsAllow(const Recognizer& recognizer) const {
   for (const Ref<UITouch>& touch : touchesSeenBy(*recognizer)) {
-    for (Ref<UIView> view = touch->view(); view; view = view->superview()) {
+    for (Ref<TouchSurface> view = touch->view_.lock(); view; view = view->surfaceAround()) {
       if (!view->gestureRecognizerShouldBegin(recognizer)) return false;
       if (view.get() == recognizer->view_) break;
     }

@@ -4,8 +4,7 @@
 #include <cmath>
 
 #include "platform/runtime/OptionalMessage.h"
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/touch/ApplicationHost.h"
 #include "platform/uikit/touch/GestureEnvironment.h"
 
 namespace platform {
@@ -29,9 +28,9 @@ TouchDispatcher& TouchDispatcher::shared() {
 
 // ---- Fingers in
 
-void TouchDispatcher::deliver(const Ref<UIWindow>& window, std::int64_t identifier, UITouchPhase phase,
+void TouchDispatcher::deliver(const Ref<TouchSurface>& window, std::int64_t identifier, UITouchPhase phase,
                               CGPoint location, double timestamp) {
-  const bool ignored = UIApplication::shared().isIgnoringInteractionEvents();
+  const bool ignored = ApplicationHost::shared().isIgnoringInteractionEvents();
   std::shared_ptr<Track> track = find(*window, identifier);
   if (phase == UITouchPhase::began) {
     if (track) advance(track, UITouchPhase::cancelled, track->touch->location_, timestamp);  // its end was lost
@@ -46,16 +45,17 @@ void TouchDispatcher::deliver(const Ref<UIWindow>& window, std::int64_t identifi
   advance(track, phase, location, timestamp);
 }
 
-std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::find(const UIWindow& window, std::int64_t identifier) const {
+std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::find(const TouchSurface& window,
+                                                              std::int64_t identifier) const {
   for (const auto& track : tracks_) {
     if (track->window == &window && track->identifier == identifier && !track->lifted) return track;
   }
   return nullptr;
 }
 
-std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::begin(const Ref<UIWindow>& window, std::int64_t identifier,
+std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::begin(const Ref<TouchSurface>& window, std::int64_t identifier,
                                                                CGPoint location, double timestamp) {
-  const Ref<UIView> view = window->hitTest(location, makeEvent(timestamp));
+  const Ref<TouchSurface> view = window->surfaceAt(location, makeEvent(timestamp));
   if (!view) return nullptr;
   auto track = std::make_shared<Track>();
   track->identifier = identifier;
@@ -78,7 +78,7 @@ std::shared_ptr<TouchDispatcher::Track> TouchDispatcher::begin(const Ref<UIWindo
 /// Collects the recognisers that want the touch: those of the view first, then its superviews'.
 void TouchDispatcher::watch(Track& track) {
   static const SEL shouldReceive = sel("gestureRecognizer:shouldReceiveTouch:");
-  for (Ref<UIView> view = track.view; view; view = view->superview()) {
+  for (Ref<TouchSurface> view = track.view; view; view = view->surfaceAround()) {
     const auto recognizers = view->gestureRecognizers();
     for (const Ref<UIGestureRecognizer>& recognizer : recognizers) {
       if (!recognizer->isEnabled()) continue;
@@ -89,7 +89,7 @@ void TouchDispatcher::watch(Track& track) {
   }
 }
 
-std::int64_t TouchDispatcher::tapCountAt(const UIWindow& window, CGPoint location, double timestamp) const {
+std::int64_t TouchDispatcher::tapCountAt(const TouchSurface& window, CGPoint location, double timestamp) const {
   const bool follows = lastTap_.window == &window && timestamp - lastTap_.timestamp <= tapInterval &&
                        std::hypot(location.x - lastTap_.location.x, location.y - lastTap_.location.y) <= tapDistance;
   return follows ? lastTap_.count + 1 : 1;
@@ -169,7 +169,7 @@ void TouchDispatcher::tell(Track& track, const Step& step) {
   show(step);
   const UITouches touches{track.touch};
   const Ref<UIEvent> event = makeEvent(step.timestamp);
-  const Ref<UIView> view = track.view;
+  const Ref<TouchSurface> view = track.view;
   switch (step.phase) {
     case UITouchPhase::began:
       view->touchesBegan(touches, event);
@@ -202,14 +202,14 @@ void TouchDispatcher::silence(const UITouches& touches) {
   }
 }
 
-void TouchDispatcher::viewLeftWindow(const UIView& view) {
+void TouchDispatcher::viewLeftWindow(const TouchSurface& view) {
   const auto tracks = tracks_;
   for (const auto& track : tracks) {
     if (track->view.get() == &view) cancel(track);
   }
 }
 
-void TouchDispatcher::windowClosed(const UIWindow& window) {
+void TouchDispatcher::windowClosed(const TouchSurface& window) {
   if (lastTap_.window == &window) lastTap_ = {};
   const auto tracks = tracks_;
   for (const auto& track : tracks) {

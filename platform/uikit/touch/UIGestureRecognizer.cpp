@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/touch/GestureEnvironment.h"
 
 namespace platform {
@@ -44,10 +43,6 @@ void UIGestureRecognizer::requireGestureRecognizerToFail(const Ref<UIGestureReco
 
 // ---- State
 
-Ref<UIView> UIGestureRecognizer::view() const {
-  return view_ ? std::static_pointer_cast<UIView>(view_->weak_from_this().lock()) : nullptr;
-}
-
 void UIGestureRecognizer::setEnabled(bool enabled) {
   if (enabled_ == enabled) return;
   enabled_ = enabled;
@@ -65,7 +60,7 @@ bool UIGestureRecognizer::canBePreventedByGestureRecognizer(const Ref<UIGestureR
 
 std::int64_t UIGestureRecognizer::numberOfTouches() const { return static_cast<std::int64_t>(touches_.size()); }
 
-CGPoint UIGestureRecognizer::locationInView(const UIView* view) const {
+CGPoint UIGestureRecognizer::locationInView(const TouchSurface* view) const {
   CGPoint middle = lastLocation_;
   if (!touches_.empty()) {
     middle = {};
@@ -75,10 +70,10 @@ CGPoint UIGestureRecognizer::locationInView(const UIView* view) const {
       middle.y += location.y / static_cast<double>(touches_.size());
     }
   }
-  return view ? view->convertPointFrom(middle, lastWindow_.lock().get()) : middle;
+  return view ? view->pointFromWindow(middle, lastWindow_.lock().get()) : middle;
 }
 
-CGPoint UIGestureRecognizer::locationOfTouch(std::int64_t index, const UIView* view) const {
+CGPoint UIGestureRecognizer::locationOfTouch(std::int64_t index, const TouchSurface* view) const {
   if (index < 0 || index >= numberOfTouches()) fatalError("a gesture recogniser has no touch of that index");
   return touches_[static_cast<std::size_t>(index)]->locationInView(view);
 }

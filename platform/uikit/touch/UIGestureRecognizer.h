@@ -41,7 +41,7 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   void removeTarget(const Ref<NSObject>& target, SEL action);
 
   UIGestureRecognizerState state() const { return state_; }
-  Ref<UIView> view() const;
+  Ref<UIView> view() const;  // with the views
   bool isEnabled() const { return enabled_; }
   /// Disabling cancels a gesture under way.
   void setEnabled(bool enabled);
@@ -65,8 +65,8 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   /// The touches that it follows; one that ends is still among them while touchesEnded runs.
   const UITouches& touches() const { return touches_; }
   /// The middle of the touches, in the view's coordinates (the window's for none).
-  virtual CGPoint locationInView(const UIView* view) const;
-  CGPoint locationOfTouch(std::int64_t index, const UIView* view) const;
+  virtual CGPoint locationInView(const TouchSurface* view) const;
+  CGPoint locationOfTouch(std::int64_t index, const TouchSurface* view) const;
 
   // ---- For subclasses. The base ends (or fails) when the last finger lifts or is cancelled.
   virtual void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event);
@@ -92,10 +92,10 @@ class UIGestureRecognizer : public Object<UIGestureRecognizer, NSObject> {
   std::vector<Action> actions_;
   std::vector<Weak<UIGestureRecognizer>> failureRequirements_;
   Weak<NSObject> delegate_;
-  UIView* view_ = nullptr;  // the view clears it
+  TouchSurface* view_ = nullptr;  // the view clears it
   UITouches touches_;
   CGPoint lastLocation_;
-  Weak<UIWindow> lastWindow_;
+  Weak<TouchSurface> lastWindow_;
   UIGestureRecognizerState state_ = UIGestureRecognizerState::possible;
   bool enabled_ = true;
   bool cancelsTouchesInView_ = true;

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/uikit/views/UIView.h"
-
 namespace platform {
 
 namespace {
@@ -19,29 +17,29 @@ bool isOver(const Ref<UITouch>& touch) {
 }
 
 /// A distance in window coordinates as the view measures it.
-CGPoint distanceInView(CGPoint distance, const UIView* view) {
+CGPoint distanceInView(CGPoint distance, const TouchSurface* view) {
   if (!view) return distance;
-  const CGPoint origin = view->convertPointFrom({0, 0}, nullptr);
-  const CGPoint end = view->convertPointFrom(distance, nullptr);
+  const CGPoint origin = view->pointFromWindow({0, 0}, nullptr);
+  const CGPoint end = view->pointFromWindow(distance, nullptr);
   return {end.x - origin.x, end.y - origin.y};
 }
 
 }  // namespace
 
-CGPoint UIPanGestureRecognizer::translationInView(const UIView* view) const {
+CGPoint UIPanGestureRecognizer::translationInView(const TouchSurface* view) const {
   return distanceInView({current_.x - start_.x, current_.y - start_.y}, view);
 }
 
-void UIPanGestureRecognizer::setTranslation(CGPoint translation, const UIView* view) {
+void UIPanGestureRecognizer::setTranslation(CGPoint translation, const TouchSurface* view) {
   if (view) {
-    const CGPoint origin = view->convertPoint({0, 0}, nullptr);
-    const CGPoint end = view->convertPoint(translation, nullptr);
+    const CGPoint origin = view->pointToWindow({0, 0});
+    const CGPoint end = view->pointToWindow(translation);
     translation = {end.x - origin.x, end.y - origin.y};
   }
   start_ = {current_.x - translation.x, current_.y - translation.y};
 }
 
-CGPoint UIPanGestureRecognizer::velocityInView(const UIView* view) const {
+CGPoint UIPanGestureRecognizer::velocityInView(const TouchSurface* view) const {
   if (samples_.size() < 2) return {};
   const Sample& first = samples_.front();
   const Sample& last = samples_.back();

@@ -16,10 +16,10 @@ class UIPanGestureRecognizer : public Object<UIPanGestureRecognizer, UIGestureRe
 
   /// How far the fingers have come since the pan began (so it starts at zero), in the view's coordinates (the window's
   /// for none).
-  CGPoint translationInView(const UIView* view) const;
-  void setTranslation(CGPoint translation, const UIView* view);
+  CGPoint translationInView(const TouchSurface* view) const;
+  void setTranslation(CGPoint translation, const TouchSurface* view);
   /// Points a second over the last tenth of a second.
-  CGPoint velocityInView(const UIView* view) const;
+  CGPoint velocityInView(const TouchSurface* view) const;
 
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;

@@ -2,8 +2,7 @@
 
 #include <deque>
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/touch/ApplicationHost.h"
 #include "platform/uikit/touch/UITouch.h"
 
 namespace platform {
@@ -43,33 +42,54 @@ void passOn(UIResponder& from, Handler handler, const UITouches& touches, const 
 
 // ---- First responder
 
-Ref<UIResponder> UIResponder::firstResponder() { return UIApplication::shared().firstResponder_.lock(); }
+namespace {
+
+Weak<UIResponder>& first() {
+  static auto* const responder = new Weak<UIResponder>();
+  return *responder;
+}
+
+/// Hand-overs under way, which nest: the keyboard stays up meanwhile.
+int handOvers = 0;
+
+void tellOfChange() {
+  if (handOvers == 0) ApplicationHost::shared().firstResponderDidChange();
+}
+
+}  // namespace
+
+Ref<UIResponder> UIResponder::firstResponder() { return first().lock(); }
 
 bool UIResponder::isFirstResponder() const { return firstResponder().get() == this; }
 
 bool UIResponder::becomeFirstResponder() {
   if (isFirstResponder()) return true;
   const Ref<UIResponder> keeper = self();
-  if (const auto* view = dynamic_cast<UIView*>(this); view && !view->window()) return false;
   if (!canBecomeFirstResponder()) return false;
 
-  UIApplication& application = UIApplication::shared();
-  ++application.firstResponderMoves_;  // the keyboard stays up while it is handed over
+  ++handOvers;
   const Ref<UIResponder> before = firstResponder();
   const bool free = !before || (before->canResignFirstResponder() && before->resignFirstResponder());
-  if (free && !firstResponder()) application.firstResponder_ = keeper;
-  --application.firstResponderMoves_;
-  if (application.firstResponderMoves_ == 0) UIKeyboard::shared().update();
+  if (free && !firstResponder()) first() = keeper;
+  --handOvers;
+  tellOfChange();
   return isFirstResponder();
 }
 
 bool UIResponder::resignFirstResponder() {
   if (!isFirstResponder()) return true;
   if (!canResignFirstResponder()) return false;
-  UIApplication& application = UIApplication::shared();
-  application.firstResponder_.reset();
-  if (application.firstResponderMoves_ == 0) UIKeyboard::shared().update();
+  first().reset();
+  tellOfChange();
   return true;
+}
+
+void UIResponder::dropFirstResponder() {
+  const Ref<UIResponder> responder = firstResponder();
+  if (responder) responder->resignFirstResponder();
+  if (first().lock() != responder) return;
+  first().reset();
+  tellOfChange();
 }
 
 // ---- Events: what nobody handles goes up the chain

@@ -35,6 +35,9 @@ class UIResponder : public Object<UIResponder, NSObject> {
   virtual bool isFirstResponder() const;
   /// The first responder of the application, or none.
   static Ref<UIResponder> firstResponder();
+  /// The first responder goes, without being asked where it would stay: it left its window, or editing was ended by
+  /// force.
+  static void dropFirstResponder();
 
   virtual void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event);
   virtual void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event);

@@ -1,16 +1,15 @@
 #include "platform/uikit/touch/UITouch.h"
 
-#include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/touch/UIGestureRecognizer.h"
 
 namespace platform {
 
-CGPoint UITouch::locationInView(const UIView* view) const {
-  return view ? view->convertPointFrom(location_, window_.lock().get()) : location_;
+CGPoint UITouch::locationInView(const TouchSurface* view) const {
+  return view ? view->pointFromWindow(location_, window_.lock().get()) : location_;
 }
 
-CGPoint UITouch::previousLocationInView(const UIView* view) const {
-  return view ? view->convertPointFrom(previousLocation_, window_.lock().get()) : previousLocation_;
+CGPoint UITouch::previousLocationInView(const TouchSurface* view) const {
+  return view ? view->pointFromWindow(previousLocation_, window_.lock().get()) : previousLocation_;
 }
 
 std::vector<Ref<UIGestureRecognizer>> UITouch::gestureRecognizers() const {

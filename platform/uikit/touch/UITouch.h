@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/geometry/CGGeometry.h"
-#include "platform/uikit/touch/UIResponder.h"
+#include "platform/uikit/touch/TouchSurface.h"
 
 namespace platform {
 
@@ -16,23 +16,24 @@ class UITouch : public Object<UITouch, NSObject> {
   /// Seconds on the clock's media time.
   double timestamp() const { return timestamp_; }
   std::int64_t tapCount() const { return tapCount_; }
-  Ref<UIView> view() const { return view_.lock(); }
-  Ref<UIWindow> window() const { return window_.lock(); }
+  Ref<UIView> view() const;      // with the views
+  Ref<UIWindow> window() const;  // with the windows
   /// The recognisers that watch it.
   std::vector<Ref<UIGestureRecognizer>> gestureRecognizers() const;
   /// In points, in the view's own coordinates; in the window's for none.
-  CGPoint locationInView(const UIView* view) const;
-  CGPoint previousLocationInView(const UIView* view) const;
+  CGPoint locationInView(const TouchSurface* view) const;
+  CGPoint previousLocationInView(const TouchSurface* view) const;
 
  private:
+  friend class GestureEnvironment;
   friend class TouchDispatcher;
   UITouchPhase phase_ = UITouchPhase::began;
   double timestamp_ = 0;
   std::int64_t tapCount_ = 1;
   CGPoint location_;
   CGPoint previousLocation_;
-  Weak<UIView> view_;
-  Weak<UIWindow> window_;
+  Weak<TouchSurface> view_;
+  Weak<TouchSurface> window_;
   std::vector<Weak<UIGestureRecognizer>> recognizers_;
 };
 

@@ -39,6 +39,8 @@ class UIStackView : public Object<UIStackView, UIView> {
   void updateConstraints() override;
   void layoutSubviews() override;
   void willRemoveSubview(const Ref<UIView>& subview) override;
+  /// Closes the gap that a hidden view leaves.
+  void subviewVisibilityDidChange() override { setNeedsLayout(); }
 
  private:
   void arrangementDidChange();

@@ -1,8 +1,5 @@
 #include "platform/uikit/views/UIView.h"
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/views/UIStackView.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The view itself: how it is made, looks and is named. Tree, geometry, touches, animation and layout are in sources of
@@ -30,7 +27,11 @@ class UIViewDrawing final : public CALayerDelegate {
   UIView& view_;
 };
 
-UIView::UIView() : storage_(std::make_unique<Storage>()) {
+namespace {
+std::uint64_t viewsMade = 0;
+}
+
+UIView::UIView() : storage_(std::make_unique<Storage>()), serialNumber_(++viewsMade) {
   layer_ = CALayer::layer();
   storage_->drawing = std::make_unique<UIViewDrawing>(*this);
   layer_->setDelegate(storage_->drawing.get());
@@ -59,8 +60,7 @@ bool UIView::isHidden() const { return layer_->isHidden(); }
 void UIView::setHidden(bool hidden) {
   if (hidden == isHidden()) return;
   layer_->setHidden(hidden);
-  // A stack closes the gap that a hidden view leaves.
-  if (auto* stack = dynamic_cast<UIStackView*>(superview_)) stack->setNeedsLayout();
+  if (superview_) superview_->subviewVisibilityDidChange();
 }
 bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
 void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
@@ -123,7 +123,10 @@ std::optional<std::string> UIView::accessibilityIdentifier() const {
   return identifier ? std::optional(*identifier) : std::nullopt;
 }
 void UIView::setAccessibilityIdentifier(std::optional<std::string> identifier) {
+  const bool mightHoldName = mayHoldName();
   accessibilityIdentifier_ = identifier ? std::make_unique<std::string>(*std::move(identifier)) : nullptr;
+  if (mayHoldName() == mightHoldName || !superview_) return;
+  mightHoldName ? superview_->noteSubviewsChanged() : noteNameHere();
 }
 std::optional<std::string> UIView::accessibilityLabel() const { return storage_->accessibilityLabel; }
 void UIView::setAccessibilityLabel(std::optional<std::string> label) {

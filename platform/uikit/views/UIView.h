@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -8,9 +9,11 @@
 
 #include "platform/geometry/CGGeometry.h"
 #include "platform/geometry/UIColor.h"
-#include "platform/uikit/touch/UIResponder.h"
+#include "platform/uikit/touch/TouchSurface.h"
 
 namespace platform {
+
+class WindowHost;
 
 enum class UIViewContentMode { scaleToFill, scaleAspectFit, scaleAspectFill, center, top, bottom, left, right, redraw };
 
@@ -41,8 +44,20 @@ inline constexpr double UIViewNoIntrinsicMetric = -1;
 /// A rectangle of the screen: it draws, lays out its subviews, takes touches. Owned by its superview; its layer is its
 /// own. Members that reading a screen needs are virtual, so that a view can stand for something that is not of this
 /// platform. Thread: main. Units: points, y grows downwards.
-class UIView : public Object<UIView, UIResponder> {
+class UIView : public Object<UIView, TouchSurface> {
  public:
+  static constexpr bool usesObjectPool = true;
+  /// Called by make<T>: a class that overrides nothing of what a walk asks need not be asked.
+  template <class T>
+  void madeAs() {
+    if constexpr (requires {
+                    { &T::accessibilityIdentifier } -> std::same_as<std::optional<std::string> (UIView::*)() const>;
+                    { &T::subviews } -> std::same_as<const std::vector<Ref<UIView>>& (UIView::*)() const>;
+                    { &T::nextResponder } -> std::same_as<Ref<UIResponder> (UIView::*)()>;
+                  }) {
+      namesBelow_ &= ~answersForItself;
+    }
+  }
   UIView();
   ~UIView() override;
   void init() { initWithFrame(CGRect{}); }
@@ -61,8 +76,8 @@ class UIView : public Object<UIView, UIResponder> {
   void setCenter(CGPoint center);
   CGAffineTransform transform() const;
   void setTransform(const CGAffineTransform& transform);
-  /// Between this view and another, or the window's coordinates for none. Across trees that share no window the roots
-  /// count as standing on the same origin.
+  /// Between this view and another, or the window's coordinates for none. Between two windows by way of the screen on
+  /// which both stand; other trees count as standing on the same origin.
   CGPoint convertPoint(CGPoint point, const UIView* to) const;
   CGPoint convertPointFrom(CGPoint point, const UIView* from) const;
   virtual CGRect convertRect(CGRect rect, const UIView* to) const;
@@ -78,6 +93,8 @@ class UIView : public Object<UIView, UIResponder> {
   /// Works the safe area out anew, here and below where it changes. Geometry and tree changes do it by themselves; a
   /// controller does it when its additional insets change.
   void updateSafeAreaInsets();
+  /// True for a window: its frame says where on the screen the tree stands.
+  virtual bool standsOnScreen() const { return false; }
   UIEdgeInsets layoutMargins() const;
   void setLayoutMargins(UIEdgeInsets margins);
 
@@ -85,10 +102,18 @@ class UIView : public Object<UIView, UIResponder> {
   virtual Ref<UIView> superview() const;
   /// Back to front.
   virtual const std::vector<Ref<UIView>>& subviews() const;
-  /// Grows whenever a view comes into a superview, changes its place there or leaves it, anywhere: plain pointers into
-  /// a tree whose root is held are good as long as it stays the same.
+  /// Grows whenever a view comes into a superview, changes its place there or leaves it, and whenever a controller
+  /// comes to a view or leaves it, anywhere: plain pointers into a tree whose root is held are good as long as it stays
+  /// the same.
   static std::uint64_t hierarchyChanges();
+  /// False when the class overrides its name, its subviews or its next responder: then every answer may differ from
+  /// the one before.
+  bool answersAsItIs() const { return (namesBelow_ & answersForItself) == 0; }
+  /// Tells this view from every other of the process, also from one that stood at its address before.
+  std::uint64_t serialNumber() const { return serialNumber_; }
   virtual Ref<UIWindow> window() const;
+  /// The window as a view, for the rooms below windows.
+  Ref<UIView> windowView() const;
   void addSubview(const Ref<UIView>& view);
   void insertSubview(const Ref<UIView>& view, std::size_t index);
   void insertSubviewBelow(const Ref<UIView>& view, const Ref<UIView>& sibling);
@@ -115,6 +140,8 @@ class UIView : public Object<UIView, UIResponder> {
   virtual void setAlpha(double alpha);
   virtual bool isHidden() const;
   virtual void setHidden(bool hidden);
+  /// After a subview was hidden or shown.
+  virtual void subviewVisibilityDidChange() {}
   bool clipsToBounds() const;
   void setClipsToBounds(bool clips);
   /// Its own or the nearest superview's, at last the system blue.
@@ -181,17 +208,19 @@ class UIView : public Object<UIView, UIResponder> {
   // ---- Touches
   virtual bool isUserInteractionEnabled() const;
   virtual void setUserInteractionEnabled(bool enabled);
-  bool isMultipleTouchEnabled() const;
+  bool isMultipleTouchEnabled() const override;
   void setMultipleTouchEnabled(bool enabled);
   /// The front-most descendant that takes a touch there, or none. Hidden, disabled and nearly clear views take none.
   virtual Ref<UIView> hitTest(CGPoint point, const Ref<UIEvent>& event);
   virtual bool pointInside(CGPoint point, const Ref<UIEvent>& event) const;
   void addGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
   void removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer);
-  const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const;
-  /// Asked of the recogniser's view and of every view between it and the one that was touched. A control answers no to
-  /// a tap of one of its superviews.
-  virtual bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer);
+  const std::vector<Ref<UIGestureRecognizer>>& gestureRecognizers() const override;
+  /// Asked of the recogniser's view and of every view between it and the one that was touched. A view that claims taps
+  /// answers no to a tap of one of its superviews.
+  bool gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) override;
+  /// Whether a tap is the view's own: a control's, or an editable text's.
+  virtual bool claimsTaps() const { return false; }
   /// Ends editing in this view or below; true when no first responder is left in it.
   bool endEditing(bool force);
 
@@ -203,8 +232,16 @@ class UIView : public Object<UIView, UIResponder> {
 
   // ---- Responder
   Ref<UIResponder> nextResponder() override;
+  /// Never in no window.
+  bool becomeFirstResponder() override;
   /// The controller whose root view this is, or none.
-  Ref<UIViewController> viewController() const;
+  Ref<UIViewController> viewController() const;  // with the controllers
+
+  // ---- For touches
+  Ref<TouchSurface> surfaceAt(CGPoint point, const Ref<UIEvent>& event) final { return hitTest(point, event); }
+  Ref<TouchSurface> surfaceAround() const final { return superview(); }
+  CGPoint pointFromWindow(CGPoint point, const TouchSurface* window) const final;
+  CGPoint pointToWindow(CGPoint point) const final { return convertPoint(point, nullptr); }
 
   // ---- Animation of frame, bounds, center, transform, alpha, colours and what else layers animate. What is set inside
   // the block is so at once and shows on its way. The completion comes through the main queue, also when nothing moved,
@@ -221,23 +258,39 @@ class UIView : public Object<UIView, UIResponder> {
   static void setAnimationsEnabled(bool enabled);
 
  private:
+  friend class NamedViewWalk;
   friend class UIViewController;
   friend class UIWindow;
   friend class ViewLayout;
   void moveInto(UIView& superview, std::size_t index);
   void detach();
-  void enterWindow(UIWindow* window);
+  void enterWindow(WindowHost* window);
   void announceWindow(const Ref<UIWindow>& window);
   void leaveWindow();
   void inheritTintColor();
   void spreadTintColor();
   void forgetTintColor();
   void changeGeometry(CGRect bounds, CGPoint center);
-  CGAffineTransform transformToRoot() const;
+  struct Placement;
+  Placement placement() const;
+  static CGAffineTransform between(const Placement& from, const Placement& to);
   bool takeSafeArea();
+  static void hierarchyChanged();
 
-  // What a walk through a screen asks of every view, together at the object's beginning: a screen may have thousands.
+  // Which subviews may hold a name, themselves or below: the subviews fall into `nameGroups` groups of one size, one
+  // bit each. A set bit may be wrong, a clear one never.
+  static constexpr int nameGroups = 62;
+  static constexpr std::uint64_t namesUncertain = std::uint64_t{1} << 62;    ///< the bits are to be worked out anew
+  static constexpr std::uint64_t answersForItself = std::uint64_t{1} << 63;  ///< see answersAsItIs; nothing is known
+  bool mayHoldName() const { return accessibilityIdentifier_ || namesBelow_ != 0; }
+  void noteNameHere();
+  void noteSubviewsChanged();
+  void findNamesBelow();
+
+  // What a walk through a screen asks of every view, together in the object's first cache line: a screen may have
+  // thousands.
   std::unique_ptr<std::string> accessibilityIdentifier_;  // none for most views
+  std::uint64_t namesBelow_ = answersForItself;
   // The parent owns its children, and clears their way up when it lets a child go or dies itself.
   std::vector<Ref<UIView>> subviews_;
   UIView* superview_ = nullptr;
@@ -246,6 +299,7 @@ class UIView : public Object<UIView, UIResponder> {
   struct Storage;
   std::unique_ptr<Storage>
       storage_;  // all else; platform/uikit/views/UIViewStorage.h, shared by the sources of this class
+  const std::uint64_t serialNumber_;
 };
 
 }  // namespace platform

@@ -1,10 +1,9 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 
-#include "platform/uikit/application/UIWindow.h"
-#include "platform/uikit/constraints/ViewLayout.h"
-#include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/device/UIScreen.h"
+#include "platform/uikit/views/LayoutHost.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // Where a view is, how its coordinates relate to others', and how much of it lies under bars and rounded corners.
@@ -35,7 +34,7 @@ CGAffineTransform transformToSuperlayer(const CALayer& layer) {
   const CGPoint pivot = pivotOf(layer);
   const CGPoint position = layer.position();
   const CGAffineTransform& own = layer.transform();
-  if (own.isIdentity()) {
+  if (!layer.hasTransform()) {
     const CGPoint offset = withoutDust(position - pivot);
     return CGAffineTransform::translation(offset.x, offset.y);
   }
@@ -56,7 +55,7 @@ CGAffineTransform UIView::transform() const { return layer_->transform(); }
 void UIView::setFrame(CGRect frame) {
   const CALayer& layer = *layer_;
   CGSize size = frame.size;
-  if (!layer.transform().isIdentity()) {
+  if (layer.hasTransform()) {
     const CGRect own = layer.transform().inverted().apply(CGRect{{0, 0}, frame.size});
     size = own.size;
   }
@@ -81,7 +80,7 @@ void UIView::changeGeometry(CGRect bounds, CGPoint center) {
   if (moves) layer.setPosition(center);
   if (oldBounds != bounds) layer.setBounds(bounds);
   if (oldBounds.size != bounds.size && drawsItself()) setNeedsDisplay();
-  ViewLayout::didChangeGeometry(*this, oldBounds.size);
+  LayoutHost::shared().didChangeGeometry(*this, oldBounds.size);
   updateSafeAreaInsets();
 }
 
@@ -99,46 +98,103 @@ void UIView::sizeToFit() {
 
 // ---- Conversion
 
-CGAffineTransform UIView::transformToRoot() const {
-  CGAffineTransform whole;
-  for (const UIView* view = this; view->superview_; view = view->superview_) {
-    const CALayer& layer = *view->layer_;
-    if (layer.transform().isIdentity()) {  // nearly always, and asked for every element of a screen
+/// Where a view's coordinates are in those of the root of its tree.
+struct UIView::Placement {
+  CGAffineTransform toRoot;
+  const UIView* root;
+
+  /// Whoever hands a placement out cleans it; sums on the way down are kept as they are.
+  Placement clean() const {
+    Placement result = *this;
+    result.toRoot.tx = withoutDust(toRoot.tx);
+    result.toRoot.ty = withoutDust(toRoot.ty);
+    return result;
+  }
+  /// From the coordinates of a superview to those of the view.
+  void descendTo(const CALayer& layer) {
+    if (layer.hasTransform()) {
+      toRoot = transformToSuperlayer(layer).then(toRoot);
+    } else {  // nearly always, and asked for every element of a screen
       const CGPoint offset = layer.position() - pivotOf(layer);
-      whole.tx += offset.x;
-      whole.ty += offset.y;
-    } else {
-      whole = whole.then(transformToSuperlayer(layer));
+      toRoot.tx += toRoot.a * offset.x + toRoot.c * offset.y;
+      toRoot.ty += toRoot.b * offset.x + toRoot.d * offset.y;
     }
   }
-  whole.tx = withoutDust(whole.tx);
-  whole.ty = withoutDust(whole.ty);
-  return whole;
+};
+
+/// Reading a screen asks for the places of views one after the other whose superviews are the same: where superviews
+/// stand is remembered, a few of them, until any layer or tree changes.
+UIView::Placement UIView::placement() const {
+  struct Remembered {
+    const UIView* view = nullptr;
+    std::uint64_t changes = 0;
+    Placement placement{{}, nullptr};
+  };
+  static constinit std::array<Remembered, 128> memo;
+  static std::vector<const UIView*> path;
+  const auto place = [](const UIView* view) -> Remembered& {
+    const auto address = reinterpret_cast<std::uintptr_t>(view);
+    return memo[(address >> 6 ^ address >> 13) % memo.size()];
+  };
+  if (!superview_) return {{}, this};
+  const std::uint64_t changes = CALayer::layerChanges() + hierarchyChanges();  // both only grow
+  Placement at{{}, nullptr};
+  path.clear();
+  for (const UIView* above = superview_;; above = above->superview_) {
+    const Remembered& known = place(above);
+    if (known.view == above && known.changes == changes) {
+      at = known.placement;
+      break;
+    }
+    if (!above->superview_) {
+      at.root = above;
+      break;
+    }
+    path.push_back(above);
+  }
+  for (auto view = path.rbegin(); view != path.rend(); ++view) {
+    at.descendTo(*(*view)->layer_);
+    place(*view) = {*view, changes, at};
+  }
+  at.descendTo(*layer_);
+  return at.clean();
+}
+
+/// From one view's coordinates to another's.
+CGAffineTransform UIView::between(const Placement& from, const Placement& to) {
+  CGAffineTransform whole = from.toRoot;
+  if (from.root != to.root && from.root->standsOnScreen() && to.root->standsOnScreen()) {
+    whole =
+        whole.then(transformToSuperlayer(*from.root->layer_)).then(transformToSuperlayer(*to.root->layer_).inverted());
+  }
+  return to.toRoot.isIdentity() ? whole : whole.then(to.toRoot.inverted());
 }
 
 CGPoint UIView::convertPoint(CGPoint point, const UIView* to) const {
   if (to == this) return point;
-  point = transformToRoot().apply(point);
-  return to ? withoutDust(to->transformToRoot().inverted().apply(point)) : point;
+  const Placement from = placement();
+  return to ? withoutDust(between(from, to->placement()).apply(point)) : from.toRoot.apply(point);
+}
+
+CGPoint UIView::pointFromWindow(CGPoint point, const TouchSurface* window) const {
+  return convertPointFrom(point, static_cast<const UIView*>(window));
 }
 
 CGPoint UIView::convertPointFrom(CGPoint point, const UIView* from) const {
-  if (from == this) return point;
-  if (from) point = from->transformToRoot().apply(point);
-  return withoutDust(transformToRoot().inverted().apply(point));
+  if (from) return from == this ? point : from->convertPoint(point, this);
+  return withoutDust(placement().toRoot.inverted().apply(point));
 }
 
 CGRect UIView::convertRect(CGRect rect, const UIView* to) const {
   if (to == this) return rect;
-  CGAffineTransform whole = transformToRoot();
-  if (to && to->superview_) whole = whole.then(to->transformToRoot().inverted());
-  const CGRect result = whole.apply(rect);
+  const Placement from = placement();
+  const CGRect result = (to && to != from.root ? between(from, to->placement()) : from.toRoot).apply(rect);
   return {withoutDust(result.origin), result.size};
 }
 
 CGRect UIView::convertRectFrom(CGRect rect, const UIView* from) const {
   if (from) return from->convertRect(rect, this);
-  const CGRect result = transformToRoot().inverted().apply(rect);
+  const CGRect result = placement().toRoot.inverted().apply(rect);
   return {withoutDust(result.origin), result.size};
 }
 
@@ -153,7 +209,7 @@ UIEdgeInsets overlap(const UIEdgeInsets& inherited, const CGRect& outer, const C
           rest(inherited.bottom, outer.maxY() - inner.maxY()), rest(inherited.right, outer.maxX() - inner.maxX())};
 }
 
-UIEdgeInsets windowInsets(const UIWindow& window) {
+UIEdgeInsets windowInsets(const UIView& window) {
   return overlap(UIDevice::current().profile().safeArea, UIScreen::main().bounds(), window.frame());
 }
 
@@ -179,26 +235,26 @@ bool UIView::takeSafeArea() {
   UIEdgeInsets insets;
   if (superview_) {
     const UIEdgeInsets inherited = superview_->safeAreaInsetsForSubviews();
-    if (inherited == UIEdgeInsets{} && storage.safeArea == inherited && storage.viewController.expired()) return false;
+    if (inherited == UIEdgeInsets{} && storage.safeArea == inherited && storage.host.expired()) return false;
     const CGRect outer = superview_->bounds();
     const CGRect inner = frame();
     // A screen that slides out keeps what it had, or its content would jump on the way.
     if (!inner.isEmpty() && !outer.isEmpty() && !outer.intersects(inner)) return false;
     insets = overlap(inherited, outer, inner);
-  } else if (const auto* window = dynamic_cast<const UIWindow*>(this)) {
-    insets = windowInsets(*window);
+  } else if (storage.window) {  // in a window and in no view: the window itself
+    insets = windowInsets(*this);
   }
-  const Ref<UIViewController> controller = storage.viewController.lock();
-  if (controller) {
-    const UIEdgeInsets extra = controller->safeAreaContribution();
+  const Ref<RootViewHost> host = storage.host.lock();
+  if (host) {
+    const UIEdgeInsets extra = host->safeAreaContribution();
     insets = {insets.top + extra.top, insets.left + extra.left, insets.bottom + extra.bottom,
               insets.right + extra.right};
   }
   if (insets == storage.safeArea) return false;
   storage.safeArea = insets;
-  ViewLayout::didChangeSafeArea(*this);
+  LayoutHost::shared().didChangeSafeArea(*this);
   safeAreaInsetsDidChange();
-  if (controller) controller->viewSafeAreaInsetsDidChange();
+  if (host) host->viewSafeAreaInsetsDidChange();
   setNeedsLayout();
   return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-// What a UIView holds. Included by the sources of UIView (UIView*.cpp), by UIWindow.cpp and by ViewLayout alone.
+// What a UIView holds. Included by the sources of UIView (UIView*.cpp), by UIWindow.cpp, UIViewController.cpp and by
+// ViewLayout alone.
 
 #include <memory>
 #include <optional>
@@ -8,7 +9,9 @@
 #include <vector>
 
 #include "platform/animation/CALayer.h"
+#include "platform/uikit/views/RootViewHost.h"
 #include "platform/uikit/views/UIView.h"
+#include "platform/uikit/views/WindowHost.h"
 
 namespace platform {
 
@@ -35,8 +38,8 @@ struct UIViewLayoutStorage {
 };
 
 struct UIView::Storage {
-  UIWindow* window = nullptr;
-  Weak<UIViewController> viewController;  ///< whose root view this is; set by the controller
+  WindowHost* window = nullptr;
+  Weak<RootViewHost> host;  ///< whose root view this is; set by the controller
   std::unique_ptr<CALayerDelegate> drawing;
   std::optional<UIColor> tintColor;
   UIViewContentMode contentMode = UIViewContentMode::scaleToFill;

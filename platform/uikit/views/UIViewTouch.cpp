@@ -1,9 +1,5 @@
 #include <algorithm>
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/controllers/UIViewController.h"
-#include "platform/uikit/controls/UIControl.h"
-#include "platform/uikit/text/UITextView.h"
 #include "platform/uikit/touch/GestureEnvironment.h"
 #include "platform/uikit/touch/UITapGestureRecognizer.h"
 #include "platform/uikit/views/UIViewStorage.h"
@@ -89,38 +85,33 @@ void UIView::removeGestureRecognizer(const Ref<UIGestureRecognizer>& recognizer)
 
 const std::vector<Ref<UIGestureRecognizer>>& UIView::gestureRecognizers() const { return storage_->gestureRecognizers; }
 
-namespace {
+Ref<UIView> UITouch::view() const { return std::static_pointer_cast<UIView>(view_.lock()); }
 
-/// Whether a tap is the view's own: a control's, or an editable text's. Recognisers of views around it do without.
-bool claimsTaps(const UIView& view) {
-  if (const auto* const control = dynamic_cast<const UIControl*>(&view)) return control->isEnabled();
-  const auto* const text = dynamic_cast<const UITextView*>(&view);
-  return text && text->isEditable();
+Ref<UIView> UIGestureRecognizer::view() const {
+  return view_ ? std::static_pointer_cast<UIView>(view_->weak_from_this().lock()) : nullptr;
 }
 
-}  // namespace
-
 bool UIView::gestureRecognizerShouldBegin(const Ref<UIGestureRecognizer>& recognizer) {
-  if (recognizer->view_ == this || !claimsTaps(*this)) return true;
+  if (recognizer->view_ == this || !claimsTaps()) return true;
   const auto tap = as<UITapGestureRecognizer>(recognizer);
   return !tap || tap->numberOfTapsRequired() > 1 || tap->numberOfTouchesRequired() > 1;
 }
 
 // ---- Responder
 
-Ref<UIViewController> UIView::viewController() const { return storage_->viewController.lock(); }
-
 Ref<UIResponder> UIView::nextResponder() {
-  if (Ref<UIViewController> controller = storage_->viewController.lock()) return controller;
+  if (Ref<RootViewHost> host = storage_->host.lock()) return host;
   return superview();
 }
+
+bool UIView::becomeFirstResponder() { return isFirstResponder() || (window() && UIResponder::becomeFirstResponder()); }
 
 bool UIView::endEditing(bool force) {
   const Ref<UIResponder> responder = UIResponder::firstResponder();
   const auto editing = as<UIView>(responder);
   if (!editing || !editing->isDescendantOfView(this)) return true;
   if (editing->resignFirstResponder()) return true;
-  if (force) UIApplication::shared().dropFirstResponder();
+  if (force) dropFirstResponder();
   return force;
 }
 

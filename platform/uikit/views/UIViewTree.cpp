@@ -1,11 +1,8 @@
 #include <algorithm>
 
-#include "platform/uikit/application/UIApplication.h"
-#include "platform/uikit/application/UIWindow.h"
-#include "platform/uikit/constraints/ViewLayout.h"
-#include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/touch/GestureEnvironment.h"
 #include "platform/uikit/touch/TouchDispatcher.h"
+#include "platform/uikit/views/LayoutHost.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The tree: who is in whom, who is in which window. Trees may be of any depth, so nothing here recurses.
@@ -32,7 +29,10 @@ UIView::~UIView() {
   const bool isFirst = orphans == nullptr;
   if (isFirst) orphans = &own;
   for (Ref<UIView>& child : subviews_) {
-    if (child.use_count() > 1) ViewLayout::willLeaveSuperview(*child);
+    if (child.use_count() > 1) {
+      LayoutHost::shared().willLeaveSuperview(*child);
+      hierarchyChanged();
+    }
     child->superview_ = nullptr;
     orphans->push_back(std::move(child));
   }
@@ -52,10 +52,9 @@ UIView::~UIView() {
 Ref<UIView> UIView::superview() const { return shared(superview_); }
 const std::vector<Ref<UIView>>& UIView::subviews() const { return subviews_; }
 
-Ref<UIWindow> UIView::window() const {
-  UIWindow* const window = storage_->window;
-  return window ? std::static_pointer_cast<UIWindow>(window->weak_from_this().lock()) : nullptr;
-}
+Ref<UIWindow> UIView::window() const { return storage_->window ? storage_->window->hostWindow() : nullptr; }
+
+Ref<UIView> UIView::windowView() const { return storage_->window ? storage_->window->hostWindowView() : nullptr; }
 
 bool UIView::isDescendantOfView(const UIView* view) const {
   const UIView* at = this;
@@ -92,13 +91,13 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t index) {
   }
 
   const Ref<UIWindow> newWindow = window();
-  const bool changesWindow = keeper->storage_->window != newWindow.get();
+  const bool changesWindow = keeper->storage_->window != storage_->window;
   if (const Ref<UIView> old = keeper->superview()) old->willRemoveSubview(keeper);
   keeper->willMoveToSuperview(newSuperview);
   if (changesWindow) keeper->announceWindow(newWindow);
   keeper->detach();
   keeper->moveInto(*this, index);
-  ViewLayout::didEnterSuperview(*keeper);
+  LayoutHost::shared().didEnterSuperview(*keeper);
   keeper->enterWindow(storage_->window);
   keeper->updateSafeAreaInsets();
   keeper->didMoveToSuperview();
@@ -147,22 +146,49 @@ std::uint64_t changesOfTheTree = 0;
 }
 
 std::uint64_t UIView::hierarchyChanges() { return changesOfTheTree; }
+void UIView::hierarchyChanged() { ++changesOfTheTree; }
+
+// ---- Names below
+
+/// To be called when this view may hold a name that it did not hold there before.
+void UIView::noteNameHere() {
+  for (UIView* above = superview_; above; above = above->superview_) {
+    const bool isKnownAbove = above->mayHoldName();
+    above->namesBelow_ |= namesUncertain;
+    if (isKnownAbove) return;
+  }
+}
+
+/// To be called when a subview came, went, changed its place or lost its last name.
+void UIView::noteSubviewsChanged() {
+  if (namesBelow_ != 0) namesBelow_ |= namesUncertain;
+}
+
+void UIView::findNamesBelow() {
+  const std::size_t groupSize = (subviews_.size() + nameGroups - 1) / nameGroups;
+  namesBelow_ = 0;
+  for (std::size_t i = 0; i < subviews_.size(); ++i) {
+    if (subviews_[i]->mayHoldName()) namesBelow_ |= std::uint64_t{1} << (i / groupSize);
+  }
+  if (!mayHoldName() && superview_) superview_->noteSubviewsChanged();
+}
 
 /// Takes the view out of its superview's lists, and nothing more.
 void UIView::detach() {
   UIView* const old = superview_;
   if (!old) return;
-  ++changesOfTheTree;
+  hierarchyChanged();
   const Ref<UIView> keeper = self();
-  ViewLayout::willLeaveSuperview(*this);
+  LayoutHost::shared().willLeaveSuperview(*this);
   superview_ = nullptr;
   std::erase(old->subviews_, keeper);
+  old->noteSubviewsChanged();
   layer_->removeFromSuperlayer();
 }
 
 /// Puts the view in front of `index` of the subviews that are there, its layer at the fitting place among theirs.
 void UIView::moveInto(UIView& superview, std::size_t index) {
-  ++changesOfTheTree;
+  hierarchyChanged();
   const Ref<UIView> keeper = self();
   auto& all = superview.subviews_;
   index = std::min(index, all.size());
@@ -172,6 +198,8 @@ void UIView::moveInto(UIView& superview, std::size_t index) {
   }
   all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), keeper);
   superview_ = &superview;
+  superview.noteSubviewsChanged();
+  if (mayHoldName()) noteNameHere();
 
   const Ref<CALayer>& layer = layer_;
   if (index + 1 < all.size()) {
@@ -203,12 +231,12 @@ std::vector<Ref<UIView>> wholeTree(const Ref<UIView>& root) {
 void UIView::announceWindow(const Ref<UIWindow>& window) {
   for (const Ref<UIView>& view : wholeTree(self())) {
     view->willMoveToWindow(window);
-    if (const Ref<UIViewController> controller = view->viewController()) controller->viewWillMoveToWindow(window);
+    if (const Ref<RootViewHost> host = view->storage_->host.lock()) host->viewWillMoveToWindow(window);
   }
 }
 
 /// Makes the window that of the whole tree below, and lets touches, gestures and editing go that belonged to the old.
-void UIView::enterWindow(UIWindow* window) {
+void UIView::enterWindow(WindowHost* window) {
   if (storage_->window == window) return;
   const bool leaves = storage_->window != nullptr;
   const std::vector<Ref<UIView>> views = wholeTree(self());
@@ -217,9 +245,7 @@ void UIView::enterWindow(UIWindow* window) {
     if (view->storage_->window != window) continue;  // moved on by a hook below
     if (leaves) view->leaveWindow();
     view->didMoveToWindow();
-    if (const Ref<UIViewController> controller = view->viewController()) {
-      controller->viewDidMoveToWindow(view->window());
-    }
+    if (const Ref<RootViewHost> host = view->storage_->host.lock()) host->viewDidMoveToWindow(view->window());
   }
 }
 
@@ -227,7 +253,7 @@ void UIView::leaveWindow() {
   TouchDispatcher::shared().viewLeftWindow(*this);
   const auto recognizers = storage_->gestureRecognizers;
   for (const Ref<UIGestureRecognizer>& recognizer : recognizers) GestureEnvironment::shared().stop(recognizer);
-  if (isFirstResponder()) UIApplication::shared().dropFirstResponder();
+  if (isFirstResponder()) dropFirstResponder();
 }
 
 void UIView::willMoveToSuperview(const Ref<UIView>&) {}

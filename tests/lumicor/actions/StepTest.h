@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "lumicor/actions/TLAction.h"
 #include "lumicor/actions/TLTaskResult.h"
+#include "lumicor/core/TLAction.h"
 #include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/controls/UIControl.h"
 #include "tests/lumicor/support/SessionTest.h"
@@ -17,9 +17,12 @@ namespace lumicor::test {
 struct CartScreen : Object<CartScreen, UIViewController> {
   Ref<UINavigationController> navigationController() const override;
   void prepareForSegue(Ref<UIStoryboardSegue>, Ref<NSObject> sender) override { segueSender = sender; }
+  void performSegue(const std::string& identifier, const Ref<NSObject>& sender) override;
   mutable int lookups = 0;
   Weak<NSObject> segueSender;  ///< the screen itself: it must not hold itself
   std::function<void()> onLookup;
+  std::string ownSegue;  ///< performed without being registered
+  int ownSeguesPerformed = 0;
 };
 
 /// A host's delegate, data source and target in one: it writes down what it hears.
@@ -29,6 +32,7 @@ class Host : public Object<Host, NSObject> {
   void hear(const std::string& what) { heard.push_back(what); }
 
   void onTap(Ref<NSObject> sender);
+  void hearAgain(Ref<NSObject> sender);
   static void exportMethods(MethodTable<Host>& table);
 };
 

@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 
-#include "lumicor/actions/TLAction.h"
-#include "lumicor/actions/TLDefaults.h"
 #include "lumicor/actions/TLPickerRow.h"
+#include "lumicor/actions/TLStepPreparation.h"
+#include "lumicor/core/TLAction.h"
+#include "lumicor/core/TLDefaults.h"
 #include "tests/lumicor/support/StubService.h"
 
 namespace lumicor::test {
@@ -44,13 +45,25 @@ TEST(StepRecords, WantEveryKeyWithItsType) {
 
 TEST(StepRecords, TakeWholeNumbersAlone) {
   EXPECT_FALSE(decodeJSON<TLScrollOffset>(R"({"x":0.5,"y":0})"));
-  EXPECT_FALSE(decodeJSON<TLScrollOffset>(R"({"x":1e3,"y":0})"));
+  EXPECT_EQ(decodeJSON<TLScrollOffset>(R"({"x":1e3,"y":2.0})").value().x, 1000) << "whole in any form";
   EXPECT_FALSE(decodeJSON<TLScrollOffset>(R"({"x":9223372036854775808,"y":0})"));
 }
 
 TEST(StepRecords, FailAsAWholeList) {
   const std::string list = "[" + std::string(wholeStep) + R"(,{"elementId":"pay"}])";
   EXPECT_FALSE(decodeJSON<std::vector<TLAction>>(list));
+}
+
+TEST(StepPreparation, SortsByTheSignedIndexAndKeepsTheOrderOfEqualOnes) {
+  std::vector<TLAction> steps;
+  for (int i = 0; i < 100; ++i) steps.push_back({std::to_string(i), 1 - i % 3, "", {}, "", ""});
+  const std::vector<TLAction> sorted = preparedSteps(steps);
+  std::vector<std::string> order, expected;
+  for (const TLAction& step : sorted) order.push_back(step.elementId);
+  for (const int remainder : {2, 1, 0}) {  // indexes -1, 0 and 1
+    for (int i = remainder; i < 100; i += 3) expected.push_back(std::to_string(i));
+  }
+  EXPECT_EQ(order, expected);
 }
 
 TEST(PickerRow, IsTwoDecimalNumbersAtADash) {

@@ -140,6 +140,16 @@ TEST_F(TLActionsTaskTest, ReadsThePasteboardWhenTheStepBegins) {
   EXPECT_EQ(results_.at(0), (TLTaskResult{true, "a", "copied"}));
 }
 
+TEST_F(TLActionsTaskTest, ReadsThePasteboardAgainAtEveryLookup) {
+  UIPasteboard::general().setString("at first");
+  run({step("a")});
+  RunLoop::advance(2);
+  UIPasteboard::general().setString("later");
+  addButton("a");
+  RunLoop::advance(60);
+  EXPECT_EQ(results_.at(0), (TLTaskResult{true, "a", "later"}));
+}
+
 TEST_F(TLActionsTaskTest, TakesATargetAtTheFourthLookupAndNoLater) {
   for (const double appears : {4.4, 4.6}) {
     SCOPED_TRACE(appears);
@@ -211,12 +221,34 @@ TEST_F(TLActionsTaskTest, GoesBackAndSucceedsEvenWithoutAnywhereToGo) {
 
 /// Notes whether it was taken back with an animation.
 struct NotingNavigation : Object<NotingNavigation, UINavigationController> {
+  Ref<UIViewController> popViewControllerAnimated(bool animated) override {
+    wasAnimated = wasAnimated || animated;
+    return Super::popViewControllerAnimated(animated);
+  }
   std::vector<Ref<UIViewController>> popToRootViewControllerAnimated(bool animated) override {
     wasAnimated = wasAnimated || animated;
     return Super::popToRootViewControllerAnimated(animated);
   }
   bool wasAnimated = false;
 };
+
+TEST_F(TLActionsTaskTest, GoesBackFromTheCurrentScreenAtOnceWhateverTheStepCallsIt) {
+  const auto root = make<NotingNavigation>(make<UIViewController>());
+  root->pushViewController(make<UIViewController>(), false);
+  show(root);
+  const auto modal = make<NotingNavigation>(make<UIViewController>());
+  modal->pushViewController(screen_, false);
+  root->presentViewController(modal, false);
+  RunLoop::advance(1);
+  TLAction back = step("", "TYPE_SYSTEM_BACK");
+  back.viewName = "ThanksScreen";
+  run({back});
+  RunLoop::advance(60);
+  EXPECT_THAT(events_, ElementsAre(Pair(3.5, "success"))) << "it waits for no screen";
+  EXPECT_EQ(modal->viewControllers().size(), 1U);
+  EXPECT_FALSE(modal->wasAnimated);
+  EXPECT_EQ(root->viewControllers().size(), 2U) << "not the navigation controller at the root";
+}
 
 TEST_F(TLActionsTaskTest, TakesEveryTabBackToItsRootFirst) {
   const auto first = make<NotingNavigation>(screen_);

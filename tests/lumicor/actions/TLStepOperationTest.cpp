@@ -216,6 +216,7 @@ TEST_F(StepOperationTest, SearchesThroughAControllerFirstTheButtonThenTheText) {
   searcher->heard.clear();
   EXPECT_EQ(perform(step("nowhere", "TYPE_SEARCH_CANCEL")), done);
   EXPECT_THAT(searcher->heard, ElementsAre("cancel"));
+  EXPECT_TRUE(search->isActive()) << "the delegate hears of it, the search is the host's to end";
   EXPECT_EQ(perform(step("nowhere", "TYPE_BUTTON")), missed);
 
   const auto textOnly = make<TextOnly>();
@@ -257,9 +258,10 @@ struct Goods : Object<Goods, NSObject> {
 
 class CellStepTest : public StepTest {
  protected:
+  template <class Cell = UITableViewCell>
   Ref<UITableView> addTable() {
     const auto table = add<UITableView>("list", CGRect{0, 0, 390, 300}, UITableViewStyle::plain);
-    table->registerClass<UITableViewCell>("cell");
+    table->registerClass<Cell>("cell");
     table->setDataSource(goods_);
     table->setDelegate(goods_);
     table->layoutIfNeeded();
@@ -285,6 +287,37 @@ TEST_F(CellStepTest, SelectsARowAndTellsTheDelegate) {
   table->layoutIfNeeded();
   EXPECT_EQ(perform(step("row 2")), done);
   EXPECT_EQ(table->indexPathForSelectedRow(), IndexPath(2, 0));
+}
+
+/// Notes whether it was selected with an animation.
+struct NotingCell : Object<NotingCell, UITableViewCell> {
+  void setSelected(bool selected, bool animated) override {
+    Super::setSelected(selected, animated);
+    wasAnimated = wasAnimated || animated;
+  }
+  inline static bool wasAnimated = false;
+};
+
+TEST_F(CellStepTest, SelectsARowWithoutAnAnimation) {
+  const auto table = addTable<NotingCell>();
+  EXPECT_EQ(perform(step("row 1")), done);
+  ASSERT_TRUE(as<NotingCell>(table->cellForRowAtIndexPath(IndexPath(1, 0))));
+  EXPECT_TRUE(table->cellForRowAtIndexPath(IndexPath(1, 0))->isSelected());
+  EXPECT_FALSE(NotingCell::wasAnimated);
+}
+
+TEST_F(CellStepTest, SelectsInTheListThatHoldsTheCellNotInOneAroundThat) {
+  const auto outer = addTable();
+  goods_->prefix = "inner row ";
+  const auto inner = make<UITableView>(CGRect{0, 0, 200, 200}, UITableViewStyle::plain);
+  inner->registerClass<UITableViewCell>("cell");
+  inner->setDataSource(goods_);
+  outer->cellForRowAtIndexPath(IndexPath(0, 0))->contentView()->addSubview(inner);
+  inner->layoutIfNeeded();
+  EXPECT_EQ(perform(step("inner row 2")), done);
+  EXPECT_EQ(inner->indexPathForSelectedRow(), IndexPath(2, 0));
+  EXPECT_FALSE(outer->indexPathForSelectedRow());
+  EXPECT_THAT(goods_->heard, IsEmpty()) << "the delegate is the outer one's alone";
 }
 
 TEST_F(CellStepTest, SelectsAnItemAndTellsTheDelegate) {
@@ -334,6 +367,16 @@ TEST_F(CellStepTest, PerformsTheSegueThatTheCellsNameSays) {
   RunLoop::advance(1);  // the screen has slid in: nothing holds the two any more
 }
 
+TEST_F(CellStepTest, AsksAScreenThatPerformsItsSeguesItselfToo) {
+  goods_->prefix = "tea SegueIdentifier-row ";
+  screen_->ownSegue = "row 1";
+  addTable();
+  EXPECT_EQ(perform(step("tea SegueIdentifier-row 1")), done);
+  EXPECT_EQ(perform(step("tea SegueIdentifier-row 2")), done) << "one that it does not know either is passed over";
+  EXPECT_EQ(screen_->ownSeguesPerformed, 1);
+  EXPECT_EQ(screen_->segueSender.lock(), screen_);
+}
+
 // ---- Tabs
 
 TEST_F(StepOperationTest, SelectsATabByItsNumber) {
@@ -380,6 +423,37 @@ TEST_F(StepOperationTest, SendsABarButtonsActionWhateverHappenedBefore) {
   EXPECT_EQ(host_->heard.size(), 2U);
 }
 
+/// A container whose screens' bars leave their actions to whoever up the responder chain takes them.
+struct TakingNavigation : Object<TakingNavigation, UINavigationController> {
+  std::vector<std::string> heard;
+  void take(Ref<NSObject> sender) { heard.push_back(sender->isa().name()); }
+  static void exportMethods(MethodTable<TakingNavigation>& table) { table.add<&TakingNavigation::take>("take:"); }
+};
+
+TEST_F(StepOperationTest, SendsAnActionWithoutATargetUpTheResponderChainAsAFingerDoes) {
+  const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, nullptr, sel("take:"));
+  item->setAccessibilityIdentifier("add");
+  const auto control = make<UIButton>();
+  control->addTarget(nullptr, sel("take:"), UIControlEvents::touchUpInside);
+  control->addTarget(nullptr, sel("nobody takes:"), UIControlEvents::touchUpInside);
+  const auto filter = make<UIBarButtonItem>(control);
+  filter->setAccessibilityIdentifier("filter");
+  screen_->navigationItem()->setRightBarButtonItems({item, filter});
+  const auto navigation = make<TakingNavigation>(screen_);
+  show(navigation);
+
+  as<UIControl>(item->view())->sendActionsForControlEvents(UIControlEvents::touchUpInside);
+  control->sendActionsForControlEvents(UIControlEvents::touchUpInside);
+  EXPECT_THAT(navigation->heard, ElementsAre("UIBarButtonItem", "UIButton")) << "what a finger does";
+  EXPECT_EQ(perform(step("add")), done);
+  EXPECT_EQ(perform(step("filter")), done);
+  EXPECT_THAT(navigation->heard, ElementsAre("UIBarButtonItem", "UIButton", "UIBarButtonItem", "UIButton"));
+
+  item->setTarget(make<Host>());  // dies at once: an action for it is not one for the chain
+  EXPECT_EQ(perform(step("add")), done);
+  EXPECT_EQ(navigation->heard.size(), 4U);
+}
+
 TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
   const auto control = make<UIButton>();
   const auto other = make<Host>();
@@ -393,6 +467,22 @@ TEST_F(StepOperationTest, SendsTheActionsOfABarButtonsOwnControl) {
   EXPECT_EQ(perform(step("filter")), done);
   EXPECT_THAT(host_->heard, ElementsAre("tap by UIButton"));
   EXPECT_THAT(other->heard, IsEmpty());
+
+  control->addTarget(host_, sel("hearAgain:"), UIControlEvents::touchUpInside);
+  control->addTarget(other, sel("onTap:"), UIControlEvents::touchUpInside);
+  host_->heard.clear();
+  EXPECT_EQ(perform(step("filter")), done);
+  EXPECT_THAT(host_->heard, ElementsAre("tap by UIButton", "again by UIButton")) << "every action";
+  EXPECT_THAT(other->heard, ElementsAre("tap by UIButton")) << "of every target";
+
+  const auto own = make<Host>();
+  item->setTarget(own);
+  item->setAction(sel("onTap:"));
+  EXPECT_EQ(perform(step("filter")), done);
+  EXPECT_THAT(own->heard, ElementsAre("tap by UIBarButtonItem"));
+  EXPECT_EQ(host_->heard.size(), 2U) << "an action of the item's own takes the place of its control's";
+  item->setTarget(nullptr);
+  item->setAction(SEL());
 
   item->setCustomView(nullptr);
   EXPECT_EQ(perform(step("filter")), done) << "an item that does nothing was pressed all the same";

@@ -2,6 +2,7 @@
 #include "lumicor/core/Lumicor.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UINavigationBar.h"
 #include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/bars/UITabBar.h"
 #include "platform/uikit/bars/UIToolbar.h"
@@ -101,6 +102,17 @@ TEST_F(StepTargetTest, FindsANamedViewInsideABarAsTheTarget) {
   EXPECT_EQ(perform(step("sort")).resultValue, "Sort");
 }
 
+TEST_F(StepTargetTest, LooksForViewsInBarsOnlyWhenTheScreenIsInNoTabs) {
+  const auto button = make<UIButton>();
+  button->setAccessibilityIdentifier("sort");
+  const auto tabs = make<UITabBarController>();
+  tabs->setViewControllers({screen_});
+  tabs->navigationItem()->setLeftBarButtonItem(make<UIBarButtonItem>(button));
+  show(make<UINavigationController>(tabs));
+  ASSERT_EQ(screen_->navigationController()->navigationBar()->topItem(), tabs->navigationItem());
+  EXPECT_FALSE(TLStepTarget::find(step("sort")).view);
+}
+
 TEST_F(StepTargetTest, FindsTheFirstViewDepthFirstOnTheNamedScreenAlone) {
   const auto box = add<UIView>("box");
   const auto first = make<UIView>();
@@ -108,7 +120,9 @@ TEST_F(StepTargetTest, FindsTheFirstViewDepthFirstOnTheNamedScreenAlone) {
   box->addSubview(first);
   add<UIView>("pay");
   EXPECT_EQ(TLStepTarget::findView("pay", "CartScreen"), first);
-  EXPECT_FALSE(TLStepTarget::findView("pay", "OtherScreen"));
+  for (const char* name : {"OtherScreen", "Cart", "Screen", "CartScreens", "cartscreen", ""}) {
+    EXPECT_FALSE(TLStepTarget::findView("pay", name)) << name;
+  }
   screen_->view()->setAccessibilityIdentifier("pay");
   EXPECT_EQ(TLStepTarget::findView("pay", "CartScreen"), screen_->view());
   Lumicor::shared().setCurrentViewController(nullptr);

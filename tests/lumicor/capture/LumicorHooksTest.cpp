@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 
+#include "lumicor/actions/TLActionsTask.h"
 #include "lumicor/capture/LumicorHooks.h"
 #include "lumicor/capture/LumicorTrackingTask.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controls/UIButton.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 
@@ -31,6 +33,10 @@ struct HomeScreen : HostScreen<HomeScreen> {};
 struct DetailScreen : HostScreen<DetailScreen> {};
 /// A container by its name: such screens are passed over.
 struct MyUINavigationHelper : HostScreen<MyUINavigationHelper> {};
+
+/// Containers that a host made its own, by names that are no container's.
+struct ShopNav : Object<ShopNav, UINavigationController> {};
+struct ShopTabs : Object<ShopTabs, UITabBarController> {};
 
 class LumicorHooksTest : public SessionTest {
  protected:
@@ -77,6 +83,7 @@ TEST_F(LumicorHooksTest, CallsThroughToWhateverThePlatformsMethodsAre) {
     }
   };
   exchangeAll();
+  reached.clear();
   const auto home = make<HomeScreen>();
   home->viewDidAppear(false);
   home->viewWillDisappear(false);
@@ -104,6 +111,57 @@ TEST_F(LumicorHooksTest, PassesContainersOver) {
   RunLoop::advance(1);
   EXPECT_EQ(current(), home);
   EXPECT_EQ(Lumicor::shared().getCurrentView(), "HomeScreen");
+}
+
+TEST_F(LumicorHooksTest, LeavesTheScreenInFrontOfContainersThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto detail = make<DetailScreen>();
+  const auto tabs = make<ShopTabs>();
+  tabs->setViewControllers({make<ShopNav>(home), make<ShopNav>(detail)});
+  appear(tabs);
+  EXPECT_EQ(current(), home);
+  EXPECT_THAT(views_, ElementsAre("ShopTabs", "ShopNav", "HomeScreen")) << "the containers come first";
+  tabs->setSelectedIndex(1);
+  EXPECT_EQ(current(), detail);
+
+  const auto modal = make<HomeScreen>();
+  detail->presentViewController(make<ShopNav>(modal), true);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), modal);
+  modal->dismissViewController(true);
+  RunLoop::advance(3);
+  EXPECT_EQ(current(), detail);
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "DetailScreen");
+}
+
+TEST_F(LumicorHooksTest, LetsStepsFindTheirTargetsInContainersThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto button = make<UIButton>();
+  button->setAccessibilityIdentifier("pay");
+  home->view()->addSubview(button);
+  const auto tabs = make<ShopTabs>();
+  tabs->setViewControllers({make<ShopNav>(home)});
+  appear(tabs);
+  std::optional<bool> succeeded;
+  const TLAction pay{"pay", 0, "", {}, "HomeScreen", "TYPE_BUTTON"};
+  make<TLActionsTask>(std::vector{pay, pay}, [&](const TLTaskResult& result) { succeeded = result.success; })->start();
+  RunLoop::advance(10);
+  EXPECT_EQ(succeeded, true);
+}
+
+TEST_F(LumicorHooksTest, LeavesTheScreenInFrontAfterASegueToAContainerThatTheHostMadeItsOwn) {
+  const auto home = make<HomeScreen>();
+  const auto detail = make<DetailScreen>();
+  appear(home);
+  home->registerSegue("more", UIViewController::SegueKind::present, [&] { return make<ShopNav>(detail); });
+  home->performSegue("more", home);
+  EXPECT_EQ(Lumicor::shared().getCurrentSegueController(), home);
+  RunLoop::advance(1);
+  EXPECT_EQ(current(), detail);
+  EXPECT_FALSE(Lumicor::shared().getCurrentSegueController()) << "it has arrived";
+  RunLoop::advance(5);
+  EXPECT_EQ(current(), detail);
+  EXPECT_THAT(views_, ElementsAre("HomeScreen", "ShopNav", "DetailScreen"));
 }
 
 TEST_F(LumicorHooksTest, GoesBackToTheScreenBehindASecondAfterAPopOrADismissal) {

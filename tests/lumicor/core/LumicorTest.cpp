@@ -144,14 +144,15 @@ TEST_F(SelectionTest, FallsBackToAPlainNameForACollectionWithoutSections) {
 }
 
 TEST_F(SelectionTest, StaysInertUntilInitialisedAndTracking) {
-  Lumicor::isTracking = false;
-  Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
-  Lumicor::isTracking = true;
-  Lumicor::shared().setInitialized(false);
-  Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
   collection_->setAccessibilityIdentifier("list");
-  Lumicor::shared().didSelectItem(collection_, IndexPath(0, 0));
-  EXPECT_THAT(actions_, IsEmpty());
+  for (const auto& [isTracking, isInitialised] :
+       {std::pair(false, true), std::pair(true, false), std::pair(false, false)}) {
+    Lumicor::isTracking = isTracking;
+    Lumicor::shared().setInitialized(isInitialised);
+    Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
+    Lumicor::shared().didSelectItem(collection_, IndexPath(0, 0));
+    EXPECT_THAT(actions_, IsEmpty()) << isTracking << isInitialised;
+  }
 }
 
 }  // namespace lumicor::test

@@ -1,3 +1,5 @@
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 
 #include "lumicor/core/LumicorUserDefaults.h"
@@ -6,9 +8,14 @@
 
 namespace lumicor::test {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 using LumicorUserDefaultsTest = SessionTest;
 
@@ -42,9 +49,30 @@ TEST_F(LumicorUserDefaultsTest, GivesNothingForAListThatIsNotWhole) {
     UserDefaults::standard().set(bad, key);
     beginLog();
     EXPECT_FALSE(LumicorUserDefaults::loadMessages(key));
-    EXPECT_THAT(log(), ElementsAre(StartsWith("Error: Unable to deserialize JSON to TLChatMessage array (")));
+    EXPECT_THAT(
+        log(),
+        ElementsAre(MatchesRegex(R"(Error: Unable to deserialize JSON to TLChatMessage array \(.*[a-z]{5}.*\))")));
     EXPECT_EQ(UserDefaults::standard().data(key), bad) << "what is stored is left alone";
   }
+}
+
+TEST_F(LumicorUserDefaultsTest, LogsWhatIsWrongWithTheFilesOfTheSettings) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::temp_directory_path() / "damaged settings of a session";
+  fs::create_directories(folder / "storedMessages.value");
+  std::ofstream(folder / "flag.value") << "no value";
+  testing::internal::CaptureStderr();
+  UserDefaults::setStandardDirectory(folder);
+  beginLog();
+  EXPECT_FALSE(LumicorUserDefaults::loadMessages(key)) << "what cannot be read is none, and is logged once";
+  EXPECT_FALSE(LumicorUserDefaults::loadMessages(key));
+  EXPECT_THAT(log(),
+              UnorderedElementsAre(AllOf(StartsWith("Error: user defaults: "),
+                                         EndsWith("flag.value: the file holds no value and was moved aside")),
+                                   AllOf(StartsWith("Error: user defaults: "),
+                                         HasSubstr("storedMessages.value: the file could "), HasSubstr("left alone"))));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), AllOf(HasSubstr("moved aside\n"), HasSubstr("left alone")));
+  fs::remove_all(folder);
 }
 
 }  // namespace lumicor::test

@@ -1,7 +1,5 @@
-#include <csignal>
 #include <gmock/gmock.h>
 #include <limits>
-#include <sys/time.h>
 
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/dispatch/RunLoop.h"
@@ -21,6 +19,8 @@ TEST_F(LumicorUtilsTest, TellsWholeMilliseconds) {
   EXPECT_EQ(LumicorUtils::millisecondsSinceEpoch(), 1714564800000);
   RunLoop::advance(0.25);
   EXPECT_EQ(LumicorUtils::millisecondsSinceEpoch(), 1714564800250);
+  RunLoop::advance(0.0009);
+  EXPECT_EQ(LumicorUtils::millisecondsSinceEpoch(), 1714564800250) << "nine tenths of one are none";
 }
 
 TEST_F(LumicorUtilsTest, TruncatesTowardZeroUpToTheEndsOfTheRange) {
@@ -72,15 +72,23 @@ TEST_F(LumicorUtilsTest, FindsTheScreenInFrontThroughEveryContainer) {
   EXPECT_EQ(LumicorUtils::getCurrentViewController(), noTabs);
 }
 
-TEST_F(LumicorUtilsDeathTest, AsksANavigationControllerThatShowsNothingAgainWithoutEnd) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  const auto search = [this] {
-    show(make<UINavigationController>());
-    const itimerval soon{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = 50000}};
-    setitimer(ITIMER_REAL, &soon, nullptr);
-    LumicorUtils::getCurrentViewController();
-  };
-  EXPECT_EXIT(search(), testing::KilledBySignal(SIGALRM), "");
+/// Shows nothing as often as it is told, then its top.
+struct LateNavigation : Object<LateNavigation, UINavigationController> {
+  Ref<UIViewController> visibleViewController() const override {
+    return asked++ < empty ? nullptr : Super::visibleViewController();
+  }
+  int empty = 0;
+  mutable int asked = 0;
+};
+
+TEST_F(LumicorUtilsTest, AsksANavigationControllerThatShowsNothingAgainAsOftenAsItTakes) {
+  const auto home = make<PlainScreen>();
+  const auto navigation = make<LateNavigation>(home);
+  show(navigation);
+  navigation->empty = 1'000'000;
+  navigation->asked = 0;
+  EXPECT_EQ(LumicorUtils::getCurrentViewController(), home);
+  EXPECT_EQ(navigation->asked, 1'000'001);
 }
 
 TEST_F(LumicorUtilsTest, FindsANavigationControllerFromTheRootInItsOrder) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "lumicor/capture/LumicorTrackingTask.h"
+#include "lumicor/network/LumicorConfiguration.h"
 #include "lumicor/network/LumicorInitTask.h"
 #include "lumicor/network/LumicorNetworkTask.h"
 #include "lumicor/ui/TLFloaterManager.h"
@@ -12,7 +13,9 @@
 
 namespace lumicor::test {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -84,7 +87,60 @@ TEST_F(LumicorInitTaskTest, AppliesNothingOfAReplyThatIsNotGood) {
     EXPECT_FALSE(Lumicor::shared().getInitialized());
     EXPECT_EQ(Lumicor::shared().getChatHistory().size(), 1U);
     EXPECT_THAT(other.events(), IsEmpty());
+    Lumicor::shared().setInitialized(true);
+    Lumicor::shared().initialize("key", "ada");
+    RunLoop::settle();
+    EXPECT_TRUE(Lumicor::shared().getInitialized()) << "a start that fails leaves an earlier one as it is";
+    Lumicor::shared().setInitialized(false);
   }
+}
+
+TEST_F(LumicorInitTaskTest, StartsAgainForWhoeverIsThereNow) {
+  start(R"({"statusCode":200,"data":{"showTesselLumicor":true}})");
+  ASSERT_TRUE(Lumicor::showTesselLumicor);
+  StubService later;
+  later.answer("/sdk/init", json(R"({"statusCode":200,"data":{"showTesselLumicor":false}})"));
+  Lumicor::shared().initialize("other key", "bob");
+  RunLoop::settle();
+  EXPECT_EQ(*later.requests().at(0).value("secret-key"), "other key");
+  EXPECT_EQ(*later.requests().at(0).value("user-id"), "bob");
+  EXPECT_TRUE(Lumicor::showTesselLumicor) << "false leaves the flag as it was";
+}
+
+TEST_F(LumicorInitTaskTest, LoadsTheFontOfTheLayoutThatCameElseOfTheOneInForce) {
+  const auto fontRequests = [](const StubService& service) {
+    std::vector<std::string> addresses;
+    for (const URLRequest& request : service.requests()) {
+      const std::string address = request.url().absoluteString();
+      if (address.ends_with(".otf")) addresses.push_back(address);
+    }
+    return addresses;
+  };
+  service_.answer("/before.otf", URLProtocol::Reply::failure(URLError::timedOut));  // the next start tries again
+  TLLayout layout = layoutWithoutFont();
+  layout.styles.fontURL = "https://fonts.test/before.otf";
+  TLFloaterManager::shared().setLayoutData(layout);
+  testing::internal::CaptureStdout();
+  start(R"({"statusCode":200,"data":{}})");
+  EXPECT_THAT(fontRequests(service_), ElementsAre("https://fonts.test/before.otf"));
+
+  layout.styles.fontURL = "https://fonts.test/after.otf";
+  StubService later;
+  later.answer("/after.otf", URLProtocol::Reply::failure(URLError::timedOut));
+  const JSONValue data = JSONValue::object({{"layoutData", toJSONValue(layout)}});
+  LumicorConfiguration::read(data).apply();
+  RunLoop::settle();
+  testing::internal::GetCapturedStdout();
+  EXPECT_THAT(fontRequests(later), ElementsAre("https://fonts.test/after.otf"));
+}
+
+TEST_F(LumicorInitTaskTest, ShowsTheButtonInALaterTurnOfTheLoop) {
+  const auto before = TLFloaterManager::shared().floaterView();
+  LumicorConfiguration::read(json(R"({"showTesselLumicor":true})")).apply();
+  EXPECT_TRUE(Lumicor::showTesselLumicor);
+  EXPECT_EQ(TLFloaterManager::shared().floaterView(), before);
+  RunLoop::settle();
+  EXPECT_NE(TLFloaterManager::shared().floaterView(), before);
 }
 
 TEST_F(LumicorInitTaskTest, AppliesEveryMemberThatCanBeReadAndLogsTheOthers) {
@@ -93,8 +149,11 @@ TEST_F(LumicorInitTaskTest, AppliesEveryMemberThatCanBeReadAndLogsTheOthers) {
       "chatHistory":[{"message":"hello"}],
       "tlDefaults":{"failureMessage":"no","successMessageTemplate":"yes"},
       "unknown":1}})");
-  EXPECT_THAT(lines, ElementsAre("Initialization Success", StartsWith("Failed to decode layout JSON: "),
-                                 StartsWith("Failed to decode chat history JSON: "), "Log Event Success"));
+  EXPECT_THAT(lines,
+              ElementsAre("Initialization Success",
+                          AllOf(StartsWith("Failed to decode layout JSON: "), EndsWith("margin: missing")),
+                          AllOf(StartsWith("Failed to decode chat history JSON: "), EndsWith("isRemote: missing")),
+                          "Log Event Success"));
   EXPECT_EQ(Lumicor::shared().getDefaults(), (TLDefaults{"no", "yes"}));
   EXPECT_THAT(Lumicor::shared().getChatHistory(), IsEmpty());
   EXPECT_EQ(TLFloaterManager::shared().layoutData(), layoutWithoutFont());
@@ -112,7 +171,9 @@ TEST_F(LumicorInitTaskTest, SkipsMembersOfAnotherTypeSilently) {
 TEST_F(LumicorInitTaskTest, LogsDefaultsThatAreNotWhole) {
   EXPECT_THAT(
       startAndLog(R"({"statusCode":200,"data":{"tlDefaults":{"failureMessage":"no"}}})"),
-      ElementsAre("Initialization Success", StartsWith("Failed to decode defaults JSON: "), "Log Event Success"));
+      ElementsAre("Initialization Success",
+                  AllOf(StartsWith("Failed to decode defaults JSON: "), EndsWith("successMessageTemplate: missing")),
+                  "Log Event Success"));
 }
 
 TEST_F(LumicorInitTaskTest, HandsOverLayoutAndHistoryAndOffersTheAssistant) {
@@ -123,6 +184,7 @@ TEST_F(LumicorInitTaskTest, HandsOverLayoutAndHistoryAndOffersTheAssistant) {
                          {"layoutData", toJSONValue(layout)},
                          {"chatHistory", json(R"([{"message":"a","isRemote":true,"timestamp":7}])")}});
   const JSONValue reply = JSONValue::object({{"statusCode", 200}, {"data", data}});
+  Lumicor::shared().setChatHistory({{"from before", true, 1}});
   start(*reply.encode());
   EXPECT_EQ(TLFloaterManager::shared().layoutData(), layout);
   EXPECT_THAT(Lumicor::shared().getChatHistory(), ElementsAre(TLChatMessage{"a", true, 7}));

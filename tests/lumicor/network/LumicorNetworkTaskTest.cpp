@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
+#include <thread>
 
 #include "lumicor/core/LumicorDebugHelper.h"
 #include "lumicor/core/LumicorUserDefaults.h"
 #include "lumicor/network/LumicorNetworkTask.h"
+#include "platform/dispatch/BackgroundActivity.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/foundation/UserDefaults.h"
@@ -13,8 +15,8 @@ namespace lumicor::test {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::SizeIs;
-using testing::StartsWith;
 
 const std::string key = "storedMessages";
 
@@ -136,11 +138,16 @@ TEST_F(GetStepsTest, DecodesStepsOutOfTheirString) {
       R"(\"offsets\":{\"x\":0,\"y\":-4}}],\"viewName\":\"Cart\",\"actionType\":\"TYPE_BUTTON\",\"more\":null})";
   for (const char* flag : {"1", "2", "-1", "true", "0.5"}) {
     const auto answer = answerFor(R"({"status_code":200,"data":{"isAction":)" + std::string(flag) + R"(,"answer":"[)" +
-                                  step + R"(]","taskId":"t"}})");
+                                  step + R"(]","shouldOpenChatWindow":0,"taskId":"t"}})");
     ASSERT_TRUE(answer && answer->steps()) << flag;
     EXPECT_THAT(*answer->steps(), ElementsAre(TLAction{"pay", 3, "", {{"a-b", {0, -4}}}, "Cart", "TYPE_BUTTON"}));
+    EXPECT_EQ(answer->shouldOpenChatWindow, JSONValue(0));
     EXPECT_EQ(answer->taskId, JSONValue("t"));
   }
+  const auto odd =
+      answerFor(R"({"status_code":200,"data":{"isAction":1,"answer":"[]","shouldOpenChatWindow":[],"taskId":null}})");
+  EXPECT_EQ(odd->shouldOpenChatWindow, JSONValue::array()) << "as it was received";
+  EXPECT_EQ(odd->taskId, JSONValue(nullptr));
   const char* const none = R"({"status_code":200,"data":{"isAction":1,"answer":"[]"}})";
   EXPECT_THAT(*answerFor(none)->steps(), IsEmpty());
   EXPECT_THAT(logFor(none), ElementsAre("Get Steps Success", "callback"));
@@ -154,7 +161,7 @@ TEST_F(GetStepsTest, GivesNoValueForStepsThatCannotBeRead) {
   for (const char* text : {"", "{}", R"([{\"elementId\":\"pay\"}])", "[1]"}) {
     const std::string reply = R"({"status_code":200,"data":{"isAction":1,"answer":")" + std::string(text) + R"("}})";
     EXPECT_FALSE(answerFor(reply));
-    EXPECT_THAT(logFor(reply), ElementsAre("callback", StartsWith("Error processing Actions JSON: ")));
+    EXPECT_THAT(logFor(reply), ElementsAre("callback", MatchesRegex("Error processing Actions JSON: .*[a-z]{5}.*")));
   }
 }
 
@@ -163,6 +170,18 @@ TEST_F(GetStepsTest, StopsAtAReplyThatDoesNotSayWhatItIs) {
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"answer":"x"}})"), "fatal error: .*isAction");
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"isAction":"1"}})"), "fatal error: .*isAction");
   EXPECT_DEATH(answerFor(R"({"status_code":200,"data":{"isAction":null}})"), "fatal error: .*isAction");
+  EXPECT_DEATH(
+      {
+        StubService service;
+        service.answer("/sdk/steps/get", json(R"({"status_code":200,"data":{"answer":"x"}})"));
+        DispatchQueue::main().async([] {
+          LumicorNetworkTask::getSteps("q", [](const auto&) {});
+          while (BackgroundActivity::count() > 0) std::this_thread::yield();  // the reply is read meanwhile
+          std::fputs("the main thread goes on\n", stderr);
+        });
+        RunLoop::settle();
+      },
+      "the main thread goes on\nfatal error: .*isAction");
 }
 
 // ---- Chat history

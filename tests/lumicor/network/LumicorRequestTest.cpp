@@ -18,13 +18,9 @@ class LumicorRequestTest : public SessionTest {
  protected:
   void send(const JSONValue& body, const char* failureText = "Thing Failure") {
     LumicorRequest::send({.path = "/sdk/thing", .timeout = 7, .failureText = failureText}, body,
-                         [this](const std::optional<JSONValue>& reply) -> LumicorRequest::Delivery {
-                           const bool judgedOnMain = isMainThread();
-                           return [this, reply, judgedOnMain] {
-                             EXPECT_TRUE(isMainThread());
-                             judgedOnMain_ = judgedOnMain;
-                             replies_.push_back(reply);
-                           };
+                         [this](const std::optional<JSONValue>& reply) {
+                           EXPECT_TRUE(isMainThread());
+                           replies_.push_back(reply);
                          });
     EXPECT_THAT(replies_, IsEmpty()) << "nothing is delivered before the call returns";
     RunLoop::settle();
@@ -32,7 +28,6 @@ class LumicorRequestTest : public SessionTest {
 
   StubService service_;
   std::vector<std::optional<JSONValue>> replies_;
-  bool judgedOnMain_ = false;
 };
 
 TEST_F(LumicorRequestTest, PostsCompactJsonWithTheIdentityHeaders) {
@@ -54,7 +49,6 @@ TEST_F(LumicorRequestTest, PostsCompactJsonWithTheIdentityHeaders) {
                                    Entry("platform", "iOS"), Entry("app-version", "2.1"), Entry("ios-version", "16.4"),
                                    Entry("Content-Type", "application/json")));
   EXPECT_THAT(replies_, ElementsAre(json(R"({"statusCode":200})")));
-  EXPECT_FALSE(judgedOnMain_) << "replies are read and judged off the main thread";
 }
 
 TEST_F(LumicorRequestTest, SendsEmptyIdentityBeforeASessionWasStarted) {
@@ -72,6 +66,27 @@ TEST_F(LumicorRequestTest, DoesNotConsultTheHttpStatus) {
   send(JSONValue::object());
   EXPECT_TRUE(isGoodReply(replies_.at(0)));
   EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(LumicorRequestTest, ReadsOffTheMainThreadAndJudgesOnIt) {
+  std::vector<std::string> order;
+  LumicorRequest::sendAndRead({.path = "/sdk/thing", .failureText = ""}, JSONValue::object(),
+                              [&](const std::optional<JSONValue>& read) -> LumicorRequest::Judge {
+                                order.push_back(isMainThread() ? "read on main" : "read");
+                                EXPECT_TRUE(isGoodReply(read));
+                                return [&](const std::optional<JSONValue>& judged) {
+                                  order.push_back(isMainThread() ? "judged on main" : "judged");
+                                  EXPECT_TRUE(isGoodReply(judged));
+                                };
+                              });
+  RunLoop::settle();
+  EXPECT_THAT(order, ElementsAre("read", "judged on main"));
+}
+
+TEST_F(LumicorRequestTest, PassesOverAByteOrderMark) {
+  service_.answer("/sdk/thing", URLProtocol::Reply::data(200, "\xEF\xBB\xBF{\"statusCode\":200}"));
+  send(JSONValue::object());
+  EXPECT_TRUE(isGoodReply(replies_.at(0)));
 }
 
 TEST_F(LumicorRequestTest, SendsNothingWhenTheBodyIsNoJson) {
@@ -95,7 +110,8 @@ TEST_F(LumicorRequestTest, ReportsFailuresOfTransportAndOfParsing) {
     EXPECT_THAT(replies_, ElementsAre(std::nullopt));
   };
   expect(URLProtocol::Reply::failure(URLError::timedOut), "Error: " + timeout.localizedDescription());
-  for (const char* body : {"", "[]", "\"text\"", "{", "{\"statusCode\":200} x", "\xff"}) {
+  for (const char* body :
+       {"", "[]", "\"text\"", "{", "{\"statusCode\":200} x", "\xff", "\xEF\xBB\xBF", "\xEF\xBB{\"statusCode\":200}"}) {
     expect(URLProtocol::Reply::data(200, body), "Error: Unable to parse JSON");
   }
 }
@@ -118,7 +134,7 @@ TEST_F(LumicorRequestTest, GivesUpAfterItsOwnTimeout) {
 
 TEST_F(LumicorRequestTest, RefusesIdentityThatCouldBreakOutOfItsHeader) {
   const std::string refusal = "Error: " + URLError(URLError::badRequest).localizedDescription();
-  for (const char* user : {"ada\r\nx-admin: 1", "ada\n", "ad\xc3\xa4"}) {
+  for (const char* user : {"ada\r\nx-admin: 1", "ada\n", "ada\x7f"}) {
     SCOPED_TRACE(user);
     replies_.clear();
     Lumicor::shared().getAttributes()->setUserId(user);
@@ -138,12 +154,14 @@ TEST_F(LumicorRequestTest, TreatsAnEndpointThatFormsNoAddressAsAFailure) {
 }
 
 TEST(GoodReply, IsTheIntegerTwoHundredWithAnObjectForItsData) {
-  for (const char* bad : {"{}", R"({"statusCode":"200"})", R"({"statusCode":200.0})", R"({"statusCode":true})",
+  for (const char* bad : {"{}", R"({"statusCode":"200"})", R"({"statusCode":200.5})", R"({"statusCode":true})",
                           R"({"statusCode":201})", R"({"status_code":200})", R"({"statusCode":null})"}) {
     EXPECT_FALSE(isGoodReply(json(bad))) << bad;
   }
   EXPECT_FALSE(isGoodReply(std::nullopt));
   EXPECT_TRUE(isGoodReply(json(R"({"status_code":200})"), "status_code"));
+  EXPECT_TRUE(isGoodReply(json(R"({"statusCode":200.0})"))) << "a whole number, however it is written";
+  EXPECT_TRUE(isGoodReply(json(R"({"statusCode":2e2})")));
   EXPECT_FALSE(goodReplyData(json(R"({"statusCode":200,"data":[]})")));
   EXPECT_FALSE(goodReplyData(json(R"({"statusCode":201,"data":{}})")));
   EXPECT_TRUE(goodReplyData(json(R"({"statusCode":200,"data":{}})")));

@@ -72,7 +72,11 @@ TEST_F(LumicorElementKindTest, ReadsTextViewsAndFieldsByWhatCanBeTyped) {
   const auto view = make<UITextView>();
   view->setText("two\nlines");
   expect(view, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "two\nlines");
+  view->setUserInteractionEnabled(false);
+  expect(view, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "two\nlines");
+  view->setUserInteractionEnabled(true);
   view->setEditable(false);
+  view->setUserInteractionEnabled(true);
   expect(view, Type::TYPE_TEXT, Input::TYPE_DEFAULT, "two\nlines");
   const auto field = make<UITextField>();
   field->setText("ada");

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <limits>
 
@@ -83,6 +84,14 @@ TEST_F(LumicorElementsTaskTest, TakesTheOriginInTheWindowAndTheSizeOfTheBounds) 
   EXPECT_EQ(all[0].height(), 60);
   EXPECT_EQ(all[1].x(), -3);
   EXPECT_EQ(all[1].y(), -12);
+}
+
+TEST_F(LumicorElementsTaskTest, MeasuresViewsOfOtherWindowsFromTheKeyWindow) {
+  add("here", {10, 10, 1, 1});
+  const auto other = make<UIWindow>(CGRect{0, 100, 390, 744});
+  other->makeKeyAndVisible();
+  EXPECT_EQ(read().elements[0].x(), 10);
+  EXPECT_EQ(read().elements[0].y(), -90);
 }
 
 TEST_F(LumicorElementsTaskTest, GivesNothingWithoutAKeyWindow) {
@@ -176,11 +185,60 @@ TEST_F(LumicorElementsTaskTest, FollowsATreeThatChangesWhileItIsRead) {
   EXPECT_THAT(names(read()), ElementsAre("before", "after", "second"));
 }
 
-TEST_F(LumicorElementsTaskTest, EndsWithATreeThatGrowsWheneverItIsRead) {
+TEST_F(LumicorElementsTaskTest, ReadsAViewThatCameInThePlaceOfOneThatWasRead) {
+  add("old", {0, 0, 1, 1});
   const auto rows = make<NamedRows>();
-  rows->onAsked = [&] { add<UIPickerView>("more", {0, 0, 1, 1})->setDataSource(rows); };
+  rows->onAsked = [&] {
+    root()->subviews().front()->removeFromSuperview();  // the next view may be made where this one was
+    add("new", {0, 0, 1, 1});
+    rows->onAsked = nullptr;
+  };
   add<UIPickerView>("picker", {0, 0, 1, 1})->setDataSource(rows);
-  EXPECT_GT(read().elements.size(), 100u);
+  EXPECT_THAT(names(read()), ElementsAre("old", "picker", "new"));
+}
+
+TEST_F(LumicorElementsTaskTest, FinishesWhatIsInHandOfATreeThatGrowsWheneverItIsRead) {
+  const auto rows = make<NamedRows>();
+  rows->onAsked = [&] {
+    const auto more = make<UIPickerView>(CGRect{0, 0, 1, 1});
+    more->setAccessibilityIdentifier("more");
+    more->setDataSource(rows);
+    root()->insertSubview(more, root()->subviews().size() - 1);
+  };
+  add<UIPickerView>("picker", {0, 0, 1, 1})->setDataSource(rows);
+  add("last", {0, 0, 1, 1});
+  beginLog();
+  const auto all = names(read());
+  EXPECT_GT(all.size(), 1000u);
+  EXPECT_EQ(all.back(), "last");
+  EXPECT_EQ(std::ranges::count(all, "last"), 1);
+  EXPECT_THAT(log(),
+              ElementsAre("The screen kept changing while it was read: what comes to it from here on is left out",
+                          "SwiftUI elements added: 0"));
+}
+
+/// A view that sends whoever asks for its next responder to one screen and then to another.
+struct Turnstile : Object<Turnstile, UIView> {
+  std::vector<Ref<UIResponder>> ways;
+  Ref<UIResponder> nextResponder() override {
+    std::ranges::rotate(ways, ways.begin() + 1);
+    return ways.back();
+  }
+};
+
+TEST_F(LumicorElementsTaskTest, FindsTheScreenOfContainersWithinContainers) {
+  auto around = root();
+  for (const char* const name : {"a", "b", "c"}) around = add<UIScrollView>(name, {0, 0, 100, 100}, around);
+  EXPECT_EQ(read().scrollDetails.size(), 3U);
+  const auto turnstile = make<Turnstile>();
+  const auto elsewhere = make<UIViewController>();
+  turnstile->ways = {screen_, elsewhere};
+  around->addSubview(turnstile);
+  const auto between = add(nullptr, {0, 300, 100, 100}, turnstile);
+  for (const char* const name : {"here", "there", "here again"}) add<UIScrollView>(name, {0, 0, 1, 1}, between);
+  std::vector<std::string> found;
+  for (const auto& [name, position] : read().scrollDetails) found.push_back(name);
+  EXPECT_THAT(found, ElementsAre("a", "b", "c", "here", "here again"));
 }
 
 TEST_F(LumicorElementsTaskTest, PassesNavigationControllersOverOnTheWayToTheOwningScreen) {
@@ -236,6 +294,10 @@ TEST_F(LumicorElementsTaskTest, AddsVisibleRegionsAfterTheTreeWithTheRootsKind) 
 
   Lumicor::shared().onSwiftUIViewAppear("gone");
   EXPECT_EQ(names(read()).size(), 3U);
+  EXPECT_THAT(read().scrollDetails,
+              ElementsAre(Pair("gone", LumicorScrollView{0, 0, 30}), Pair("total", LumicorScrollView{0, 0, 30})))
+      << "regions are not counted in the registry";
+  EXPECT_THAT(LumicorElementsTask::traverseStoryboardView(root(), "tap").scrollDetails, IsEmpty()) << "nor kept in it";
 }
 
 /// A view that stands for something of another toolkit: it answers for what it stands for.

@@ -49,6 +49,48 @@ TEST_F(LumicorLabelTest, KeepsTheRegionWhereTheViewIsAndWhetherItShows) {
   EXPECT_THAT(log, HasSubstr(", Add back Position price\n"));
 }
 
+TEST_F(LumicorLabelTest, TellsNothingOfAScreenThatIsNotShown) {
+  const auto isVisible = [](const char* label) {
+    const auto all = Lumicor::shared().getSwiftUICoordinates();
+    return all.contains(label) && all.at(label).isVisible;
+  };
+  // Laid out, as a host does that wants to know its size, and never shown.
+  auto preview = make<UIHostingController>([] { return lumicorLabel(Text("Sencha"), "preview"); });
+  preview->view()->layoutIfNeeded();
+  EXPECT_FALSE(isVisible("preview"));
+  preview = nullptr;
+  EXPECT_FALSE(isVisible("preview"));
+
+  show(screen_);
+  advance(1);
+  ASSERT_TRUE(isVisible("price"));
+  const auto modal = make<UIViewController>();
+  modal->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+  screen_->presentViewController(modal, false);
+  advance(1);
+  ASSERT_FALSE(isVisible("price"));
+  // Laid out again where nobody sees it: it changed, and the device was turned meanwhile.
+  top_ = 130;
+  screen_->setNeedsUpdate();
+  screen_->view()->setFrame({0, 0, 844, 390});
+  screen_->view()->layoutIfNeeded();
+  EXPECT_FALSE(isVisible("price"));
+  EXPECT_EQ(region().rect, (CGRect{155, 147, 80, 40}));
+  screen_->view()->setFrame({0, 0, 390, 844});
+  modal->dismissViewController(false);
+  advance(1);
+  EXPECT_TRUE(isVisible("price"));
+  EXPECT_EQ(region().rect, (CGRect{155, 177, 80, 40})) << "measured anew when it came back";
+
+  auto window = make<UIWindow>(CGRect{0, 0, 390, 844});
+  window->setRootViewController(make<UIHostingController>([] { return lumicorLabel(Text("Matcha"), "removed"); }));
+  window->setHidden(false);
+  advance(0.1);
+  ASSERT_TRUE(isVisible("removed"));
+  window->setRootViewController(nullptr);
+  EXPECT_FALSE(isVisible("removed"));
+}
+
 TEST_F(LumicorLabelTest, AScreenThatDoesNotComeAfterAllShowsNoRegion) {
   const auto navigation = make<UINavigationController>(screen_);
   show(navigation);

@@ -42,6 +42,26 @@ TEST_F(Floater, FadesInAndOutAndIgnoresTheValueItHas) {
   EXPECT_EQ(button()->superview(), window());
 }
 
+TEST_F(Floater, StaysWhenItIsHiddenAndShownAgainQuickly) {
+  for (const double meanwhile : {0.0, 0.1, 0.29}) {
+    SCOPED_TRACE(meanwhile);
+    button()->setShow(false);
+    if (meanwhile > 0) pass(meanwhile);
+    button()->setShow(true);
+    pass(1);
+    EXPECT_EQ(button()->superview(), window());
+    EXPECT_EQ(button()->alpha(), 1);
+    EXPECT_EQ(button()->layer()->presentationLayer()->opacity(), 1);
+  }
+  button()->setShow(false);
+  pass(0.1);
+  button()->setShow(true);
+  pass(0.1);
+  button()->setShow(false);
+  pass(1);
+  EXPECT_EQ(button()->superview(), nullptr);
+}
+
 TEST_F(Floater, OpensTheChatOnATapAndComesBackWhenItCloses) {
   tap(button());
   pass(1);
@@ -97,6 +117,17 @@ TEST_F(Floater, IsDismissedOverTheCloseTargetInTheCorner) {
   EXPECT_THAT(service_.events(), ElementsAre("CHAT_FLOATER_DISMISSED"));
 }
 
+TEST_F(Floater, PutsTheCloseTargetAwayAlsoWhenItWasTakenOffTheWindowUnderTheFinger) {
+  const auto& target = TLFloaterManager::shared().bottomCloseView();
+  TLFloaterManager::shared().floatViewBeginMove(*button(), {});
+  pass(1);
+  EXPECT_EQ(target->frame().origin, (CGPoint{230, 684}));
+  button()->removeFromSuperview();
+  button()->touchesEnded({}, nullptr);
+  pass(1);
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844}));
+}
+
 TEST_F(Floater, IsThereOnceAfterASecondStart) {
   const auto first = button();
   TLFloaterManager::shared().show();
@@ -128,6 +159,40 @@ TEST_F(Floater, LeavesTheHostsNavigationDelegateInTheKnow) {
   navigation_->popViewControllerAnimated(false);
   pass(1);
   EXPECT_EQ(watcher->shown, 2);
+}
+
+TEST_F(Floater, GivesTheHostsNavigationDelegateBackAfterTheChat) {
+  const auto watcher = make<NavigationWatcher>();
+  for (const bool animated : {true, false}) {
+    navigation_->setDelegate(watcher);
+    tap(button());
+    pass(1);
+    EXPECT_TRUE(chatIsOpen());
+    EXPECT_NE(navigation_->delegate(), watcher) << "the chat closes with a transition of its own";
+    navigation_->popViewControllerAnimated(animated);
+    pass(2);
+    EXPECT_FALSE(chatIsOpen());
+    EXPECT_EQ(navigation_->delegate(), watcher);
+    button()->setShow(true);
+    pass(1);
+  }
+  EXPECT_EQ(watcher->shown, 4);
+}
+
+TEST_F(Floater, GivesTheHostsNavigationDelegateBackWhenTheChatOpensElsewhere) {
+  const auto watcher = make<NavigationWatcher>();
+  navigation_->setDelegate(watcher);
+  TLFloaterManager::shared().overrideNavigationDelegate();
+  navigation_->pushViewController(make<test::PlainScreen>(), false);
+  pass(1);
+  EXPECT_NE(navigation_->delegate(), watcher) << "the chat is still to come";
+  const auto other = make<UINavigationController>(make<test::PlainScreen>());
+  tabs_->setViewControllers({navigation_, other});
+  tabs_->setSelectedIndex(1);
+  tap(button());
+  pass(1);
+  EXPECT_EQ(other->topViewController(), chat());
+  EXPECT_EQ(navigation_->delegate(), watcher);
 }
 
 }  // namespace

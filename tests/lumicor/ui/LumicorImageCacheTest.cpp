@@ -16,12 +16,16 @@ Ref<UIImage> imageOf(int bytes) { return UIImage::imageWithBitmap(Bitmap(bytes /
 
 std::string png() { return imageOf(16)->pngRepresentation(); }
 
+/// What an earlier round of the tests fetched is in the cache of the process.
+void forget(const std::string& address) { LumicorImageCache::shared().setImage(nullptr, address); }
+
 TEST(ImageCache, AsksForAnAddressOnce) {
   const VirtualTime time;
   test::StubService service;
   service.answer("/logo.png", URLProtocol::Reply::data(200, png()));
   service.answer("/broken.png", URLProtocol::Reply::data(200, "no picture"));
   int received = 0;
+  forget("https://assets.test/logo.png");
   const auto count = [&](const Ref<UIImage>& image) { received += image ? 1 : 0; };
   LumicorImageCache::shared().fetch("https://assets.test/logo.png", count);
   RunLoop::settle();
@@ -59,6 +63,7 @@ TEST(ImageCache, DecodesOutsideTheQueueThatCompletesRequests) {
   const VirtualTime time;
   test::StubService service;
   service.answer("/slow.png", URLProtocol::Reply::data(200, png()));
+  forget("https://assets.test/slow.png");
   std::promise<void> decodingMayGoOn, textArrived;
   LumicorImageCache::decodingQueue().async([&] { decodingMayGoOn.get_future().wait(); });
   int shown = 0;

@@ -47,6 +47,25 @@ TEST(CALayer, ConvertsBetweenAnyTwoLayersOfATree) {
   EXPECT_EQ(inA->convertPoint({0, 0}, nullptr), (CGPoint{13, 7}));
 }
 
+TEST(CALayer, FreesTreesOfAnyDepth) {
+  Ref<CALayer> nested = make<CALayer>(), masks = make<CALayer>();
+  const Weak<CALayer> innermost = nested, lastMask = masks;
+  for (int i = 0; i < 300000; ++i) {
+    const auto around = make<CALayer>(), masked = make<CALayer>();
+    around->addSublayer(nested);
+    masked->setMask(masks);
+    nested = around;
+    masks = masked;
+  }
+  const Ref<CALayer> kept = nested->sublayers().front();
+  nested = masks = nullptr;
+  EXPECT_TRUE(lastMask.expired());
+  EXPECT_FALSE(innermost.expired());
+  EXPECT_EQ(kept->superlayer(), nullptr);
+  kept->sublayers().front()->removeFromSuperlayer();
+  EXPECT_TRUE(innermost.expired());
+}
+
 TEST(CALayer, HitsTheFrontMostVisibleLayer) {
   const auto root = layerAt({0, 0, 100, 100}), back = layerAt({0, 0, 60, 60}), front = layerAt({40, 40, 60, 60});
   root->addSublayer(back);

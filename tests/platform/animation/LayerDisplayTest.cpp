@@ -49,6 +49,44 @@ TEST_F(LayerDisplayTest, DrawsNothingWhenNothingChanged) {
   EXPECT_EQ(display_.update(), CGRectZero);
 }
 
+TEST_F(LayerDisplayTest, LetsNothingOldShowThroughARootThatDoesNotCoverIt) {
+  const auto check = [&](const std::string& name, const std::function<void()>& change) {
+    change();
+    display_.update();
+    box_->setBackgroundColor(blue);
+    display_.update();
+    box_->setBackgroundColor(red);
+    display_.update();
+    expectUpToDate(name);
+  };
+  check("an opaque root", [] {});
+  check("a see-through colour", [&] { root_->setBackgroundColor(UIColor(0, 1, 0, 0.5)); });
+  check("no colour", [&] { root_->setBackgroundColor(std::nullopt); });
+  check("a see-through root", [&] {
+    root_->setBackgroundColor(UIColor::white());
+    root_->setOpacity(0.5);
+  });
+  check("a smaller root", [&] {
+    root_->setOpacity(1);
+    root_->setBounds({0, 0, 25, 25});
+  });
+  check("round corners", [&] {
+    root_->setBounds({0, 0, 100, 100});
+    root_->setCornerRadius(40);
+  });
+  check("a mask", [&] {
+    root_->setCornerRadius(0);
+    const auto mask = make<CAShapeLayer>();
+    mask->setPath(CGPath::oval({0, 0, 100, 100}));
+    root_->setMask(mask);
+  });
+  root_->setMask(nullptr);
+  display_.update();
+  root_->setHidden(true);
+  display_.update();
+  EXPECT_EQ(display_.bitmap().pixel(50, 50), 0u) << "hidden";
+}
+
 TEST_F(LayerDisplayTest, DrawsWhereTheChangedLayerWasAndIs) {
   box_->setFrame({50, 10, 20, 20});
   const CGRect changed = display_.update();

@@ -17,18 +17,19 @@ int listenOnLoopback(int& port) {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
-  if (::bind(socket, generic, size) != 0 || ::listen(socket, 16) != 0) std::abort();
+  if (::bind(socket, generic, size) != 0 || ::listen(socket, SOMAXCONN) != 0) std::abort();
   ::getsockname(socket, generic, &size);
   port = ntohs(address.sin_port);
   return socket;
 }
 
-bool isComplete(const std::string& request) {
-  const std::size_t head = request.find("\r\n\r\n");
-  if (head == std::string::npos) return false;
-  const std::size_t field = request.find("Content-Length: ");
-  const std::size_t length = field < head ? std::strtoul(request.c_str() + field + 16, nullptr, 10) : 0;
-  return request.size() >= head + 4 + length;
+/// How long the first request is among the bytes, or 0 when not all of it is there.
+std::size_t lengthOfRequest(const std::string& bytes) {
+  const std::size_t head = bytes.find("\r\n\r\n");
+  if (head == std::string::npos) return 0;
+  const std::size_t field = bytes.find("Content-Length: ");
+  const std::size_t body = field < head ? std::strtoul(bytes.c_str() + field + 16, nullptr, 10) : 0;
+  return bytes.size() >= head + 4 + body ? head + 4 + body : 0;
 }
 
 }  // namespace
@@ -89,14 +90,22 @@ void LoopbackServer::serve() {
 }
 
 void LoopbackServer::answer(int socket) {
-  std::string request;
+  const Connection connection(socket);
+  std::string bytes;
   char buffer[4096];
-  while (!isComplete(request)) {
-    const ssize_t read = ::recv(socket, buffer, sizeof buffer, 0);
-    if (read <= 0) break;
-    request.append(buffer, static_cast<std::size_t>(read));
-  }
-  if (isComplete(request)) handler_(request, Connection(socket));
+  do {
+    connection.isKept_ = false;
+    std::size_t length = 0;
+    while ((length = lengthOfRequest(bytes)) == 0) {
+      const ssize_t read = ::recv(socket, buffer, sizeof buffer, 0);
+      if (read <= 0) break;
+      bytes.append(buffer, static_cast<std::size_t>(read));
+    }
+    if (length == 0) break;
+    ++requests_;
+    handler_(bytes.substr(0, length), connection);
+    bytes.erase(0, length);
+  } while (connection.isKept_);
   const std::lock_guard lock(mutex_);
   open_.erase(socket);
   ::close(socket);

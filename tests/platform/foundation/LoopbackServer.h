@@ -10,11 +10,11 @@
 
 namespace platform {
 
-/// A server of raw bytes on the loopback interface: it reads one request on each connection and lets the test write
-/// whatever it likes. Everything ends with the object.
+/// A server of raw bytes on the loopback interface: it reads a request on each connection, lets the test write whatever
+/// it likes, and hangs up. Everything ends with the object.
 class LoopbackServer {
  public:
-  /// Answers one connection: gets the request (head and, by its Content-Length, body) and writes through `Connection`.
+  /// Answers one request: gets the request (head and, by its Content-Length, body) and writes through `Connection`.
   class Connection {
    public:
     explicit Connection(int socket) : socket_(socket) {}
@@ -22,9 +22,13 @@ class LoopbackServer {
     bool write(std::string_view bytes) const;
     /// Waits, with the connection open, until the client closes it.
     void waitForClient() const;
+    /// The connection stays open for a further request.
+    void keepOpen() const { isKept_ = true; }
 
    private:
+    friend class LoopbackServer;
     const int socket_;
+    mutable bool isKept_ = false;
   };
   using Handler = std::function<void(const std::string& request, const Connection& connection)>;
 
@@ -35,6 +39,8 @@ class LoopbackServer {
 
   std::string address(const std::string& path = "/") const;
   int connections() const { return connections_; }
+  /// Requests that arrived whole.
+  int requests() const { return requests_; }
   /// A port at which nobody listens.
   static int freePort();
 
@@ -46,6 +52,7 @@ class LoopbackServer {
   int listener_ = -1;
   int port_ = 0;
   std::atomic<int> connections_{0};
+  std::atomic<int> requests_{0};
   std::mutex mutex_;
   std::set<int> open_;  // guarded by the mutex: connections that are being answered
   std::vector<std::thread> answers_;

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdint>
 
 #include "platform/foundation/Record.h"
 
@@ -122,8 +123,10 @@ TEST(Record, NamesTheFirstThingThatIsWrongAndItsPlace) {
       {spoiled("12.5", "true"), "price.amount: wants a number"},
       {spoiled("0.1", "1e39"), "price.discount: wants a number of single precision"},
       {spoiled(R"({"amount":12.5,"discount":0.1})", "[]"), "price: wants an object"},
-      {spoiled("250", "250.0"), "cups[0].millilitres: wants an integer"},
-      {spoiled("250", "25e1"), "cups[0].millilitres: wants an integer"},
+      {spoiled("250", "250.5"), "cups[0].millilitres: wants an integer"},
+      {spoiled("250", "25e-1"), "cups[0].millilitres: wants an integer"},
+      {spoiled("250", "1e30"), "cups[0].millilitres: wants an integer"},
+      {spoiled("250", "123456789012345678901234567890"), "cups[0].millilitres: wants an integer"},
       {spoiled("250", "9223372036854775808"), "cups[0].millilitres: wants an integer"},
       {spoiled("250", "true"), "cups[0].millilitres: wants an integer"},
       {spoiled("250", "\"250\""), "cups[0].millilitres: wants an integer"},
@@ -184,6 +187,64 @@ TEST(Record, TakesIntegersWhereNumbersAreWanted) {
   EXPECT_EQ(*encodeJSON(*price), R"({"amount":3.0,"discount":-7.0})");
 }
 
+TEST(Record, TakesWholeNumbersHoweverTheyAreWritten) {
+  const struct {
+    const char* text;
+    std::optional<std::int64_t> whole;
+  } table[] = {
+      {"7", 7},
+      {"1.0", 1},
+      {"2e2", 200},
+      {"1E+2", 100},
+      {"-0.0", 0},
+      {"-0", 0},
+      {"-12.50e1", -125},
+      {"70e-1", 7},
+      {"0.0e400", 0},
+      {"12345678", 12345678},
+      {"-123456789", -123456789},
+      {"1714564800000", 1714564800000},
+      {"123456789012345678", 123456789012345678},
+      {"9007199254740993", 9007199254740993},
+      {"9223372036854775807", INT64_MAX},
+      {"-9223372036854775808", INT64_MIN},
+      {"-9.223372036854775e18", -9223372036854774784},
+      {"1e18", 1000000000000000000},
+      {"0.5", {}},
+      {"-1.25", {}},
+      {"5e-1", {}},
+      {"9223372036854775808", {}},
+      {"-9223372036854775809", {}},
+      {"9.3e18", {}},
+      {"1e30", {}},
+      {"123456789012345678901234567890", {}},
+      {"12345678901234567890123.0", {}},
+      {"1e400", {}},
+      {"01", {}},
+      {"1.", {}},
+      {"12345678x", {}},
+  };
+  using Whole = std::vector<std::int64_t>;
+  for (const auto& row : table) {
+    // Near the end of a document numbers are read more slowly than before it.
+    for (const char* const behind : {"]", "                                ]"}) {
+      const std::string text = std::string("[") + row.text + behind;
+      const Result<Whole> read = decodeJSON<Whole>(text);
+      EXPECT_EQ(read ? std::optional(read->front()) : std::nullopt, row.whole) << text << " " << read.error();
+      const Result<JSONValue> value = JSONValue::parse(text);
+      EXPECT_EQ(value ? value->asArray()->front().asInteger() : std::nullopt, row.whole) << text;
+    }
+  }
+}
+
+TEST(Record, PassesOverWhateverNumberNobodyAsksFor) {
+  for (const char* const number : {"123456789012345678901234567890", "-99999999999999999999", "18446744073709551616"}) {
+    const std::string text = std::string(R"({"tea":"a","extra":)") + number + R"(,"millilitres":2.5e2,"size":"LARGE"})";
+    EXPECT_EQ(reasonAgainst<Cup>(text), "") << text;
+    EXPECT_EQ(reasonAgainst<Cup>("\xEF\xBB\xBF" + text), "") << "nor does a byte-order mark matter";
+  }
+}
+
 TEST(Record, IsNotWrittenWithANumberThatJSONCannotCarry) {
   EXPECT_FALSE(encodeJSON(std::vector{Price{1, 1}, Price{std::nan(""), 1}}));
   EXPECT_FALSE(encodeJSON(Price{1, HUGE_VALF}));
@@ -209,6 +270,27 @@ TEST(Record, MakesRoomForWhatComesNotForWhatCouldCome) {
   EXPECT_LE(grid->capacity(), 2u * 20000);
   const auto numbers = decodeJSON<std::vector<std::int64_t>>("[1" + std::string(3000, ' ') + "]");
   EXPECT_LE(numbers->capacity(), 8u);
+}
+
+enum class Sparse { few = -3, many = 40, other = 41 };
+
+}  // namespace
+
+/// Neither counted from zero nor without quotes.
+template <>
+struct RawValues<Sparse> {
+  static constexpr std::pair<Sparse, std::string_view> cases[] = {{Sparse::many, "a \"lot\""}, {Sparse::few, ""}};
+};
+
+namespace {
+
+TEST(RawValues, MayBeAnyValuesAndAnyTexts) {
+  const std::vector<Sparse> all{Sparse::few, Sparse::many};
+  EXPECT_EQ(*encodeJSON(all), R"(["","a \"lot\""])");
+  EXPECT_EQ(*decodeJSON<std::vector<Sparse>>(*encodeJSON(all)), all);
+  EXPECT_EQ(*encodeJSON(std::vector{Sparse::other}), R"([""])") << "what is no case has no text";
+  EXPECT_EQ(*decodeJSON<std::vector<Size>>(R"(["LA\u0052GE"])"), std::vector{Size::large});
+  EXPECT_FALSE(decodeJSON<std::vector<Size>>(R"([""])"));
 }
 
 TEST(RawValues, GoBothWays) {

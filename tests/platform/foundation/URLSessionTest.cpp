@@ -153,7 +153,7 @@ TEST_F(URLSessionTest, RefusesWhatCouldBeInjectedBeforeAnythingIsSent) {
   };
   EXPECT_EQ(codeOf(withField("user-id", "a\r\nHost: evil")), URLError::badRequest);
   EXPECT_EQ(codeOf(withField("user-id", std::string("a\0b", 3))), URLError::badRequest);
-  EXPECT_EQ(codeOf(withField("user-id", "Zoë")), URLError::badRequest);
+  EXPECT_EQ(codeOf(withField("user-id", "a\x7F")), URLError::badRequest);
   EXPECT_EQ(codeOf(withField("user id", "a")), URLError::badRequest);
   URLRequest method = request();
   method.setHTTPMethod("GET / HTTP/1.1\r\n");

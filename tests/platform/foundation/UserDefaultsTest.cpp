@@ -1,5 +1,8 @@
+#include <cerrno>
 #include <fstream>
 #include <iterator>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 
 #include "platform/dispatch/Clock.h"
@@ -123,6 +126,100 @@ TEST_F(UserDefaultsTest, MovesADamagedFileAsideAndKeepsTheOthers) {
   defaults.set("new", "cut");
   ASSERT_TRUE(defaults.synchronize());
   EXPECT_EQ(UserDefaults(folder_).data("cut"), "new");
+}
+
+/// Leaves a process without a free descriptor while it lives.
+class NoDescriptorLeft {
+ public:
+  NoDescriptorLeft() {
+    ::getrlimit(RLIMIT_NOFILE, &usual_);
+    const rlimit none{0, usual_.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+  }
+  ~NoDescriptorLeft() { ::setrlimit(RLIMIT_NOFILE, &usual_); }
+
+ private:
+  rlimit usual_{};
+};
+
+TEST_F(UserDefaultsTest, LeavesAFileAloneThatCouldNotBeRead) {
+  UserDefaults(folder_).set("value", "other");
+  fs::create_directories(fileOf("key") / "inside");
+  ASSERT_EQ(::mkfifo(fileOf("pipe").c_str(), 0600), 0);
+  testing::internal::CaptureStderr();
+  {
+    UserDefaults defaults(folder_);
+    EXPECT_EQ(defaults.takeReports().size(), 2U);
+    EXPECT_EQ(defaults.data("other"), "value");
+    defaults.set("new", "key");
+    defaults.removeObject("pipe");
+    defaults.set("new", "pipe");
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_FALSE(defaults.synchronize()) << "it is still not written";
+    EXPECT_EQ(defaults.takeReports().size(), 2U) << "but told once";
+    EXPECT_EQ(defaults.data("key"), "new") << "in memory it is";
+    defaults.set("newer", "other");
+  }
+  EXPECT_TRUE(fs::is_directory(fileOf("key") / "inside"));
+  EXPECT_TRUE(fs::is_fifo(fileOf("pipe")));
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 4) << told;
+  EXPECT_EQ(told.find("aside"), std::string::npos) << told;
+  EXPECT_EQ(names().size(), 3U);
+  fs::remove_all(fileOf("key"));
+  fs::remove(fileOf("pipe"));
+  EXPECT_EQ(UserDefaults(folder_).data("other"), "newer") << "other keys are written as ever";
+}
+
+TEST_F(UserDefaultsTest, LosesNothingWhenThereIsNoDescriptorLeftToReadWith) {
+  UserDefaults(folder_).set("precious", "key");
+  testing::internal::CaptureStderr();
+  {
+    std::optional<UserDefaults> defaults;
+    {
+      const NoDescriptorLeft none;
+      defaults.emplace(folder_);
+    }
+    defaults->set("new", "key");
+    defaults->set("value", "fresh");
+    defaults->set("again", "fresh");
+    EXPECT_FALSE(defaults->synchronize());
+    defaults->set("once more", "fresh");
+    EXPECT_FALSE(defaults->synchronize()) << "the other is still waiting";
+  }
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("its files are left alone"));
+  const UserDefaults later(folder_);
+  EXPECT_EQ(later.data("key"), "precious");
+  EXPECT_EQ(later.data("fresh"), "once more") << "what was not there may be written";
+}
+
+TEST_F(UserDefaultsTest, TellsAReadThatFailsFromAFileThatIsNotThere) {
+  fs::create_directories(folder_);
+  const auto refuse = [](const char*) {
+    errno = EACCES;
+    return -1;
+  };
+  write(folder_ / "file", "12345678");
+  EXPECT_EQ(UserDefaultsFile::read(folder_ / "file", 100, refuse).reason, "Permission denied");
+  EXPECT_EQ(UserDefaultsFile::read(folder_ / "file", 100).bytes, "12345678");
+  EXPECT_EQ(UserDefaultsFile::read(folder_ / "file", 3).bytes, "1234");
+  const UserDefaultsFile::Content none = UserDefaultsFile::read(folder_ / "none", 100);
+  EXPECT_TRUE(!none.bytes && none.reason.empty());
+}
+
+TEST_F(UserDefaultsTest, KeepsADamagedFileUntilItCanBeMovedAside) {
+  fs::create_directories(fileOf("key").string() + ".corrupt/in the way");
+  write(fileOf("key"), "damaged");
+  testing::internal::CaptureStderr();
+  UserDefaults defaults(folder_);
+  defaults.set("new", "key");
+  EXPECT_FALSE(defaults.synchronize());
+  EXPECT_EQ(contentsOf(fileOf("key")), "damaged");
+  fs::remove_all(fileOf("key").string() + ".corrupt");
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_EQ(contentsOf(fileOf("key").string() + ".corrupt"), "damaged");
+  EXPECT_EQ(UserDefaults(folder_).data("key"), "new");
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("could not be moved aside"));
 }
 
 TEST_F(UserDefaultsTest, ClearsAwayWhatAKilledProcessLeftBehind) {

@@ -57,12 +57,15 @@ class Base : public Object<Base, NSObject> {
 class Middle : public Object<Middle, Base> {};
 class Leaf : public Object<Leaf, Middle> {};
 
+std::string whoAtTheBase(Base&) { return "base"; }
 std::string whoInTheMiddle(Middle&) { return "middle"; }
 std::string whoAtTheLeaf(Leaf&) { return "leaf"; }
 
 TEST(Class, FindsMethodsAddedToASubclassAfterMessagesWereSent) {
   const Ref<Leaf> leaf = make<Leaf>();
-  const SEL who = sel("who");
+  static int round = 0;  // methods stay added: every round asks for another one
+  const SEL who = sel("who in round " + std::to_string(++round));
+  EXPECT_TRUE(class_addMethod<&whoAtTheBase>(Base::cls(), who));
   EXPECT_EQ(leaf->perform<std::string>(who), "base");
   EXPECT_EQ(class_getInstanceMethod(Leaf::cls(), who), class_getInstanceMethod(Base::cls(), who));
   EXPECT_TRUE(class_addMethod<&whoInTheMiddle>(Middle::cls(), who));
@@ -73,6 +76,22 @@ TEST(Class, FindsMethodsAddedToASubclassAfterMessagesWereSent) {
   EXPECT_EQ(make<Middle>()->perform<std::string>(who), "middle");
   EXPECT_EQ(make<Base>()->perform<std::string>(who), "base");
   EXPECT_EQ(Leaf::cls().ownMethod(who)->owner().name(), "Leaf");
+}
+
+void ripen(Base&) {}
+
+TEST(Class, AnswersYesOnceASuperclassGainsWhatWasRememberedAsMissing) {
+  const Ref<Leaf> leaf = make<Leaf>();
+  const Ref<shop::CartScreen> stranger = make<shop::CartScreen>();
+  // More questions than the memory has places, so that some share one.
+  for (int i = 0; i < 200; ++i) EXPECT_FALSE(leaf->respondsToSelector(sel("unknown" + std::to_string(i) + ":")));
+  static int round = 0;
+  const SEL ripen = sel("ripen" + std::to_string(round++));
+  EXPECT_FALSE(leaf->respondsToSelector(ripen));
+  EXPECT_FALSE(stranger->respondsToSelector(ripen));
+  EXPECT_TRUE(class_addMethod<&platform::ripen>(Base::cls(), ripen));
+  EXPECT_TRUE(leaf->respondsToSelector(ripen));
+  EXPECT_FALSE(stranger->respondsToSelector(ripen));
 }
 
 TEST(Class, AnswersManyThreadsAndMoreSelectorsThanItCaches) {

@@ -92,6 +92,23 @@ TEST_F(ExchangeTest, IsReachedThroughTheOverrideOfASubclass) {
   EXPECT_THAT(performed(make<Slider>()), ElementsAre("slider", "hook", "tap"));
 }
 
+TEST_F(ExchangeTest, IsSeenByACallThatWasHeldBefore) {
+  class_addMethod<&hookedSend>(Control::cls(), sel("hooked_send:"));
+  const MethodCall<bool(std::string)> send(Button::cls(), sel("send:"));
+  const MethodCall<bool(std::string)> hooked(Control::cls(), sel("hooked_send:"));
+  const Ref<Slider> slider = make<Slider>();
+  exchange();
+  EXPECT_TRUE(send(*slider, "tap"));
+  EXPECT_THAT(history, ElementsAre("hook", "tap")) << "the implementation in force, not the override of the slider";
+  history.clear();
+  EXPECT_TRUE(hooked(*slider, "tap"));
+  EXPECT_THAT(history, ElementsAre("tap"));
+  exchange();
+  history.clear();
+  EXPECT_TRUE(send(*slider, "tap"));
+  EXPECT_THAT(history, ElementsAre("tap"));
+}
+
 TEST_F(ExchangeTest, IsUndoneByASecondOne) {
   exchange();
   exchange();
@@ -134,6 +151,9 @@ TEST(ExchangeDeath, RefusesWhatDoesNotMatch) {
   EXPECT_DEATH(method_exchangeImplementations(send, other),
                "send: of class Control is bool \\(string\\), other: is void \\(long\\)");
   EXPECT_DEATH(method_exchangeImplementations(send, nullptr), "fatal error: .* a method is missing");
+  EXPECT_DEATH(MethodCall<bool()>(Control::cls(), sel("send:")),
+               "send: of class Control is called as bool \\(\\) but is");
+  EXPECT_DEATH(MethodCall<bool()>(Control::cls(), sel("missing")), "class Control does not answer missing");
 }
 
 /// An operation that gives an object, and an initialiser that make() has to reach.

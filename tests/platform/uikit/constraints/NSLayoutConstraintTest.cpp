@@ -127,6 +127,37 @@ TEST_F(NSLayoutConstraintTest, BreaksTheLastOfContradictingRequirementsWithOneLi
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST_F(NSLayoutConstraintTest, LetsTheOneActivatedLastYieldWheneverLayoutRan) {
+  const auto build = [](bool heightIsFirst, int layoutsAfter) {
+    const auto screen = root(390, 844);
+    const auto box = placed(screen, "box");
+    const auto height = box->heightAnchor().constraintEqualToConstant(50);
+    const auto top = box->topAnchor().constraintEqualToAnchor(screen->topAnchor());
+    const auto bottom = box->bottomAnchor().constraintEqualToAnchor(screen->bottomAnchor());
+    std::vector<Ref<NSLayoutConstraint>> order{top, bottom, height};
+    if (heightIsFirst) order = {height, top, bottom};
+    testing::internal::CaptureStderr();
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      order[i]->setActive(true);
+      if (static_cast<int>(i) < layoutsAfter) screen->layoutIfNeeded();
+    }
+    screen->layoutIfNeeded();
+    const double found = box->frame().height();
+    box->removeFromSuperview();  // and back: what was active stays in its order
+    screen->addSubview(box);
+    activate({top, bottom});
+    screen->layoutIfNeeded();
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+    EXPECT_EQ(box->frame().height(), 50);
+    return found;
+  };
+  for (int layoutsAfter = 0; layoutsAfter < 3; ++layoutsAfter) {
+    EXPECT_EQ(build(true, layoutsAfter), 50) << layoutsAfter;
+    EXPECT_EQ(build(false, layoutsAfter), 844) << layoutsAfter;
+  }
+}
+
 TEST_F(NSLayoutConstraintTest, LetsTheHostsConstraintYieldToAGivenFrameThatContradictsIt) {
   activate({a->leftAnchor().constraintEqualToAnchor(container->leftAnchor()),
             a->rightAnchor().constraintEqualToAnchor(container->rightAnchor()),

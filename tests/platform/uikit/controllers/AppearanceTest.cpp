@@ -45,6 +45,61 @@ TEST_F(AppearanceTest, ParentsHearOfWhatWillHappenFirstAndOfWhatDidHappenLast) {
             "P.willDisappear C.willDisappear G.willDisappear G.didDisappear C.didDisappear P.didDisappear");
 }
 
+/// A navigation or tab bar controller of the host's, which does something around its base.
+template <class Container>
+class JournalContainer : public Object<JournalContainer<Container>, Container> {
+ public:
+  explicit JournalContainer(Journal journal) : journal_(std::move(journal)) {}
+  void viewDidAppear(bool animated) override {
+    journal_.write("N.hears");
+    if (beforeBase) beforeBase();
+    if (callsBase) Container::viewDidAppear(animated);
+    journal_.write("N.did");
+  }
+  std::function<void()> beforeBase;
+  bool callsBase = true;
+
+ private:
+  Journal journal_;
+};
+
+TEST_F(AppearanceTest, ContainersOfThePlatformHaveAppearedBeforeTheirScreens) {
+  const auto navigation = make<JournalContainer<UINavigationController>>(journal);
+  navigation->pushViewController(screen("A"), false);
+  journal.take();
+  show(navigation);
+  EXPECT_EQ(journal.take(), "A.load A.willAppear N.hears A.didAppear N.did");
+  show(make<UIViewController>());
+  EXPECT_EQ(journal.take(), "A.willDisappear A.didDisappear");
+  navigation->callsBase = false;
+  show(navigation);
+  EXPECT_EQ(journal.take(), "A.willAppear N.hears N.did A.didAppear") << "its screen appears all the same";
+  navigation->viewDidAppear(false);
+  EXPECT_EQ(journal.take(), "N.hears N.did") << "once";
+
+  const auto tabs = make<JournalContainer<UITabBarController>>(journal);
+  tabs->setViewControllers({screen("B"), screen("C")});
+  tabs->beforeBase = [&] { tabs->setSelectedIndex(1); };
+  journal.take();
+  show(tabs);
+  settle();
+  EXPECT_EQ(journal.take(),
+            "A.willDisappear A.didDisappear B.load B.willAppear N.hears B.didAppear N.did C.load C.willAppear "
+            "B.willDisappear B.didDisappear C.didAppear");
+}
+
+TEST_F(AppearanceTest, AScreenPushedWhileItsContainerAppearsComesAfterTheOneThatIsComing) {
+  const auto navigation = make<JournalContainer<UINavigationController>>(journal);
+  navigation->pushViewController(screen("A"), false);
+  navigation->beforeBase = [&] { navigation->pushViewController(screen("B"), false); };
+  journal.take();
+  show(navigation);
+  settle();
+  EXPECT_EQ(journal.take(),
+            "A.load A.willAppear N.hears B.will+ A.didAppear N.did B.load A.willDisappear B.willAppear A.didDisappear "
+            "B.didAppear B.did+");
+}
+
 TEST_F(AppearanceTest, AChildPutIntoAVisibleViewByHandAppearsAndTakenOutDisappears) {
   const auto parent = screen("P");
   const auto child = screen("C");
@@ -130,6 +185,29 @@ TEST_F(AppearanceTest, AdditionalSafeAreaReachesTheViewAndItsSubviews) {
 // ---- Segues
 
 class Sender : public Object<Sender, NSObject> {};
+
+TEST_F(AppearanceTest, ASegueThatTheScreenDoesNotKnowIsPassedOverWhenItMayBe) {
+  class Router : public Object<Router, JournalScreen> {
+   public:
+    using Object::Object;
+    void performSegue(const std::string& identifier, const Ref<NSObject>& sender) override {
+      asked += identifier + " ";
+      if (identifier != "own") Super::performSegue(identifier, sender);
+    }
+    std::string asked;
+  };
+  const auto router = make<Router>("A", journal);
+  int made = 0;
+  router->registerSegue("known", UIStoryboardSegue::Kind::show, [&]() -> Ref<UIViewController> {
+    ++made;
+    return nullptr;
+  });
+  for (const char* identifier : {"own", "known", "unknown"}) router->performSegueIfKnown(identifier, nullptr);
+  EXPECT_EQ(router->asked, "own known unknown ");
+  EXPECT_EQ(made, 1);
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(router->performSegue("unknown", nullptr), "Router has no segue with identifier 'unknown'");
+}
 
 TEST_F(AppearanceTest, ASegueMakesItsDestinationPreparesItAndPresentsIt) {
   class Source : public Object<Source, JournalScreen> {

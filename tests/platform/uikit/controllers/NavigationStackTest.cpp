@@ -1,5 +1,6 @@
 #include "platform/uikit/bars/UINavigationBar.h"
 #include "platform/uikit/controllers/UINavigationController.h"
+#include "platform/uikit/controllers/UITabBarController.h"
 #include "tests/platform/uikit/controllers/JournalScreen.h"
 #include "tests/support/AppFixture.h"
 
@@ -300,6 +301,22 @@ TEST_F(NavigationStackTest, VisibleIsWhatIsPresentedElseTheTop) {
   b->presentViewController(c, false);
   EXPECT_EQ(navigation->visibleViewController(), c);
   EXPECT_EQ(navigation->topViewController(), b);
+}
+
+TEST_F(NavigationStackTest, NoneIsNoScreenOfAStack) {
+  const auto navigation = make<UINavigationController>(Ref<UIViewController>());
+  EXPECT_TRUE(navigation->viewControllers().empty());
+  const auto a = make<UIViewController>();
+  const auto b = make<UIViewController>();
+  navigation->setViewControllers({nullptr, a, nullptr, b, nullptr});
+  EXPECT_EQ(navigation->viewControllers(), (std::vector<Ref<UIViewController>>{a, b}));
+  navigation->pushViewController(nullptr, false);
+  EXPECT_EQ(navigation->topViewController(), b);
+  const auto tabs = make<UITabBarController>();
+  tabs->setViewControllers({nullptr, navigation});
+  show(tabs);
+  EXPECT_EQ(tabs->viewControllers().size(), 1u);
+  EXPECT_EQ(navigation->visibleViewController(), b);
 }
 
 }  // namespace

@@ -24,6 +24,24 @@ class Updater : public Object<Updater, NSObject> {
   Journal journal_;
 };
 
+class Delegate : public Object<Delegate, NSObject> {
+ public:
+  explicit Delegate(Journal journal) : journal_(std::move(journal)) {}
+  void willPresent(Ref<UISearchController>) { journal_.write("willPresent"); }
+  void didPresent(Ref<UISearchController>) { journal_.write("didPresent"); }
+  void willDismiss(Ref<UISearchController>) { journal_.write("willDismiss"); }
+  void didDismiss(Ref<UISearchController>) { journal_.write("didDismiss"); }
+  static void exportMethods(MethodTable<Delegate>& table) {
+    table.add<&Delegate::willPresent>("willPresentSearchController:")
+        .add<&Delegate::didPresent>("didPresentSearchController:")
+        .add<&Delegate::willDismiss>("willDismissSearchController:")
+        .add<&Delegate::didDismiss>("didDismissSearchController:");
+  }
+
+ private:
+  Journal journal_;
+};
+
 class SearchControllerTest : public AppFixture {
  protected:
   SearchControllerTest() {
@@ -78,6 +96,26 @@ TEST_F(SearchControllerTest, ActivatingByProgramBringsTheKeyboardAndATapOnTheScr
   EXPECT_FALSE(search->isActive());
   EXPECT_EQ(journal.take(), "off:");
   EXPECT_TRUE(a->view()->subviews().empty());
+}
+
+TEST_F(SearchControllerTest, TheDelegateHearsBeforeAndAfterItComesAndGoes) {
+  const auto delegate = make<Delegate>(journal);
+  search->setDelegate(delegate);
+  search->setActive(true);
+  EXPECT_EQ(journal.take(), "willPresent on: didPresent");
+  search->setActive(false);
+  EXPECT_EQ(journal.take(), "willDismiss off: didDismiss");
+}
+
+TEST_F(SearchControllerTest, TheScreenIsObscuredOnlyWhenThatIsWanted) {
+  search->setActive(true);
+  ASSERT_EQ(a->view()->subviews().size(), 1u);
+  search->setActive(false);
+  search->setObscuresBackgroundDuringPresentation(false);
+  search->setActive(true);
+  EXPECT_TRUE(a->view()->subviews().empty());
+  tap(CGPoint{200, 300});
+  EXPECT_TRUE(search->isActive()) << "a tap on the screen is the screen's";
 }
 
 TEST_F(SearchControllerTest, ThePictureOfALargeTitleWithASearch) {

@@ -81,6 +81,25 @@ TEST_F(GeometryTest, ConvertsBetweenAnyTwoViews) {
   EXPECT_EQ(elsewhere->convertPoint({1, 1}, window().get()), (CGPoint{1, 1})) << "roots lie on one another";
 }
 
+TEST_F(GeometryTest, ConvertsBetweenWindowsByWayOfTheScreen) {
+  const auto other = make<UIWindow>(CGRect{0, 0, 390, 844});
+  other->setHidden(false);
+  const auto outer = add({10, 10, 100, 100}, other);
+  const auto inner = add({1, 2, 20, 20}, outer);
+  window()->setFrame({0, 100, 390, 744});
+  const auto here = add({5, 5, 50, 50});
+  EXPECT_EQ(outer->convertRect(outer->bounds(), window().get()), (CGRect{10, -90, 100, 100}));
+  EXPECT_EQ(inner->convertPoint({0, 0}, here.get()), (CGPoint{6, -93}));
+  EXPECT_EQ(here->convertPointFrom({0, 0}, inner.get()), (CGPoint{6, -93}));
+  EXPECT_EQ(here->convertRectFrom({0, 0, 4, 4}, inner.get()), (CGRect{6, -93, 4, 4}));
+  EXPECT_EQ(window()->convertPoint({0, 0}, other.get()), (CGPoint{0, 100}));
+  EXPECT_EQ(inner->convertPoint({0, 0}, nullptr), (CGPoint{11, 12})) << "none is its own window";
+  window()->setBounds({0, 50, 390, 744});  // scrolled
+  EXPECT_EQ(outer->convertPoint({0, 0}, window().get()), (CGPoint{10, -40}));
+  const auto loose = make<UIView>(CGRect{500, 500, 10, 10});
+  EXPECT_EQ(loose->convertPoint({1, 1}, window().get()), (CGPoint{1, 1})) << "it stands on no screen";
+}
+
 TEST_F(GeometryTest, HandsTheSafeAreaDownAsFarAsViewsReachIntoIt) {
   EXPECT_EQ(window()->safeAreaInsets(), (UIEdgeInsets{47, 0, 34, 0}));
   struct Case {

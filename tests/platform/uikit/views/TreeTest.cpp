@@ -86,6 +86,9 @@ TEST_F(TreeTest, KeepsSubviewsAndTheirLayersInOrder) {
   EXPECT_THAT(parent->subviews(), ElementsAre(a, c, b));
   parent->insertSubview(c, 99);
   EXPECT_THAT(parent->subviews(), ElementsAre(a, b, c));
+  parent->insertSubviewAbove(b, a);
+  EXPECT_THAT(parent->subviews(), ElementsAre(a, b, c)) << "above its sibling already";
+  EXPECT_EQ(layers(), "abc-");
   a->removeFromSuperview();
   EXPECT_EQ(layers(), "bc-");
   EXPECT_EQ(a->superview(), nullptr);
@@ -245,6 +248,7 @@ TEST_F(TreeTest, CopesWithHooksThatChangeTheTree) {
   const auto restless = make<ToldView>();
   const auto inner = make<ToldView>();
   restless->addSubview(inner);
+  inner->log = &log;
   restless->onWindow = [&] {
     restless->onWindow = nullptr;
     restless->removeFromSuperview();
@@ -253,6 +257,20 @@ TEST_F(TreeTest, CopesWithHooksThatChangeTheTree) {
   EXPECT_EQ(restless->window(), nullptr);
   EXPECT_EQ(inner->window(), nullptr);
   EXPECT_THAT(content()->subviews(), IsEmpty());
+  EXPECT_THAT(log, ElementsAre(" will enter", " will exit", " did exit")) << "where it is, it was told once";
+
+  // One that the hook took to another window hears of that window alone.
+  auto second = make<UIWindow>(CGRect{0, 0, 100, 100});
+  const auto moved = make<ToldView>();
+  restless->addSubview(moved);
+  std::vector<Ref<UIWindow>> entered;
+  moved->onWindow = [&] { entered.push_back(moved->window()); };
+  restless->onWindow = [&] {
+    if (restless->window()) second->addSubview(moved);
+  };
+  content()->addSubview(restless);
+  EXPECT_THAT(entered, ElementsAre(second));
+  moved->onWindow = restless->onWindow = nullptr;
 }
 
 }  // namespace platform::test

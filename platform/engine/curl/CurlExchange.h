@@ -1,0 +1,106 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <curl/curl.h>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/engine/HttpTransport.h"
+#include "platform/engine/curl/CertificateCheck.h"
+#include "platform/engine/curl/GzipReader.h"
+#include "platform/engine/curl/ReplyHead.h"
+
+namespace platform {
+
+/// One request on its way through libcurl, on a connection of its own, sent once. Everything but `forget` and the
+/// constructor runs on the network's thread.
+class CurlExchange {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// `authorities`: a file of trusted ones in place of the machine's, or empty.
+  CurlExchange(HttpTransport::Request request, HttpTransport::Completion completion, std::string authorities);
+  CurlExchange(const CurlExchange&) = delete;
+  CurlExchange& operator=(const CurlExchange&) = delete;
+
+  /// Readies the handle, or says why it cannot be.
+  std::optional<URLError::Code> open();
+  /// None before `open` and once the exchange is over.
+  CURL* easy() const { return easy_.get(); }
+  /// When it has taken too long.
+  Clock::time_point deadline() const { return std::min(lastProgress_ + idleLimit_, overallDeadline_); }
+  /// The transfer has ended: judges it and calls the completion. The handle is in nobody's hands by then.
+  void finish(CURLcode result);
+  /// Ends it otherwise.
+  void fail(URLError::Code code);
+  /// The completion will not be called any more. Any thread.
+  void forget();
+
+ private:
+  struct CloseEasy {
+    void operator()(CURL* easy) const { ::curl_easy_cleanup(easy); }
+  };
+  struct FreeList {
+    void operator()(curl_slist* list) const { ::curl_slist_free_all(list); }
+  };
+  struct FreeAddress {
+    void operator()(CURLU* address) const { ::curl_url_cleanup(address); }
+  };
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  using File = std::unique_ptr<std::FILE, CloseFile>;
+
+  template <class Value>
+  void set(CURLoption option, Value value) {
+    isReady_ = ::curl_easy_setopt(easy_.get(), option, value) == CURLE_OK && isReady_;
+  }
+  std::optional<URLError::Code> openAddress();
+  std::optional<URLError::Code> openFiles();
+  void setRules();
+  void setBody();
+  void setHeaders();
+  void setSecurity();
+  void addHeader(const std::string& line);
+
+  std::size_t takeHeadLine(std::string_view line);
+  std::size_t takeBody(std::string_view bytes);
+  bool keep(std::string_view bytes);
+  std::size_t giveBody(char* target, std::size_t size);
+  void noteProgress(curl_off_t bytes);
+  std::optional<URLError::Code> judge(CURLcode result) const;
+  void complete(HttpTransport::Reply reply);
+
+  HttpTransport::Request request_;
+  std::mutex mutex_;
+  HttpTransport::Completion completion_;  // guarded: taken once, by whoever ends the exchange
+  const std::string authorities_;
+
+  std::unique_ptr<CURLU, FreeAddress> address_;
+  std::unique_ptr<curl_slist, FreeList> headers_;
+  std::unique_ptr<CURL, CloseEasy> easy_;
+  File bodyFile_;
+  curl_off_t bodyLength_ = 0;
+  File replyFile_;
+  std::optional<CertificateCheck> certificateCheck_;
+  bool isReady_ = true;
+  bool unpacks_ = true;
+
+  Clock::duration idleLimit_{};
+  Clock::time_point lastProgress_;
+  Clock::time_point overallDeadline_;
+  curl_off_t moved_ = 0;
+  std::size_t headBytes_ = 0;
+  std::size_t received_ = 0;
+  ReplyHead head_;
+  std::unique_ptr<GzipReader> gzip_;
+  std::optional<URLError::Code> failure_;  // why a transfer was broken off from here
+  HttpTransport::Reply result_;
+};
+
+}  // namespace platform

@@ -1,0 +1,238 @@
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointingDevice>
+#include <QTest>
+#include <QTouchEvent>
+#include <QWheelEvent>
+#include <QWindow>
+#include <gmock/gmock.h>
+
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/engine/Engine.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/application/UIWindow.h"
+#include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/device/UIScreen.h"
+#include "platform/uikit/lists/UIScrollView.h"
+#include "platform/uikit/text/UITextField.h"
+
+// The window system's own events, sent to a window that nobody sees: what a person's hand really does arrives so.
+
+namespace platform {
+namespace {
+
+using testing::ElementsAre;
+
+/// Writes down what it is told.
+class Told final : public EngineWindowDelegate {
+ public:
+  void windowTouched(const WindowTouch& touch) override {
+    static constexpr const char* names[] = {"began", "moved", "ended", "cancelled"};
+    add(std::to_string(touch.identifier) + " " + names[static_cast<int>(touch.phase)] + at(touch.location));
+  }
+  void windowKeyPressed(const WindowKey& key) override {
+    std::string line = "key " + std::to_string(static_cast<int>(key.name)) + " '" + key.text + "'";
+    if (key.shift) line += " shift";
+    if (key.command) line += " command";
+    if (key.option) line += " option";
+    add(line);
+  }
+  void windowScrolled(const WindowScroll& scroll) override {
+    add("scroll" + at(scroll.location) + " by" + at({scroll.delta.dx, scroll.delta.dy}));
+  }
+  void windowClosed() override { add("closed"); }
+  std::vector<std::string> taken() { return std::exchange(log_, {}); }
+
+ private:
+  static std::string at(CGPoint point) {
+    return " " + std::to_string(std::lround(point.x)) + "," + std::to_string(std::lround(point.y));
+  }
+  void add(std::string line) { log_.push_back(std::move(line)); }
+  std::vector<std::string> log_;
+};
+
+QWindow* newestWindow() { return QGuiApplication::allWindows().back(); }
+
+void sendMouse(QWindow* window, QEvent::Type type, QPointF point, Qt::MouseButton button,
+               Qt::MouseButtons buttons = Qt::LeftButton) {
+  QMouseEvent event(type, point, window->mapToGlobal(point), button, buttons, Qt::NoModifier);
+  QCoreApplication::sendEvent(window, &event);
+}
+
+bool sendKey(QWindow* window, int key, const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+  QCoreApplication::sendEvent(window, &event);
+  return event.isAccepted();
+}
+
+/// A window of 200 x 300 points, small enough to be shown at full size on any screen.
+class QtWindowTest : public testing::Test {
+ protected:
+  QtWindowTest() : engineWindow_(Engine::shared().openWindow({200, 300}, 2, "Tea", told_)), window_(newestWindow()) {}
+  std::vector<std::string> told() { return told_.taken(); }
+  Told told_;
+  std::unique_ptr<EngineWindow> engineWindow_;
+  QWindow* window_;
+};
+
+TEST_F(QtWindowTest, TakesTheLeftMouseButtonForAFinger) {
+  sendMouse(window_, QEvent::MouseMove, {5, 5}, Qt::NoButton, Qt::NoButton);
+  sendMouse(window_, QEvent::MouseButtonPress, {5, 5}, Qt::RightButton, Qt::RightButton);
+  sendMouse(window_, QEvent::MouseButtonRelease, {5, 5}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_THAT(told(), ElementsAre()) << "moving, other buttons and stray releases touch nothing";
+  sendMouse(window_, QEvent::MouseButtonPress, {10, 20}, Qt::LeftButton);
+  sendMouse(window_, QEvent::MouseButtonPress, {11, 20}, Qt::LeftButton);
+  sendMouse(window_, QEvent::MouseMove, {30, 40}, Qt::NoButton);
+  sendMouse(window_, QEvent::MouseButtonRelease, {30, 40}, Qt::RightButton);
+  sendMouse(window_, QEvent::MouseButtonRelease, {31, 41}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_THAT(told(), ElementsAre("0 began 10,20", "0 moved 30,40", "0 ended 31,41"));
+}
+
+TEST_F(QtWindowTest, TellsFingersApartAndCancelsThem) {
+  static QPointingDevice* const hand = QTest::createTouchDevice();
+  QTest::touchEvent(window_, hand).press(0, QPoint(10, 20));
+  QTest::touchEvent(window_, hand).stationary(0).press(1, QPoint(50, 60));
+  QTest::touchEvent(window_, hand).move(0, QPoint(12, 20)).release(1, QPoint(50, 60));
+  const std::vector<std::string> log = told();
+  ASSERT_THAT(log, testing::SizeIs(4)) << "a resting finger says nothing";
+  const auto rest = [](const std::string& line) { return line.substr(line.find(' ')); };
+  EXPECT_THAT((std::vector{rest(log[0]), rest(log[1]), rest(log[2]), rest(log[3])}),
+              ElementsAre(" began 10,20", " began 50,60", " moved 12,20", " ended 50,60"));
+  EXPECT_EQ(log[0].front(), log[2].front());
+  EXPECT_EQ(log[1].front(), log[3].front());
+  EXPECT_NE(log[0].front(), log[1].front());
+  EXPECT_NE(log[0].front(), '0') << "the mouse's";
+
+  QTouchEvent cancel(QEvent::TouchCancel, hand, Qt::NoModifier, {{0, QEventPoint::Stationary, {12, 20}, {12, 20}}});
+  QCoreApplication::sendEvent(window_, &cancel);
+  EXPECT_TRUE(cancel.isAccepted()) << "else the same touch comes again as a mouse";
+  EXPECT_THAT(told(), ElementsAre(testing::HasSubstr(" cancelled ")));
+}
+
+TEST_F(QtWindowTest, ScrollsByNotchesOfAWheelAndByPointsOfATouchPad) {
+  const auto send = [this](QPoint pixels, QPoint angle) {
+    QWheelEvent event({10, 20}, {10, 20}, pixels, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(window_, &event);
+  };
+  send({}, {0, -120});
+  send({3, -7}, {24, -56});
+  EXPECT_THAT(told(), ElementsAre("scroll 10,20 by 0,-40", "scroll 10,20 by 3,-7"));
+}
+
+TEST_F(QtWindowTest, NamesKeysAndTellsWhatTheyType) {
+  const struct {
+    int key;
+    WindowKey::Name name;
+  } named[] = {{Qt::Key_Return, WindowKey::Name::returnKey},
+               {Qt::Key_Enter, WindowKey::Name::returnKey},
+               {Qt::Key_Tab, WindowKey::Name::tab},
+               {Qt::Key_Backspace, WindowKey::Name::backspace},
+               {Qt::Key_Delete, WindowKey::Name::forwardDelete},
+               {Qt::Key_Escape, WindowKey::Name::escape},
+               {Qt::Key_Left, WindowKey::Name::left},
+               {Qt::Key_Right, WindowKey::Name::right},
+               {Qt::Key_Up, WindowKey::Name::up},
+               {Qt::Key_Down, WindowKey::Name::down},
+               {Qt::Key_Home, WindowKey::Name::home},
+               {Qt::Key_End, WindowKey::Name::end}};
+  for (const auto& [key, name] : named) {
+    sendKey(window_, key, "\x1b");  // what they type is a control character
+    EXPECT_THAT(told(), ElementsAre("key " + std::to_string(static_cast<int>(name)) + " ''")) << key;
+  }
+  sendKey(window_, Qt::Key_Backtab, "\t", Qt::ShiftModifier);
+  EXPECT_THAT(told(), ElementsAre("key 2 '' shift"));
+  sendKey(window_, Qt::Key_A, "ä");
+  sendKey(window_, Qt::Key_C, "\x03", Qt::ControlModifier);
+  sendKey(window_, Qt::Key_E, "€", Qt::AltModifier);
+  EXPECT_THAT(told(), ElementsAre("key 0 'ä'", "key 0 'c' command", "key 0 '€' option"));
+  sendKey(window_, Qt::Key_F5, "");
+  sendKey(window_, Qt::Key_Shift, "", Qt::ShiftModifier);
+  EXPECT_THAT(told(), ElementsAre()) << "keys without a name that type nothing";
+}
+
+TEST_F(QtWindowTest, TakesWhatAnInputMethodHasComposed) {
+  QInputMethodQueryEvent query(Qt::ImEnabled);
+  QCoreApplication::sendEvent(window_, &query);
+  EXPECT_TRUE(query.value(Qt::ImEnabled).toBool());
+  QInputMethodEvent composing("に", {});
+  QCoreApplication::sendEvent(window_, &composing);
+  EXPECT_THAT(told(), ElementsAre()) << "not committed yet";
+  QInputMethodEvent composed;
+  composed.setCommitString("日本\n");
+  QCoreApplication::sendEvent(window_, &composed);
+  EXPECT_THAT(told(), ElementsAre("key 0 '日本'"));
+}
+
+TEST_F(QtWindowTest, AsksToBeClosedAndStays) {
+  QEvent close(QEvent::Close);
+  QCoreApplication::sendEvent(window_, &close);
+  EXPECT_THAT(told(), ElementsAre("closed"));
+  EXPECT_FALSE(close.isAccepted());
+  EXPECT_TRUE(window_->isVisible());
+}
+
+class Counter : public Object<Counter, NSObject> {
+ public:
+  void press() { ++presses; }
+  static void exportMethods(MethodTable<Counter>& table) { table.add<&Counter::press>("press"); }
+  int presses = 0;
+};
+
+/// The way all of it takes through a running application.
+class DesktopTest : public testing::Test {
+ protected:
+  /// Runs the application; the script runs once its window is there, then the application ends by the window's close.
+  void run(std::function<void(QWindow*)> script) {
+    DispatchQueue::main().async([script = std::move(script)] {
+      QWindow* const window = newestWindow();
+      script(window);
+      QEvent close(QEvent::Close);
+      QCoreApplication::sendEvent(window, &close);
+    });
+    EXPECT_EQ(UIApplication::shared().run("Desktop"), 0);
+  }
+};
+
+TEST_F(DesktopTest, BringsMouseKeysWheelAndCloseToTheApplication) {
+  const auto window = make<UIWindow>(UIScreen::main().bounds());
+  const auto root = make<UIViewController>();
+  const auto button = make<UIButton>(CGRect{20, 100, 100, 44});
+  const auto field = make<UITextField>(CGRect{20, 160, 200, 44});
+  const auto scroll = make<UIScrollView>(CGRect{0, 300, 390, 400});
+  scroll->setContentSize({390, 2000});
+  for (const Ref<UIView>& view : std::vector<Ref<UIView>>{button, field, scroll}) root->view()->addSubview(view);
+  window->setRootViewController(root);
+  window->makeKeyAndVisible();
+  const auto counter = make<Counter>();
+  button->addTarget(counter, sel("press"), UIControlEvents::touchUpInside);
+
+  run([&](QWindow* desktop) {
+    // The window may be smaller than the device: places in it shrink alike.
+    const double zoom = desktop->width() / UIScreen::main().bounds().width();
+    const auto click = [&](CGPoint point) {
+      const QPointF at(point.x * zoom, point.y * zoom);
+      sendMouse(desktop, QEvent::MouseButtonPress, at, Qt::LeftButton);
+      sendMouse(desktop, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+    };
+    click({40, 120});
+    EXPECT_EQ(counter->presses, 1);
+    field->becomeFirstResponder();
+    sendKey(desktop, Qt::Key_T, "t");
+    sendKey(desktop, Qt::Key_E, "é");
+    sendKey(desktop, Qt::Key_X, "x");
+    sendKey(desktop, Qt::Key_Backspace, "\b");
+    EXPECT_EQ(field->text(), "té");
+    QWheelEvent wheel({50 * zoom, 400 * zoom}, {}, {}, {0, -240}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(desktop, &wheel);
+    EXPECT_GT(scroll->contentOffset().y, 0);
+    field->resignFirstResponder();
+  });
+  window->setHidden(true);
+}
+
+}  // namespace
+}  // namespace platform
