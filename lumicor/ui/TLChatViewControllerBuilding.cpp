@@ -33,7 +33,10 @@ void TLChatViewController::viewDidLoad() {
   Super::viewDidLoad();
   view()->setBackgroundColor(UIColor::white());
   messages_ = Lumicor::shared().getChatHistory();
-  std::ranges::stable_sort(messages_, {}, &TLChatMessage::timestamp);
+  // A history comes in order as a rule: looking costs next to nothing, sorting a long one does not.
+  if (!std::ranges::is_sorted(messages_, {}, &TLChatMessage::timestamp)) {
+    std::ranges::stable_sort(messages_, {}, &TLChatMessage::timestamp);
+  }
   buildHeader();
   buildInputBar();
   buildList();

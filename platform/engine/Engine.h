@@ -13,9 +13,9 @@
 namespace platform {
 
 class Canvas;
-class TextLayout;
+class FontAtSize;
+class ShapedText;
 struct FontFace;
-struct TextStyle;
 
 /// What decoding a picture may take. Sizes are looked at before pixels are.
 struct ImageLimits {
@@ -45,7 +45,7 @@ class Engine {
   // ---- Drawing and text
   /// Paints onto the bitmap, which must stay where it is as long as the canvas lives. A pixel is a point.
   virtual std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap) = 0;
-  virtual std::shared_ptr<const TextLayout> layOut(std::string_view text, const TextStyle& style, double width) = 0;
+  virtual std::shared_ptr<ShapedText> shape(std::string_view text, const FontAtSize& font, bool underlined) = 0;
 
   // ---- Fonts. A face lives as long as the process.
   /// Weight 100 to 900.

@@ -1,7 +1,10 @@
 #include "platform/engine/TextLayout.h"
 
+#include <algorithm>
 #include <list>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/engine/Engine.h"
@@ -10,7 +13,7 @@ namespace platform {
 
 namespace {
 
-/// The layouts made last, the least recently used let go first.
+/// The texts shaped last, each with the layouts made of it; the least recently used let go first.
 class LayoutCache {
  public:
   static LayoutCache& shared() {
@@ -18,52 +21,69 @@ class LayoutCache {
     return *cache;
   }
 
-  std::shared_ptr<const TextLayout> find(std::string_view text, const TextStyle& style, double width) {
-    const auto [from, to] = index_.equal_range(hash(text, style, width));
-    for (auto it = from; it != to; ++it) {
-      const TextLayout& layout = **it->second;
-      if (layout.width() != width || !(layout.style() == style) || layout.text() != text) continue;
-      recent_.splice(recent_.begin(), recent_, it->second);
-      return recent_.front();
+  std::shared_ptr<const TextLayout> layout(std::string_view text, const TextStyle& style, double width) {
+    Entry& entry = shaped(text, style);
+    for (auto it = entry.layouts.begin(); it != entry.layouts.end(); ++it) {
+      if ((*it)->width() != width || !((*it)->style() == style)) continue;
+      std::rotate(it, it + 1, entry.layouts.end());
+      return entry.layouts.back();
     }
-    return nullptr;
-  }
-
-  void add(std::shared_ptr<const TextLayout> layout) {
-    bytes_ += cost(*layout);
-    const std::size_t key = hash(layout->text(), layout->style(), layout->width());
-    recent_.push_front(std::move(layout));
-    index_.emplace(key, recent_.begin());
-    while (recent_.size() > 1 && (recent_.size() > maximumCount || bytes_ > maximumBytes)) dropLast();
+    if (entry.layouts.size() == mostWidths) {
+      entry.layouts.erase(entry.layouts.begin());
+    } else {
+      bytes_ += perLayout;
+    }
+    entry.layouts.push_back(entry.shaped->layOut(style, width));
+    const std::shared_ptr<const TextLayout> made = entry.layouts.back();
+    while (recent_.size() > 1 && bytes_ > maximumBytes) dropLast();
+    return made;
   }
 
  private:
-  static constexpr std::size_t maximumCount = 1024;
+  static constexpr std::size_t mostWidths = 8;
+  static constexpr std::size_t perLayout = 256;
+  static constexpr std::size_t perText = 4096;  // a cache of a thousand texts
   static constexpr std::size_t maximumBytes = 4u << 20;
-  using List = std::list<std::shared_ptr<const TextLayout>>;
+  struct Entry {
+    std::shared_ptr<ShapedText> shaped;
+    std::vector<std::shared_ptr<const TextLayout>> layouts;  ///< the last used one last
+    std::size_t cost() const { return perText + shaped->text().size() + layouts.size() * perLayout; }
+  };
+  using List = std::list<Entry>;
 
-  static std::size_t cost(const TextLayout& layout) { return layout.text().size() + 256; }
-
-  static std::size_t hash(std::string_view text, const TextStyle& style, double width) {
+  static std::size_t hash(std::string_view text, const FontAtSize& font, bool underlined) {
     std::size_t value = std::hash<std::string_view>{}(text);
     const auto add = [&value](std::size_t part) { value ^= part + 0x9e3779b97f4a7c15u + (value << 6) + (value >> 2); };
-    add(std::hash<double>{}(width));
-    add(std::hash<const void*>{}(&style.font.face()));
-    add(std::hash<double>{}(style.font.pointSize()));
-    add(static_cast<std::size_t>(style.numberOfLines) * 64 + static_cast<std::size_t>(style.lineBreakMode) * 8 +
-        static_cast<std::size_t>(style.alignment));
+    add(std::hash<const void*>{}(&font.face()));
+    add(std::hash<double>{}(font.pointSize()) * 2 + (underlined ? 1 : 0));
     return value;
+  }
+
+  Entry& shaped(std::string_view text, const TextStyle& style) {
+    const std::size_t key = hash(text, style.font, style.underline);
+    const auto [from, to] = index_.equal_range(key);
+    for (auto it = from; it != to; ++it) {
+      const ShapedText& known = *it->second->shaped;
+      if (known.isUnderlined() != style.underline || !(known.font() == style.font) || known.text() != text) continue;
+      recent_.splice(recent_.begin(), recent_, it->second);
+      return recent_.front();
+    }
+    recent_.push_front({Engine::shared().shape(text, style.font, style.underline), {}});
+    index_.emplace(key, recent_.begin());
+    bytes_ += recent_.front().cost();
+    return recent_.front();
   }
 
   void dropLast() {
     const auto last = std::prev(recent_.end());
-    const auto [from, to] = index_.equal_range(hash((*last)->text(), (*last)->style(), (*last)->width()));
+    const ShapedText& text = *last->shaped;
+    const auto [from, to] = index_.equal_range(hash(text.text(), text.font(), text.isUnderlined()));
     for (auto it = from; it != to; ++it) {
       if (it->second != last) continue;
       index_.erase(it);
       break;
     }
-    bytes_ -= cost(**last);
+    bytes_ -= last->cost();
     recent_.pop_back();
   }
 
@@ -76,18 +96,14 @@ constexpr double caretWidth = 2;
 
 }  // namespace
 
-TextLayout::TextLayout(std::string_view text, const TextStyle& style, double width)
-    : text_(text), style_(style), width_(width) {}
+TextLayout::TextLayout(std::shared_ptr<const ShapedText> shaped, const TextStyle& style, double width)
+    : style_(style), width_(width), shaped_(std::move(shaped)) {}
 
 std::shared_ptr<const TextLayout> TextLayout::make(std::string_view text, const TextStyle& style, double width) {
   assertMainThread("TextLayout::make");
   if (!std::isfinite(width) || width > 1e6) width = CGFloatMax;
   if (width < 0) width = 0;
-  LayoutCache& cache = LayoutCache::shared();
-  if (auto found = cache.find(text, style, width)) return found;
-  std::shared_ptr<const TextLayout> layout = Engine::shared().layOut(text, style, width);
-  cache.add(layout);
-  return layout;
+  return LayoutCache::shared().layout(text, style, width);
 }
 
 std::size_t TextLayout::lineOf(std::size_t index) const {
@@ -98,7 +114,7 @@ std::size_t TextLayout::lineOf(std::size_t index) const {
 }
 
 CGRect TextLayout::caretRect(std::size_t index) const {
-  index = std::min(index, text_.size());
+  index = std::min(index, text().size());
   const std::size_t line = lineOf(index);
   const CGRect& frame = lines_[line].frame;
   return {caretX(line, std::min(index, lines_[line].range.end)) - caretWidth / 2, frame.minY(), caretWidth,
@@ -124,14 +140,14 @@ std::vector<CGRect> TextLayout::selectionRects(TextRange range) const {
 }
 
 std::size_t TextLayout::nextIndex(std::size_t index) const {
-  if (index >= text_.size()) return text_.size();
+  if (index >= text().size()) return text().size();
   do ++index;
-  while (index < text_.size() && !isCaretPlace(index));
+  while (index < text().size() && !isCaretPlace(index));
   return index;
 }
 
 std::size_t TextLayout::previousIndex(std::size_t index) const {
-  index = std::min(index, text_.size());
+  index = std::min(index, text().size());
   if (index == 0) return 0;
   do --index;
   while (index > 0 && !isCaretPlace(index));
@@ -139,13 +155,15 @@ std::size_t TextLayout::previousIndex(std::size_t index) const {
 }
 
 TextRange TextLayout::wordAt(std::size_t index) const {
-  index = std::min(index, text_.size());
+  index = std::min(index, text().size());
   // Behind a word, at its blank or at the end, the word is meant.
-  const auto isBlank = [this](std::size_t at) { return at >= text_.size() || text_[at] == ' ' || text_[at] == '\n'; };
+  const auto isBlank = [this](std::size_t at) {
+    return at >= text().size() || text()[at] == ' ' || text()[at] == '\n';
+  };
   if (index > 0 && isBlank(index) && !isBlank(index - 1)) index = previousIndex(index);
   TextRange word{index, index};
   while (word.start > 0 && !isWordBoundary(word.start)) word.start = previousIndex(word.start);
-  while (word.end < text_.size() && (word.end == index || !isWordBoundary(word.end))) word.end = nextIndex(word.end);
+  while (word.end < text().size() && (word.end == index || !isWordBoundary(word.end))) word.end = nextIndex(word.end);
   return word;
 }
 

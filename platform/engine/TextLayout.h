@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/engine/FontFace.h"
+#include "platform/engine/ShapedText.h"
 #include "platform/geometry/CGGeometry.h"
 
 namespace platform {
@@ -52,7 +53,8 @@ struct TextLine {
 };
 
 /// A text shaped, broken into lines and measured; what labels, fields and cells draw and ask for carets. Never changes,
-/// shared, kept in a cache of the recent ones, so that making the same one again costs a look-up. Main thread.
+/// shared, kept in a cache of the recent ones, so that making the same one again costs a look-up; the same text at
+/// another width is broken into lines again, but not shaped again. Main thread.
 ///
 /// Indices are byte offsets into the UTF-8 text as it was given. Bytes that are not UTF-8 show as the replacement
 /// character, control characters show as nothing. Text beyond `maximumLength` is not shown (the last line ends in "…").
@@ -71,7 +73,7 @@ class TextLayout {
   TextLayout(const TextLayout&) = delete;
   TextLayout& operator=(const TextLayout&) = delete;
 
-  const std::string& text() const { return text_; }
+  const std::string& text() const { return shaped_->text(); }
   const TextStyle& style() const { return style_; }
   /// The width given to `make`.
   double width() const { return width_; }
@@ -98,7 +100,7 @@ class TextLayout {
   TextRange wordAt(std::size_t index) const;
 
  protected:
-  TextLayout(std::string_view text, const TextStyle& style, double width);
+  TextLayout(std::shared_ptr<const ShapedText> shaped, const TextStyle& style, double width);
   std::size_t lineOf(std::size_t index) const;
   /// Horizontal place of a caret in a line, from the layout's left.
   virtual double caretX(std::size_t line, std::size_t index) const = 0;
@@ -107,12 +109,14 @@ class TextLayout {
   virtual bool isCaretPlace(std::size_t index) const = 0;
   virtual bool isWordBoundary(std::size_t index) const = 0;
 
-  std::string text_;
   TextStyle style_;
   double width_;
   CGSize size_;
   std::vector<TextLine> lines_;
   bool truncated_ = false;
+
+ private:
+  std::shared_ptr<const ShapedText> shaped_;
 };
 
 }  // namespace platform

@@ -8,7 +8,7 @@
 #include "platform/engine/qt/QtCanvas.h"
 #include "platform/engine/qt/QtImages.h"
 #include "platform/engine/qt/QtRunLoop.h"
-#include "platform/engine/qt/QtTextLayout.h"
+#include "platform/engine/qt/QtShapedText.h"
 #include "platform/engine/qt/QtWindow.h"
 
 namespace platform {
@@ -28,9 +28,9 @@ std::unique_ptr<Canvas> QtEngine::makeCanvas(Bitmap& bitmap) {
   return std::make_unique<QtCanvas>(bitmap, bitmaps_, shadows_);
 }
 
-std::shared_ptr<const TextLayout> QtEngine::layOut(std::string_view text, const TextStyle& style, double width) {
-  assertMainThread("Engine::layOut");
-  return std::make_shared<QtTextLayout>(text, style, width);
+std::shared_ptr<ShapedText> QtEngine::shape(std::string_view text, const FontAtSize& font, bool underlined) {
+  assertMainThread("Engine::shape");
+  return std::make_shared<QtShapedText>(text, font, underlined);
 }
 
 void QtEngine::registerFont(std::string data, std::string postScriptName) {

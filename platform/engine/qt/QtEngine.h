@@ -16,7 +16,7 @@ class QtEngine final : public Engine {
   ~QtEngine() override;
 
   std::unique_ptr<Canvas> makeCanvas(Bitmap& bitmap) override;
-  std::shared_ptr<const TextLayout> layOut(std::string_view text, const TextStyle& style, double width) override;
+  std::shared_ptr<ShapedText> shape(std::string_view text, const FontAtSize& font, bool underlined) override;
   const FontFace& systemFace(int weight, bool italic) override { return fonts_.system(weight, italic); }
   const FontFace& monospacedFace(int weight) override { return fonts_.monospaced(weight); }
   const FontFace* faceNamed(const std::string& name) override { return fonts_.named(name); }

@@ -4,57 +4,14 @@
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
 constexpr double endless = 1e6;
-/// Paragraphs beyond this share one layout, and so one writing direction.
-constexpr std::size_t maximumParagraphs = 512;
-constexpr double tabDistance = 32;
 constexpr QChar ellipsis(0x2026);
-
-/// A line of enormous letters must still fit Qt's fixed-point numbers.
-std::size_t maximumUnits(double pointSize) {
-  const double fitting = 8e6 / std::max(pointSize, 1.0);
-  return std::min(TextLayout::maximumLength, static_cast<std::size_t>(fitting));
-}
-
-bool isLineBreak(QChar c) {
-  return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QChar::LineSeparator ||
-         c == QChar::ParagraphSeparator;
-}
-
-/// Where the paragraph that starts there ends, and where the next one starts.
-struct Span {
-  qsizetype end;
-  qsizetype next;
-};
-Span paragraphAt(const QString& text, qsizetype start) {
-  qsizetype end = start;
-  while (end < text.size() && !isLineBreak(text[end])) ++end;
-  qsizetype next = std::min(end + 1, text.size());
-  if (end + 1 < text.size() && text[end] == QLatin1Char('\r') && text[end + 1] == QLatin1Char('\n')) ++next;
-  return {end, next};
-}
-
-std::unique_ptr<QTextLayout> newLayout(const QString& text, const QFont& font, QTextOption::WrapMode wrap,
-                                       bool underline) {
-  auto layout = std::make_unique<QTextLayout>(text, font);
-  QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
-  option.setWrapMode(wrap);
-  option.setTabStopDistance(tabDistance);
-  option.setTextDirection(Qt::LayoutDirectionAuto);
-  layout->setTextOption(option);
-  layout->setCacheEnabled(true);
-  if (underline) {
-    QTextLayout::FormatRange range{0, static_cast<int>(text.size()), {}};
-    range.format.setFontUnderline(true);
-    layout->setFormats({range});
-  }
-  return layout;
-}
 
 /// Sets all of a layout as one line.
 QTextLine setAsOneLine(QTextLayout& layout) {
@@ -73,82 +30,74 @@ double widthOf(const QTextLine& line, qsizetype from, qsizetype to) {
 
 }  // namespace
 
-QtTextLayout::QtTextLayout(std::string_view text, const TextStyle& style, double width)
-    : TextLayout(text, style, width), source_(text, maximumUnits(style.font.pointSize())) {
-  truncated_ = source_.isCut();
-  setAll(static_cast<const QtFace&>(style.font.face()).at(style.font.pointSize()));
+QtTextLayout::QtTextLayout(std::shared_ptr<QtShapedText> shaped, const TextStyle& style, double width)
+    : TextLayout(shaped, style, width), qtShaped_(std::move(shaped)) {
+  truncated_ = source().isCut();
+  setAll();
   place();
 }
 
-void QtTextLayout::setAll(const QFont& font) {
-  const QString& all = source_.text();
-  qsizetype start = 0;
-  for (;;) {
-    Span span = paragraphAt(all, start);
-    if (paragraphs_.size() + 1 >= maximumParagraphs) span = {all.size(), all.size()};
-    const bool isLast = span.end >= all.size();
-    if (setParagraph(font, start, span.end, isLast) || isLast) return;
-    start = span.next;
+QtTextLayout::~QtTextLayout() { qtShaped_->forget(*this); }
+
+QTextOption::WrapMode QtTextLayout::wrapMode() const {
+  if (!isWrapping()) return QTextOption::ManualWrap;
+  return style_.lineBreakMode == NSLineBreakMode::byCharWrapping ? QTextOption::WrapAnywhere
+                                                                 : QTextOption::WrapAtWordBoundaryOrAnywhere;
+}
+
+void QtTextLayout::setAll() {
+  for (std::size_t paragraph = 0; paragraph < qtShaped_->count(); ++paragraph) {
+    if (setParagraph(paragraph, paragraph + 1 == qtShaped_->count())) return;
   }
 }
 
-bool QtTextLayout::setParagraph(const QFont& font, qsizetype start, qsizetype end, bool isLast) {
-  const auto wrap = !isWrapping() ? QTextOption::ManualWrap
-                    : style_.lineBreakMode == NSLineBreakMode::byCharWrapping
-                        ? QTextOption::WrapAnywhere
-                        : QTextOption::WrapAtWordBoundaryOrAnywhere;
-  QString text = source_.text().mid(start, end - start);
-  text.replace(QLatin1String("\r\n"), QString(QChar::LineSeparator) + QChar(0x200B));
-  for (QChar& c : text) {
-    if (isLineBreak(c)) c = QChar::LineSeparator;
-  }
-  paragraphs_.push_back({newLayout(text, font, wrap, style_.underline), start});
-  QTextLayout& layout = *paragraphs_.back().layout;
-  const std::size_t paragraph = paragraphs_.size() - 1;
+bool QtTextLayout::setParagraph(std::size_t paragraph, bool isLast) {
+  const auto [start, end] = qtShaped_->span(paragraph);
+  QTextLayout& layout = qtShaped_->beginLines(paragraph, *this, wrapMode());
+  const qsizetype size = layout.text().size();
   bool isFull = false;
-  layout.beginLayout();
   do {
     QTextLine line = layout.createLine();
     if (!line.isValid()) break;
     line.setLineWidth(isWrapping() ? width_ : endless);
     const qsizetype lineEnd = line.textStart() + line.textLength();
-    const bool isWrapped = lineEnd < text.size();
-    addLine(paragraph, line.lineNumber(), {start + line.textStart(), start + lineEnd}, isWrapped);
+    const bool isWrapped = lineEnd < size;
+    addLine(line, {paragraph, line.lineNumber(), start, {}}, {start + line.textStart(), start + lineEnd}, isWrapped);
     isFull = style_.numberOfLines > 0 && set_.size() >= static_cast<std::size_t>(style_.numberOfLines);
   } while (!isFull);
-  layout.endLayout();
   if (!isFull) return false;
-  const QTextLine last = qtLine(set_.size() - 1);
-  const bool restOfParagraph = last.textStart() + last.textLength() < text.size();
+  const QTextLine last = layout.lineAt(layout.lineCount() - 1);
+  const bool restOfParagraph = last.textStart() + last.textLength() < size;
   const bool tooWide = width_ < CGFloatMax && last.naturalTextWidth() > width_ + 0.5;
   const bool moreFollows = restOfParagraph || !isLast;
   if (!isTruncating()) {
     truncated_ = truncated_ || moreFollows;
   } else if (moreFollows || tooWide) {
-    shorten(font, start + last.textStart(), end, !isLast);
+    shorten(start + last.textStart(), end, !isLast);
   }
   return true;
 }
 
-void QtTextLayout::shorten(const QFont& font, qsizetype start, qsizetype end, bool moreFollows) {
+void QtTextLayout::shorten(qsizetype start, qsizetype end, bool moreFollows) {
   // Enough of the rest to fill any line; the letters behind it cannot show.
   const qsizetype most = static_cast<qsizetype>(std::min(width_, endless) / std::max(style_.font.pointSize() / 8, 0.1));
-  QString text = source_.text().mid(start, std::min(end - start, std::max<qsizetype>(most, 256)));
+  QString text = source().text().mid(start, std::min(end - start, std::max<qsizetype>(most, 256)));
   const bool isCut = text.size() < end - start;
   for (QChar& c : text) {
-    if (isLineBreak(c)) c = QLatin1Char(' ');
+    if (QtShapedText::isLineBreak(c)) c = QLatin1Char(' ');
   }
   qsizetype kept = 0;
-  text = shortened(font, text, moreFollows || isCut, kept);
+  text = shortened(text, moreFollows || isCut, kept);
   set_.pop_back();
   lines_.pop_back();
-  paragraphs_.push_back({newLayout(text, font, QTextOption::ManualWrap, style_.underline), start});
-  setAsOneLine(*paragraphs_.back().layout);
-  addLine(paragraphs_.size() - 1, 0, {start, start + kept}, false);
+  shortened_ = qtShaped_->newLayout(text);
+  const QTextLine line = setAsOneLine(*shortened_);
+  addLine(line, {shortenedLine, 0, start, {}}, {start, start + kept}, false);
   truncated_ = true;
 }
 
-QString QtTextLayout::shortened(const QFont& font, const QString& text, bool moreFollows, qsizetype& kept) const {
+QString QtTextLayout::shortened(const QString& text, bool moreFollows, qsizetype& kept) const {
+  const QFont font = qtShaped_->qtFont();
   const auto measured = [&](const QString& part) {
     QTextLayout layout(part, font);
     return setAsOneLine(layout).naturalTextWidth();
@@ -188,15 +137,14 @@ QString QtTextLayout::shortened(const QFont& font, const QString& text, bool mor
   }
 }
 
-void QtTextLayout::addLine(std::size_t paragraph, int line, Units units, bool isWrapped) {
-  set_.push_back({paragraph, line});
-  const QTextLine qt = qtLine(set_.size() - 1);
+void QtTextLayout::addLine(const QTextLine& qt, SetLine line, Units units, bool isWrapped) {
+  set_.push_back(line);
   // The last line of a paragraph shows the blanks it ends in; a wrapped line lets them hang out.
   double width = qt.naturalTextWidth();
   if (!isWrapped) width = std::max(width, widthOf(qt, qt.textStart(), qt.textStart() + qt.textLength()));
   if (isWrapping()) width = std::min(width, std::max(width_, qt.naturalTextWidth()));
   TextLine placed;
-  placed.range = {source_.byteAt(units.start), source_.byteAt(units.end)};
+  placed.range = {source().byteAt(units.start), source().byteAt(units.end)};
   placed.frame.size = {width, style_.font.lineHeight()};
   lines_.push_back(placed);
 }
@@ -208,7 +156,7 @@ void QtTextLayout::place() {
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     TextLine& line = lines_[i];
     QTextLine qt = qtLine(i);
-    const bool isRightToLeft = paragraphs_[set_[i].paragraph].layout->text().isRightToLeft();
+    const bool isRightToLeft = layoutOf(set_[i]).text().isRightToLeft();
     NSTextAlignment alignment = style_.alignment;
     if (alignment == NSTextAlignment::natural) {
       alignment = isRightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
@@ -219,35 +167,50 @@ void QtTextLayout::place() {
     line.baseline = top + style_.font.leading() / 2 + style_.font.ascender();
     // Qt puts a line written from the right at the right end of its own room: take that room away.
     const double indent = std::min(qt.cursorToX(qt.textStart()), qt.cursorToX(qt.textStart() + qt.textLength()));
-    qt.setPosition({x - (isRightToLeft ? std::max(0.0, indent) : 0.0), line.baseline - qt.ascent()});
+    set_[i].position = {x - (isRightToLeft ? std::max(0.0, indent) : 0.0), line.baseline - qt.ascent()};
+    qt.setPosition(set_[i].position);
     top += style_.font.lineHeight() + (i + 1 < lines_.size() ? style_.lineSpacing : 0);
   }
   size_ = {widest, top};
-  for (std::size_t i = 0; i < set_.size(); ++i) {
-    const QTextLine qt = qtLine(i);
-    if (qt.textLength() > 0) glyphs_.append(qt.glyphRuns(qt.textStart(), qt.textLength()));
-  }
 }
 
-QTextLine QtTextLayout::qtLine(std::size_t line) const {
-  return paragraphs_[set_[line].paragraph].layout->lineAt(set_[line].line);
+QTextLayout& QtTextLayout::layoutOf(const SetLine& wanted) const {
+  if (wanted.paragraph == shortenedLine) return *shortened_;
+  if (QTextLayout* const layout = qtShaped_->brokenFor(wanted.paragraph, *this)) return *layout;
+  QTextLayout& layout = qtShaped_->beginLines(wanted.paragraph, *this, wrapMode());
+  for (const SetLine& set : set_) {
+    if (set.paragraph != wanted.paragraph) continue;
+    QTextLine line = layout.createLine();
+    line.setLineWidth(isWrapping() ? width_ : endless);
+    line.setPosition(set.position);
+  }
+  return layout;
 }
+
+QTextLine QtTextLayout::qtLine(std::size_t line) const { return layoutOf(set_[line]).lineAt(set_[line].line); }
 
 void QtTextLayout::draw(QPainter& painter, QPointF origin) const {
+  if (!hasGlyphs_) {
+    hasGlyphs_ = true;
+    for (std::size_t i = 0; i < set_.size(); ++i) {
+      const QTextLine qt = qtLine(i);
+      if (qt.textLength() > 0) glyphs_.append(qt.glyphRuns(qt.textStart(), qt.textLength()));
+    }
+  }
   for (const QGlyphRun& run : glyphs_) painter.drawGlyphRun(origin, run);
 }
 
 double QtTextLayout::caretX(std::size_t line, std::size_t index) const {
   const QTextLine qt = qtLine(line);
-  const qsizetype unit = source_.unitAt(index) - paragraphs_[set_[line].paragraph].start;
+  const qsizetype unit = source().unitAt(index) - set_[line].start;
   const qsizetype end = qt.textStart() + qt.textLength();
   return qt.cursorToX(static_cast<int>(std::clamp<qsizetype>(unit, qt.textStart(), end)));
 }
 
 std::size_t QtTextLayout::indexAtX(std::size_t line, double x) const {
   const QTextLine qt = qtLine(line);
-  const qsizetype unit = qt.xToCursor(x) + paragraphs_[set_[line].paragraph].start;
-  const std::size_t index = source_.byteAt(std::min(unit, source_.text().size()));
+  const qsizetype unit = qt.xToCursor(x) + set_[line].start;
+  const std::size_t index = source().byteAt(std::min(unit, source().text().size()));
   std::size_t end = lines_[line].range.end;
   // The end of a wrapped line is the beginning of the next one: a tap there means the last letter's end.
   if (index >= end && line + 1 < lines_.size() && lines_[line + 1].range.start == end) end = previousIndex(end);
@@ -256,10 +219,10 @@ std::size_t QtTextLayout::indexAtX(std::size_t line, double x) const {
 
 std::vector<CGRect> QtTextLayout::selectionInLine(std::size_t line, TextRange range) const {
   const QTextLine qt = qtLine(line);
-  const auto& paragraph = paragraphs_[set_[line].paragraph];
-  const qsizetype from = std::max<qsizetype>(source_.unitAt(range.start) - paragraph.start, qt.textStart());
-  const qsizetype to =
-      std::min<qsizetype>(source_.unitAt(range.end) - paragraph.start, qt.textStart() + qt.textLength());
+  const QTextLayout& layout = layoutOf(set_[line]);
+  const qsizetype start = set_[line].start;
+  const qsizetype from = std::max<qsizetype>(source().unitAt(range.start) - start, qt.textStart());
+  const qsizetype to = std::min<qsizetype>(source().unitAt(range.end) - start, qt.textStart() + qt.textLength());
   std::vector<CGRect> rects;
   if (from >= to) return rects;
   // Each run of one direction stands by itself; neighbours are put together.
@@ -267,7 +230,7 @@ std::vector<CGRect> QtTextLayout::selectionInLine(std::size_t line, TextRange ra
   qsizetype at = from;
   while (at < to) {
     qsizetype next = at + 1;
-    while (next < to && !paragraph.layout->isValidCursorPosition(static_cast<int>(next))) ++next;
+    while (next < to && !layout.isValidCursorPosition(static_cast<int>(next))) ++next;
     // The edges of this very letter: where directions change, the next one begins elsewhere.
     const double a = qt.cursorToX(static_cast<int>(at), QTextLine::Leading);
     const double b = qt.cursorToX(static_cast<int>(at), QTextLine::Trailing);

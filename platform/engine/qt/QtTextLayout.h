@@ -1,22 +1,24 @@
 #pragma once
 
 #include <QGlyphRun>
+#include <QPointF>
 #include <QTextLayout>
 #include <memory>
 #include <vector>
 
 #include "platform/engine/TextLayout.h"
-#include "platform/engine/qt/QtFonts.h"
-#include "platform/engine/qt/QtTextSource.h"
+#include "platform/engine/qt/QtShapedText.h"
 
 class QPainter;
 
 namespace platform {
 
-/// A text set by Qt: paragraphs broken into lines, the last one shortened where the style says so.
+/// A text set by Qt: paragraphs broken into lines, the last one shortened where the style says so. Other widths of the
+/// same text have the paragraphs to themselves in between; they are then broken again for the next question.
 class QtTextLayout final : public TextLayout {
  public:
-  QtTextLayout(std::string_view text, const TextStyle& style, double width);
+  QtTextLayout(std::shared_ptr<QtShapedText> shaped, const TextStyle& style, double width);
+  ~QtTextLayout() override;
 
   void draw(QPainter& painter, QPointF origin) const;
 
@@ -24,41 +26,44 @@ class QtTextLayout final : public TextLayout {
   double caretX(std::size_t line, std::size_t index) const override;
   std::size_t indexAtX(std::size_t line, double x) const override;
   std::vector<CGRect> selectionInLine(std::size_t line, TextRange range) const override;
-  bool isCaretPlace(std::size_t index) const override { return source_.isLetterBoundary(index); }
-  bool isWordBoundary(std::size_t index) const override { return source_.isWordBoundary(index); }
+  bool isCaretPlace(std::size_t index) const override { return source().isLetterBoundary(index); }
+  bool isWordBoundary(std::size_t index) const override { return source().isWordBoundary(index); }
 
  private:
-  struct Paragraph {
-    std::unique_ptr<QTextLayout> layout;
-    qsizetype start;  // its first unit in the source
-  };
   /// Part of the source.
   struct Units {
     qsizetype start;
     qsizetype end;
   };
-  /// What a platform line is in Qt: a line of a paragraph.
+  /// What a platform line is in Qt: a line of a paragraph, or the shortened one.
   struct SetLine {
     std::size_t paragraph;
     int line;
+    qsizetype start;  ///< the paragraph's first unit in the source
+    QPointF position;
   };
+  static constexpr std::size_t shortenedLine = static_cast<std::size_t>(-1);
 
-  void setAll(const QFont& font);
+  const QtTextSource& source() const { return qtShaped_->source(); }
+  QTextOption::WrapMode wrapMode() const;
+  void setAll();
   /// Sets one paragraph; true when no more lines are wanted.
-  bool setParagraph(const QFont& font, qsizetype start, qsizetype end, bool isLast);
+  bool setParagraph(std::size_t paragraph, bool isLast);
   /// The last line again, of all that is left of its paragraph, with a mark for what does not fit.
-  void shorten(const QFont& font, qsizetype start, qsizetype end, bool moreFollows);
-  QString shortened(const QFont& font, const QString& text, bool moreFollows, qsizetype& kept) const;
-  void addLine(std::size_t paragraph, int line, Units units, bool isWrapped);
+  void shorten(qsizetype start, qsizetype end, bool moreFollows);
+  QString shortened(const QString& text, bool moreFollows, qsizetype& kept) const;
+  void addLine(const QTextLine& qt, SetLine line, Units units, bool isWrapped);
   void place();
+  QTextLayout& layoutOf(const SetLine& line) const;
   QTextLine qtLine(std::size_t line) const;
   bool isWrapping() const { return style_.lineBreakMode != NSLineBreakMode::byClipping && width_ < CGFloatMax; }
   bool isTruncating() const { return style_.lineBreakMode >= NSLineBreakMode::byTruncatingHead; }
 
-  QtTextSource source_;
-  std::vector<Paragraph> paragraphs_;
+  std::shared_ptr<QtShapedText> qtShaped_;
+  std::unique_ptr<QTextLayout> shortened_;
   std::vector<SetLine> set_;
-  QList<QGlyphRun> glyphs_;
+  mutable QList<QGlyphRun> glyphs_;  ///< once it was drawn
+  mutable bool hasGlyphs_ = false;
 };
 
 }  // namespace platform

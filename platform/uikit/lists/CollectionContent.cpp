@@ -9,7 +9,6 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostWaiting = 128;
 constexpr std::int64_t mostItems = 20'000'000;
 constexpr double changeSeconds = 0.3;
 
@@ -49,8 +48,7 @@ void CollectionContent::unload() {
   ++reloads;
   for (const auto& [path, cell] : std::exchange(visible, {})) recycle(cell, path);
   dropSupplementary({});
-  if (highlighting) highlighting->cancel();
-  held.reset();
+  held.release();
   loaded = false;
   prepared = false;
   stale = true;
@@ -108,12 +106,10 @@ void CollectionContent::display(IndexPath path, const Ref<UICollectionViewCell>&
 
 void CollectionContent::recycle(const Ref<UICollectionViewCell>& cell, IndexPath path) {
   static const SEL didEnd = sel("collectionView:didEndDisplayingCell:forItemAtIndexPath:");
-  if (held.lock() == cell) letGo(false);
+  if (held.cell() == cell) letGo(false);
   if (cell->superview().get() == &view) cell->removeFromSuperview();
   tell(didEnd, cell, path);
-  if (cell->reuseIdentifier().empty()) return;
-  auto& pool = waiting[cell->reuseIdentifier()];
-  if (pool.size() < mostWaiting && std::find(pool.begin(), pool.end(), cell) == pool.end()) pool.push_back(cell);
+  if (!cell->reuseIdentifier().empty()) waiting.put(cell->reuseIdentifier(), cell);
 }
 
 // ---- Showing
@@ -162,8 +158,7 @@ bool CollectionContent::tileItems(CGRect rect) {
     if (!contains(path)) continue;
     const std::optional<CGRect> frame = layout->frameForItem(path);
     if (!frame) continue;
-    const auto shown = visible.find(path);
-    Ref<UICollectionViewCell> cell = shown == visible.end() ? nullptr : shown->second;
+    Ref<UICollectionViewCell> cell = visible.cellAt(path);
     if (!cell) {
       cell = makeCell(path);
       if (reloads != before) return false;
@@ -233,7 +228,7 @@ void CollectionContent::dropSupplementary(const std::set<std::pair<bool, std::in
     const Supplementary gone = at->second;
     at = supplementary.erase(at);
     gone.view->removeFromSuperview();
-    waitingSupplementary[{gone.kind, gone.view->reuseIdentifier()}].push_back(gone.view);
+    waitingSupplementary.put({gone.kind, gone.view->reuseIdentifier()}, gone.view);
   }
 }
 
@@ -261,26 +256,12 @@ void CollectionContent::applyPending(std::function<void(bool)> completion) {
       if (const auto frame = layout->frameForItem(path)) before[path] = *frame;
     }
   }
-  std::map<IndexPath, Ref<UICollectionViewCell>> carried;
-  auto leaving = std::make_shared<std::vector<std::pair<Ref<UICollectionViewCell>, IndexPath>>>();
-  for (const auto& [path, cell] : visible) {
-    const std::optional<IndexPath> to = changes.newPath(path);
-    if (to && !changes.isReloaded(path)) {
-      carried[*to] = cell;
-    } else {
-      leaving->emplace_back(cell, path);
-    }
-  }
-  visible = std::move(carried);
+  const auto leaving = std::make_shared<const VisibleCells<UICollectionViewCell>::Leaving>(visible.carry(changes));
   ++reloads;
   if (!changes.deletedSections.empty() || !changes.insertedSections.empty() || !changes.reloadedSections.empty()) {
     dropSupplementary({});
   }
-  std::set<IndexPath> stillSelected;
-  for (const IndexPath path : selected) {
-    if (const auto to = changes.newPath(path)) stillSelected.insert(*to);
-  }
-  selected = std::move(stillSelected);
+  selected.follow(changes);
   counts = now;
   prepared = false;
   stale = true;

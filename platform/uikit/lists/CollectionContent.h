@@ -3,14 +3,16 @@
 #include <map>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "platform/dispatch/DispatchWorkItem.h"
 #include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/lists/HeldCell.h"
+#include "platform/uikit/lists/ListSelection.h"
+#include "platform/uikit/lists/ReusePool.h"
 #include "platform/uikit/lists/TableChanges.h"
 #include "platform/uikit/lists/UICollectionView.h"
+#include "platform/uikit/lists/VisibleCells.h"
 
 namespace platform {
 
@@ -23,8 +25,6 @@ class CollectionContent {
   UICollectionView& view;
   Ref<UICollectionViewLayout> layout;
   Weak<NSObject> dataSource;
-  bool allowsSelection = true;
-  bool allowsMultipleSelection = false;
 
   // ---- Counts
   std::vector<std::int64_t> counts;
@@ -39,15 +39,15 @@ class CollectionContent {
   using Kind = std::pair<std::string, std::string>;  ///< of a supplementary view: its kind and its identifier
   std::map<std::string, UICollectionView::CellMaker> makers;
   std::map<Kind, UICollectionView::SupplementaryMaker> supplementaryMakers;
-  std::unordered_map<std::string, std::vector<Ref<UICollectionViewCell>>> waiting;
-  std::map<Kind, std::vector<Ref<UICollectionReusableView>>> waitingSupplementary;
-  std::map<IndexPath, Ref<UICollectionViewCell>> visible;
+  ReusePool<std::string, UICollectionViewCell> waiting;
+  ReusePool<Kind, UICollectionReusableView> waitingSupplementary;
+  VisibleCells<UICollectionViewCell> visible;
   struct Supplementary {
     Ref<UICollectionReusableView> view;
     std::string kind;
   };
   std::map<std::pair<bool, std::int64_t>, Supplementary> supplementary;  ///< by (is a footer, section)
-  std::set<IndexPath> selected;
+  ListSelection selected;
   static void stamp(UICollectionReusableView& view, const std::string& identifier);
 
   // ---- Showing
@@ -71,8 +71,7 @@ class CollectionContent {
   void applyPending(std::function<void(bool)> completion);
 
   // ---- Touches
-  Weak<UICollectionViewCell> held;
-  Ref<DispatchWorkItem> highlighting;
+  HeldCell<UICollectionViewCell> held;
   void hold(CGPoint point);
   void highlightHeld();
   void letGo(bool choose);

@@ -1,35 +1,57 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
+
+#include "platform/uikit/lists/PartialSums.h"
 
 namespace platform {
 
-/// The heights of many rows and the sums of their beginnings (a Fenwick tree): reading a row's place, finding the row
-/// at a place and changing one height take logarithmic time; changing the number of rows takes linear time. Indices out
-/// of range are the caller's error. Main thread. Units: points.
+/// The heights of many rows and the sums of their beginnings: reading a row's place, finding the row at a place,
+/// changing one height, and a row more or less take logarithmic time. Rows stand in blocks that copies share until one
+/// of them changes: a copy is cheap, and so are many rows of one height. Indices out of range are the caller's error.
+/// Main thread. Units: points.
 class RowHeights {
  public:
   RowHeights() = default;
-  RowHeights(std::size_t count, double height) : RowHeights(std::vector<double>(count, height)) {}
-  explicit RowHeights(std::vector<double> heights);
+  RowHeights(std::size_t count, double height);
+  explicit RowHeights(const std::vector<double>& heights);
 
-  std::size_t count() const { return heights_.size(); }
-  double height(std::size_t row) const { return heights_[row]; }
+  std::size_t count() const { return count_; }
+  double height(std::size_t row) const;
   void setHeight(std::size_t row, double height);
-  const std::vector<double>& heights() const { return heights_; }
+  /// The new row stands before the one that was there; `row` may be count().
+  void insert(std::size_t row, double height);
+  void erase(std::size_t row);
 
   /// The sum of the heights of the rows before this one; `row` may be count().
   double offset(std::size_t row) const;
-  double total() const { return offset(count()); }
+  double total() const { return offset(count_); }
   /// The row that covers the offset: the first for a negative one, count() for one at or beyond the end. Rows of no
   /// height cover nothing.
   std::size_t rowAt(double offset) const;
 
  private:
-  std::vector<double> heights_;
-  std::vector<double> tree_;  // tree_[i] sums the heights (i & (i+1)) .. i
-  std::size_t highestStep_ = 0;
+  struct Block {
+    std::vector<double> heights;
+    std::vector<double> ends;  ///< the sums up to and with each row
+    void sumFrom(std::size_t row);
+  };
+  struct Place {
+    std::size_t block;
+    std::size_t row;  ///< in the block
+  };
+  static std::shared_ptr<Block> makeBlock(std::vector<double> heights);
+  Place placeOf(std::size_t row) const;
+  /// A block that no copy shares.
+  Block& own(std::size_t block);
+  void sumBlocks();
+
+  std::vector<std::shared_ptr<Block>> blocks_;
+  std::size_t count_ = 0;
+  PartialSums<std::size_t> rows_;  // of whole blocks
+  PartialSums<double> heights_;
 };
 
 }  // namespace platform

@@ -70,6 +70,9 @@ struct ScrollState {
   void dragBegan();
   void dragMoved();
   void dragEnded(bool cancelled);
+  /// False for a view that stands for another's content: its offset is not kept here, and layout leaves it alone.
+  bool ownsOffset();
+  bool answeredItself = false;  ///< the scroll view's own contentOffset was asked, not one that overrides it
   void settleIntoRange();
   /// Plans where content that is let go with a speed (points a second) comes to rest; false when it rests already.
   bool planRest(CGPoint speed);

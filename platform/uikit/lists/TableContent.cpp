@@ -12,7 +12,6 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostWaiting = 64;
 constexpr double groupRadius = 10;
 
 bool holdsFirstResponder(const UIView& view) {
@@ -108,12 +107,10 @@ void TableContent::place(IndexPath path, UITableViewCell& cell) {
 
 void TableContent::recycle(const Ref<UITableViewCell>& cell, IndexPath path) {
   static const SEL didEnd = sel("tableView:didEndDisplayingCell:forRowAtIndexPath:");
-  if (held.lock() == cell) letGo(false);
+  if (held.cell() == cell) letGo(false);
   if (cell->superview().get() == &table) cell->removeFromSuperview();
   tell(didEnd, cell, path);
-  if (cell->reuseIdentifier().empty()) return;
-  auto& pool = waiting[cell->reuseIdentifier()];
-  if (pool.size() < mostWaiting && std::find(pool.begin(), pool.end(), cell) == pool.end()) pool.push_back(cell);
+  if (!cell->reuseIdentifier().empty()) waiting.put(cell->reuseIdentifier(), cell);
 }
 
 void TableContent::unload() {
@@ -121,8 +118,8 @@ void TableContent::unload() {
   for (const auto& [path, cell] : std::exchange(visible, {})) recycle(cell, path);
   dropHeaders(headers, {});
   dropHeaders(footers, {});
-  if (highlighting) highlighting->cancel();
-  held.reset();
+  held.release();
+  answers = std::nullopt;
   loaded = false;
   stale = true;
 }
@@ -297,8 +294,7 @@ void TableContent::dropHeaders(std::map<std::int64_t, Ref<UIView>>& shown, const
     }
     at->second->removeFromSuperview();
     if (const auto view = as<UITableViewHeaderFooterView>(at->second); view && !view->reuseIdentifier().empty()) {
-      auto& pool = waitingHeaders[view->reuseIdentifier()];
-      if (pool.size() < mostWaiting) pool.push_back(view);
+      waitingHeaders.put(view->reuseIdentifier(), view);
     }
     at = shown.erase(at);
   }

@@ -4,14 +4,16 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
-#include "platform/dispatch/DispatchWorkItem.h"
 #include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/lists/HeldCell.h"
+#include "platform/uikit/lists/ListSelection.h"
+#include "platform/uikit/lists/ReusePool.h"
 #include "platform/uikit/lists/TableChanges.h"
 #include "platform/uikit/lists/TableGeometry.h"
 #include "platform/uikit/lists/UITableView.h"
+#include "platform/uikit/lists/VisibleCells.h"
 
 namespace platform {
 
@@ -36,18 +38,16 @@ class TableContent {
   Ref<UIView> tableHeader;
   Ref<UIView> tableFooter;
   Ref<UIView> background;
-  bool allowsSelection = true;
-  bool allowsMultipleSelection = false;
 
   // ---- Cells
   std::map<std::string, UITableView::CellMaker> makers;
   std::map<std::string, UITableView::HeaderFooterMaker> headerMakers;
-  std::unordered_map<std::string, std::vector<Ref<UITableViewCell>>> waiting;
-  std::unordered_map<std::string, std::vector<Ref<UITableViewHeaderFooterView>>> waitingHeaders;
-  std::map<IndexPath, Ref<UITableViewCell>> visible;
+  ReusePool<std::string, UITableViewCell> waiting;
+  ReusePool<std::string, UITableViewHeaderFooterView> waitingHeaders;
+  VisibleCells<UITableViewCell> visible;
   std::map<std::int64_t, Ref<UIView>> headers;
   std::map<std::int64_t, Ref<UIView>> footers;
-  std::set<IndexPath> selected;
+  ListSelection selected;
 
   // ---- Heights
   TableGeometry geometry;
@@ -66,9 +66,17 @@ class TableContent {
     double height;
     bool measured;
   };
-  Height initialHeight(IndexPath path) const;
-  double headerHeight(std::int64_t section);
-  double footerHeight(std::int64_t section);
+  Height initialHeight(IndexPath path);
+  /// What every row begins with where nobody tells a row's own height.
+  std::optional<Height> heightOfEveryRow();
+  /// Which of its optional questions about heights the delegate answers: asked once, not for every row.
+  struct Answers {
+    bool height;
+    bool estimate;
+  };
+  std::optional<Answers> answers;
+  Answers delegateAnswers();
+  double headerHeight(std::int64_t section, bool isHeader);
   double measure(IndexPath path, UITableViewCell& cell);
   void measureRow(IndexPath path);
   /// Measures every row that stands, or comes to stand, between two heights.
@@ -107,8 +115,7 @@ class TableContent {
   void applyPending(std::function<void(bool)> completion);
 
   // ---- Touches
-  Weak<UITableViewCell> held;
-  Ref<DispatchWorkItem> highlighting;
+  HeldCell<UITableViewCell> held;
   void hold(const UIView& touched, CGPoint point);
   void highlightHeld();
   void letGo(bool choose);
@@ -153,7 +160,7 @@ class TableContent {
   Ref<UIView> makeHeader(std::int64_t section, bool isHeader);
 
   std::vector<TableSection> changedSections(const TableChanges& changes, const std::vector<std::int64_t>& counts);
-  void carryOver(const TableChanges& changes, std::vector<std::pair<Ref<UITableViewCell>, IndexPath>>& leaving);
+  VisibleCells<UITableViewCell>::Leaving carryOver(const TableChanges& changes);
 };
 
 }  // namespace platform

@@ -20,6 +20,15 @@ double upToPixel(double value) {
   return std::ceil(value * scale - 1e-6) / scale;
 }
 
+SEL heightForRow() {
+  static const SEL selector = sel("tableView:heightForRowAtIndexPath:");
+  return selector;
+}
+SEL estimateForRow() {
+  static const SEL selector = sel("tableView:estimatedHeightForRowAtIndexPath:");
+  return selector;
+}
+
 double usable(double height) { return std::isfinite(height) ? std::clamp(height, 0.0, 1e6) : 0; }
 
 }  // namespace
@@ -70,39 +79,59 @@ void TableContent::loadIfNeeded() {
 
 TableSection TableContent::makeSection(std::int64_t section, std::int64_t rows) {
   TableSection made;
-  std::vector<double> heights;
-  heights.reserve(static_cast<std::size_t>(rows));
-  made.measured.reserve(static_cast<std::size_t>(rows));
-  for (std::int64_t row = 0; row < rows; ++row) {
-    const Height height = initialHeight(IndexPath(row, section));
-    heights.push_back(height.height);
-    made.measured.push_back(height.measured);
+  const auto count = static_cast<std::size_t>(rows);
+  if (const std::optional<Height> every = heightOfEveryRow()) {
+    made.rows = RowHeights(count, every->height);
+    made.measured.assign(count, every->measured);
+  } else {
+    std::vector<double> heights;
+    heights.reserve(count);
+    made.measured.reserve(count);
+    for (std::int64_t row = 0; row < rows; ++row) {
+      const Height height = initialHeight(IndexPath(row, section));
+      heights.push_back(height.height);
+      made.measured.push_back(height.measured);
+    }
+    made.rows = RowHeights(heights);
   }
-  made.rows = RowHeights(std::move(heights));
-  made.headerHeight = headerHeight(section);
-  made.footerHeight = footerHeight(section);
+  made.headerHeight = headerHeight(section, true);
+  made.footerHeight = headerHeight(section, false);
   return made;
 }
 
-TableContent::Height TableContent::initialHeight(IndexPath path) const {
-  static const SEL heightForRow = sel("tableView:heightForRowAtIndexPath:");
-  static const SEL estimateForRow = sel("tableView:estimatedHeightForRowAtIndexPath:");
+TableContent::Answers TableContent::delegateAnswers() {
   const Ref<NSObject> delegate = table.delegate();
-  const bool asks = delegate && delegate->respondsToSelector(heightForRow);
-  if (!asks && rowHeight >= 0) return {rowHeight, true};
-  if (const std::optional<double> estimate = ask<double>(estimateForRow, path); estimate && *estimate > 0) {
-    return {usable(*estimate), false};
+  if (!delegate) return {false, false};
+  if (!answers) {
+    answers = {delegate->respondsToSelector(heightForRow()), delegate->respondsToSelector(estimateForRow())};
   }
-  if (asks && estimatedRowHeight <= 0) {
-    const double height = delegate->perform<double>(heightForRow, shared(), path);
+  return *answers;
+}
+
+std::optional<TableContent::Height> TableContent::heightOfEveryRow() {
+  const Answers told = delegateAnswers();
+  if (!told.height && rowHeight >= 0) return Height{rowHeight, true};
+  if (told.estimate || (told.height && estimatedRowHeight <= 0)) return std::nullopt;
+  return Height{estimatedRowHeight > 0 ? estimatedRowHeight : standardRowHeight, false};
+}
+
+TableContent::Height TableContent::initialHeight(IndexPath path) {
+  if (const std::optional<Height> every = heightOfEveryRow()) return *every;
+  const Answers told = delegateAnswers();
+  const Ref<NSObject> delegate = table.delegate();
+  if (told.estimate) {
+    const double estimate = delegate->perform<double>(estimateForRow(), shared(), path);
+    if (estimate > 0) return {usable(estimate), false};
+  }
+  if (told.height && estimatedRowHeight <= 0) {
+    const double height = delegate->perform<double>(heightForRow(), shared(), path);
     if (height >= 0) return {usable(height), true};
   }
   return {estimatedRowHeight > 0 ? estimatedRowHeight : standardRowHeight, false};
 }
 
 double TableContent::measure(IndexPath path, UITableViewCell& cell) {
-  static const SEL heightForRow = sel("tableView:heightForRowAtIndexPath:");
-  if (const std::optional<double> told = ask<double>(heightForRow, path); told && *told >= 0) return usable(*told);
+  if (const std::optional<double> told = ask<double>(heightForRow(), path); told && *told >= 0) return usable(*told);
   if (rowHeight >= 0) return rowHeight;
   const double width = rowWidth();
   const Ref<UIView>& content = cell.contentView();
@@ -122,8 +151,7 @@ double TableContent::measure(IndexPath path, UITableViewCell& cell) {
 void TableContent::measureRow(IndexPath path) {
   if (geometry.isMeasured(path)) return;
   const std::uint64_t before = reloads;
-  const auto found = visible.find(path);
-  Ref<UITableViewCell> cell = found == visible.end() ? nullptr : found->second;
+  Ref<UITableViewCell> cell = visible.cellAt(path);
   if (!cell) {
     cell = makeCell(path);
     if (reloads != before) return;  // the data source reloaded the table meanwhile
@@ -145,37 +173,26 @@ void TableContent::measureBetween(double top, double bottom) {
   }
 }
 
-double TableContent::headerHeight(std::int64_t section) {
+double TableContent::headerHeight(std::int64_t section, bool isHeader) {
   static const SEL heightForHeader = sel("tableView:heightForHeaderInSection:");
+  static const SEL heightForFooter = sel("tableView:heightForFooterInSection:");
   static const SEL viewForHeader = sel("tableView:viewForHeaderInSection:");
-  if (const auto told = ask<double>(heightForHeader, section); told && *told >= 0) return usable(*told);
-  if (sectionHeaderHeight >= 0) return sectionHeaderHeight;
-  if (const auto view = ask<Ref<UIView>>(viewForHeader, section); view && *view) {
+  static const SEL viewForFooter = sel("tableView:viewForFooterInSection:");
+  const auto told = ask<double>(isHeader ? heightForHeader : heightForFooter, section);
+  if (told && *told >= 0) return usable(*told);
+  const double set = isHeader ? sectionHeaderHeight : sectionFooterHeight;
+  if (set >= 0) return set;
+  if (const auto view = ask<Ref<UIView>>(isHeader ? viewForHeader : viewForFooter, section); view && *view) {
     const double height = (*view)->sizeThatFits({rowWidth(), 0}).height;
     const double fitting = (*view)->systemLayoutSizeFitting({rowWidth(), 0}, UILayoutPriorityRequired).height;
     return upToPixel(std::max({height, fitting, (*view)->bounds().size.height}));
   }
   const bool plain = style == UITableViewStyle::plain;
-  const std::optional<std::string> text = title(section, true);
+  const std::optional<std::string> text = title(section, isHeader);
   if (!text || text->empty()) return plain ? 0 : groupedGap;
   using Header = UITableViewHeaderFooterView;
-  return Header::heightOf(*text, plain ? Header::Role::plainHeader : Header::Role::groupedHeader, 16, rowWidth());
-}
-
-double TableContent::footerHeight(std::int64_t section) {
-  static const SEL heightForFooter = sel("tableView:heightForFooterInSection:");
-  static const SEL viewForFooter = sel("tableView:viewForFooterInSection:");
-  if (const auto told = ask<double>(heightForFooter, section); told && *told >= 0) return usable(*told);
-  if (sectionFooterHeight >= 0) return sectionFooterHeight;
-  if (const auto view = ask<Ref<UIView>>(viewForFooter, section); view && *view) {
-    const double height = (*view)->sizeThatFits({rowWidth(), 0}).height;
-    const double fitting = (*view)->systemLayoutSizeFitting({rowWidth(), 0}, UILayoutPriorityRequired).height;
-    return upToPixel(std::max({height, fitting, (*view)->bounds().size.height}));
-  }
-  const std::optional<std::string> text = title(section, false);
-  if (!text || text->empty()) return style == UITableViewStyle::plain ? 0 : groupedGap;
-  using Header = UITableViewHeaderFooterView;
-  return Header::heightOf(*text, Header::Role::footer, 16, rowWidth());
+  const auto role = !isHeader ? Header::Role::footer : plain ? Header::Role::plainHeader : Header::Role::groupedHeader;
+  return Header::heightOf(*text, role, 16, rowWidth());
 }
 
 std::optional<std::string> TableContent::title(std::int64_t section, bool isHeader) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/IndexPath.h"
@@ -15,7 +16,7 @@ struct TableSection {
   double headerHeight = 0;
   double footerHeight = 0;
   RowHeights rows;
-  std::vector<bool> measured;  ///< by row: false while the height is an estimate
+  std::vector<char> measured;  ///< by row: false while the height is an estimate
 
   double height() const { return headerHeight + rows.total() + footerHeight; }
 };
@@ -31,7 +32,6 @@ class TableGeometry {
 
   void setSections(std::vector<TableSection> sections);
   const std::vector<TableSection>& sections() const { return sections_; }
-  std::vector<TableSection> takeSections() { return std::move(sections_); }
 
   std::int64_t numberOfSections() const { return static_cast<std::int64_t>(sections_.size()); }
   std::int64_t numberOfRows(std::int64_t section) const;

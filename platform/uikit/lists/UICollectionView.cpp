@@ -62,13 +62,7 @@ void UICollectionView::registerSupplementary(SupplementaryMaker maker, const std
 }
 
 Ref<UICollectionViewCell> UICollectionView::dequeueReusableCell(const std::string& reuseIdentifier, IndexPath) {
-  auto& pool = content_->waiting[reuseIdentifier];
-  if (!pool.empty()) {
-    const Ref<UICollectionViewCell> cell = std::move(pool.back());
-    pool.pop_back();
-    cell->prepareForReuse();
-    return cell;
-  }
+  if (const Ref<UICollectionViewCell> cell = content_->waiting.take(reuseIdentifier)) return cell;
   const auto maker = content_->makers.find(reuseIdentifier);
   const Ref<UICollectionViewCell> cell =
       maker == content_->makers.end() ? make<UICollectionViewCell>() : maker->second();
@@ -79,13 +73,8 @@ Ref<UICollectionViewCell> UICollectionView::dequeueReusableCell(const std::strin
 Ref<UICollectionReusableView> UICollectionView::dequeueReusableSupplementaryView(const std::string& kind,
                                                                                  const std::string& reuseIdentifier,
                                                                                  IndexPath) {
-  auto& pool = content_->waitingSupplementary[{kind, reuseIdentifier}];
-  if (!pool.empty()) {
-    const Ref<UICollectionReusableView> view = std::move(pool.back());
-    pool.pop_back();
-    view->prepareForReuse();
-    return view;
-  }
+  const auto waiting = content_->waitingSupplementary.take({kind, reuseIdentifier});
+  if (waiting) return waiting;
   const auto maker = content_->supplementaryMakers.find({kind, reuseIdentifier});
   const Ref<UICollectionReusableView> view =
       maker == content_->supplementaryMakers.end() ? make<UICollectionReusableView>() : maker->second();
@@ -113,17 +102,12 @@ std::optional<IndexPath> UICollectionView::indexPathForItemAtPoint(CGPoint point
 }
 
 std::optional<IndexPath> UICollectionView::indexPathForCell(const Ref<UICollectionViewCell>& cell) const {
-  if (!cell) return std::nullopt;
-  for (const auto& [path, shown] : content_->visible) {
-    if (shown == cell) return path;
-  }
-  return std::nullopt;
+  return content_->visible.pathOf(cell);
 }
 
 Ref<UICollectionViewCell> UICollectionView::cellForItemAtIndexPath(IndexPath indexPath) const {
   content_->tileIfStale();
-  const auto found = content_->visible.find(indexPath);
-  return found == content_->visible.end() ? nullptr : found->second;
+  return content_->visible.cellAt(indexPath);
 }
 
 std::vector<Ref<UICollectionViewCell>> UICollectionView::visibleCells() const {

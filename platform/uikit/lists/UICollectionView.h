@@ -41,7 +41,7 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
 
   const Ref<UICollectionViewLayout>& collectionViewLayout() const;
   void setCollectionViewLayout(const Ref<UICollectionViewLayout>& layout);
-  Ref<NSObject> dataSource() const;
+  virtual Ref<NSObject> dataSource() const;
   void setDataSource(const Ref<NSObject>& dataSource);
   void setDelegate(const Ref<NSObject>& delegate) override;
 
@@ -61,14 +61,14 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
                                                                  IndexPath indexPath);
 
   // ---- What there is
-  std::int64_t numberOfSections() const;
-  std::int64_t numberOfItemsInSection(std::int64_t section) const;
-  std::optional<IndexPath> indexPathForItemAtPoint(CGPoint point) const;
-  std::optional<IndexPath> indexPathForCell(const Ref<UICollectionViewCell>& cell) const;
+  virtual std::int64_t numberOfSections() const;
+  virtual std::int64_t numberOfItemsInSection(std::int64_t section) const;
+  virtual std::optional<IndexPath> indexPathForItemAtPoint(CGPoint point) const;
+  virtual std::optional<IndexPath> indexPathForCell(const Ref<UICollectionViewCell>& cell) const;
   /// None unless the item is visible.
-  Ref<UICollectionViewCell> cellForItemAtIndexPath(IndexPath indexPath) const;
-  std::vector<Ref<UICollectionViewCell>> visibleCells() const;
-  std::vector<IndexPath> indexPathsForVisibleItems() const;
+  virtual Ref<UICollectionViewCell> cellForItemAtIndexPath(IndexPath indexPath) const;
+  virtual std::vector<Ref<UICollectionViewCell>> visibleCells() const;
+  virtual std::vector<IndexPath> indexPathsForVisibleItems() const;
 
   // ---- Changes. Deleted, reloaded and moved-away paths count as before the changes, inserted and moved-to ones as
   // after them. The data changes before the call; for several calls at once, within the updates of a batch.
@@ -87,11 +87,11 @@ class UICollectionView : public Object<UICollectionView, UIScrollView> {
   void setAllowsSelection(bool allows);
   bool allowsMultipleSelection() const;
   void setAllowsMultipleSelection(bool allows);
-  std::vector<IndexPath> indexPathsForSelectedItems() const;
-  void selectItem(std::optional<IndexPath> indexPath, bool animated, UICollectionViewScrollPosition position);
-  void deselectItem(IndexPath indexPath, bool animated);
+  virtual std::vector<IndexPath> indexPathsForSelectedItems() const;
+  virtual void selectItem(std::optional<IndexPath> indexPath, bool animated, UICollectionViewScrollPosition position);
+  virtual void deselectItem(IndexPath indexPath, bool animated);
   /// In the direction that the position does not speak of, the item only comes into view.
-  void scrollToItem(IndexPath indexPath, UICollectionViewScrollPosition position, bool animated);
+  virtual void scrollToItem(IndexPath indexPath, UICollectionViewScrollPosition position, bool animated);
 
   void layoutSubviews() override;
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;

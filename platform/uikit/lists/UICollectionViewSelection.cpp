@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/lists/CollectionContent.h"
 #include "platform/uikit/lists/SelectionSegue.h"
@@ -10,12 +9,6 @@
 
 namespace platform {
 
-namespace {
-
-constexpr double highlightDelay = 0.1;
-
-}  // namespace
-
 bool CollectionContent::ask(SEL selector, IndexPath path) const {
   return askOptional<bool>(view.delegate(), selector, view.shared_from_this(), path).value_or(true);
 }
@@ -24,24 +17,20 @@ void CollectionContent::hold(CGPoint point) {
   static const SEL shouldHighlight = sel("collectionView:shouldHighlightItemAtIndexPath:");
   letGo(false);
   const std::optional<IndexPath> path = view.indexPathForItemAtPoint(point);
-  if (!path || !allowsSelection) return;
+  if (!path || !selected.allows) return;
   const Ref<UICollectionViewCell> cell = view.cellForItemAtIndexPath(*path);
   if (!cell || !ask(shouldHighlight, *path)) return;
-  held = cell;
-  highlighting = DispatchQueue::main().asyncAfter(highlightDelay, [weak = Weak<NSObject>(view.shared_from_this())] {
-    if (const auto owner = as<UICollectionView>(weak.lock())) owner->content_->highlightHeld();
+  held.hold(cell, [this, weak = Weak<NSObject>(view.shared_from_this())] {
+    if (const Ref<NSObject> keeper = weak.lock()) highlightHeld();
   });
 }
 
 void CollectionContent::highlightHeld() {
-  if (const Ref<UICollectionViewCell> cell = held.lock()) cell->setHighlighted(true);
+  if (const Ref<UICollectionViewCell> cell = held.cell()) cell->setHighlighted(true);
 }
 
 void CollectionContent::letGo(bool choose) {
-  const Ref<UICollectionViewCell> cell = held.lock();
-  if (highlighting) highlighting->cancel();
-  highlighting = nullptr;
-  held.reset();
+  const Ref<UICollectionViewCell> cell = held.release();
   if (!cell) return;
   const std::optional<IndexPath> path = view.indexPathForCell(cell);
   cell->setHighlighted(false);
@@ -50,27 +39,21 @@ void CollectionContent::letGo(bool choose) {
 
 void CollectionContent::deselect(IndexPath path, bool tellDelegate) {
   static const SEL didDeselect = sel("collectionView:didDeselectItemAtIndexPath:");
-  if (selected.erase(path) == 0) return;
-  if (const auto cell = visible.find(path); cell != visible.end()) cell->second->setSelected(false);
+  if (!selected.erase(path)) return;
+  if (const Ref<UICollectionViewCell> cell = visible.cellAt(path)) cell->setSelected(false);
   if (tellDelegate) tell(didDeselect, path);
 }
 
 void CollectionContent::choose(IndexPath path) {
   static const SEL shouldSelect = sel("collectionView:shouldSelectItemAtIndexPath:");
   static const SEL didSelect = sel("collectionView:didSelectItemAtIndexPath:");
-  if (!allowsSelection || !contains(path)) return;
-  if (allowsMultipleSelection && selected.contains(path)) return deselect(path, true);
+  if (!selected.allows || !contains(path)) return;
+  if (selected.allowsMultiple && selected.contains(path)) return deselect(path, true);
   if (!ask(shouldSelect, path) || !contains(path)) return;
-  if (!allowsMultipleSelection) {
-    const std::set<IndexPath> others = selected;
-    for (const IndexPath other : others) {
-      if (other != path) deselect(other, true);
-    }
-  }
+  for (const IndexPath other : selected.others(path)) deselect(other, true);
   if (!contains(path)) return;
   selected.insert(path);
-  Ref<UICollectionViewCell> cell;
-  if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
+  const Ref<UICollectionViewCell> cell = visible.cellAt(path);
   if (cell) cell->setSelected(true);
   // Read before the delegate is told, who may reload the view and so give the cell to another item.
   const auto segue = cell ? cell->selectionSegueIdentifier() : std::nullopt;
@@ -84,12 +67,7 @@ void UICollectionView::touchesBegan(const UITouches& touches, const Ref<UIEvent>
 }
 
 void UICollectionView::touchesMoved(const UITouches& touches, const Ref<UIEvent>&) {
-  const Ref<UICollectionViewCell> cell = content_->held.lock();
-  if (!cell || touches.empty()) return;
-  constexpr double slop = 10;
-  if (!cell->bounds().insetBy(-slop, -slop).contains(touches.front()->locationInView(cell.get()))) {
-    content_->letGo(false);
-  }
+  if (content_->held.isLeftBy(touches)) content_->letGo(false);
 }
 
 void UICollectionView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
@@ -105,25 +83,18 @@ void UICollectionView::touchesCancelled(const UITouches& touches, const Ref<UIEv
 
 // ---- By program
 
-bool UICollectionView::allowsSelection() const { return content_->allowsSelection; }
-void UICollectionView::setAllowsSelection(bool allows) { content_->allowsSelection = allows; }
-bool UICollectionView::allowsMultipleSelection() const { return content_->allowsMultipleSelection; }
-void UICollectionView::setAllowsMultipleSelection(bool allows) { content_->allowsMultipleSelection = allows; }
+bool UICollectionView::allowsSelection() const { return content_->selected.allows; }
+void UICollectionView::setAllowsSelection(bool allows) { content_->selected.allows = allows; }
+bool UICollectionView::allowsMultipleSelection() const { return content_->selected.allowsMultiple; }
+void UICollectionView::setAllowsMultipleSelection(bool allows) { content_->selected.allowsMultiple = allows; }
 
-std::vector<IndexPath> UICollectionView::indexPathsForSelectedItems() const {
-  return {content_->selected.begin(), content_->selected.end()};
-}
+std::vector<IndexPath> UICollectionView::indexPathsForSelectedItems() const { return content_->selected.paths(); }
 
 void UICollectionView::selectItem(std::optional<IndexPath> indexPath, bool animated,
                                   UICollectionViewScrollPosition position) {
   content_->loadIfNeeded();
   if (indexPath && !content_->contains(*indexPath)) return;
-  if (!indexPath || !content_->allowsMultipleSelection) {
-    const std::set<IndexPath> others = content_->selected;
-    for (const IndexPath other : others) {
-      if (!indexPath || other != *indexPath) content_->deselect(other, false);
-    }
-  }
+  for (const IndexPath other : content_->selected.others(indexPath)) content_->deselect(other, false);
   if (!indexPath) return;
   content_->selected.insert(*indexPath);
   if (const Ref<UICollectionViewCell> cell = cellForItemAtIndexPath(*indexPath)) cell->setSelected(true);

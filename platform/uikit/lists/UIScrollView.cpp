@@ -27,7 +27,10 @@ void UIScrollView::initWithFrame(CGRect frame) {
 
 // ---- Offset
 
-CGPoint UIScrollView::contentOffset() const { return bounds().origin; }
+CGPoint UIScrollView::contentOffset() const {
+  if (scroll_) scroll_->answeredItself = true;
+  return bounds().origin;
+}
 
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
   if (!std::isfinite(offset.x) || !std::isfinite(offset.y)) return;
@@ -90,8 +93,8 @@ UIEdgeInsets UIScrollView::adjustedContentInset() const {
   const CGSize size = bounds().size;
   const bool always = scroll_->adjustment == Adjustment::always;
   const bool vertically =
-      always || scroll_->alwaysBounceVertical || scroll_->contentSize.height > size.height - safe.top - safe.bottom;
-  const bool horizontally = always || scroll_->alwaysBounceHorizontal || scroll_->contentSize.width > size.width;
+      always || scroll_->alwaysBounceVertical || contentSize().height > size.height - safe.top - safe.bottom;
+  const bool horizontally = always || scroll_->alwaysBounceHorizontal || contentSize().width > size.width;
   if (vertically) {
     insets.top += safe.top;
     insets.bottom += safe.bottom;
@@ -107,7 +110,7 @@ void UIScrollView::safeAreaInsetsDidChange() {
   Super::safeAreaInsetsDidChange();
   const UIEdgeInsets insets = adjustedContentInset();
   const UIEdgeInsets before = scroll_->lastAdjustedInset;
-  if (insets == before) return;
+  if (insets == before || !scroll_->ownsOffset()) return;
   scroll_->lastAdjustedInset = insets;
   // Content that stood at its top or left edge stays there; any other keeps its place on the screen.
   CGPoint offset = contentOffset();

@@ -33,16 +33,16 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   UIEdgeInsets contentInset() const;
   void setContentInset(UIEdgeInsets insets);
   /// contentInset and what the safe area adds to it.
-  UIEdgeInsets adjustedContentInset() const;
+  virtual UIEdgeInsets adjustedContentInset() const;
   UIScrollViewContentInsetAdjustmentBehavior contentInsetAdjustmentBehavior() const;
   void setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior behavior);
   /// The least scrolling that shows the rectangle (in content coordinates); none when it is visible.
-  void scrollRectToVisible(CGRect rect, bool animated);
+  virtual void scrollRectToVisible(CGRect rect, bool animated);
 
-  Ref<NSObject> delegate() const;
+  virtual Ref<NSObject> delegate() const;
   virtual void setDelegate(const Ref<NSObject>& delegate);
 
-  bool isScrollEnabled() const;
+  virtual bool isScrollEnabled() const;
   virtual void setScrollEnabled(bool enabled);
   bool isPagingEnabled() const;
   void setPagingEnabled(bool enabled);
@@ -68,9 +68,9 @@ class UIScrollView : public Object<UIScrollView, UIView> {
   virtual bool touchesShouldCancelInContentView(const Ref<UIView>& view);
 
   /// A finger is down on it; it follows a finger; it moves on by itself.
-  bool isTracking() const;
-  bool isDragging() const;
-  bool isDecelerating() const;
+  virtual bool isTracking() const;
+  virtual bool isDragging() const;
+  virtual bool isDecelerating() const;
   const Ref<UIPanGestureRecognizer>& panGestureRecognizer() const;
 
   void setBounds(CGRect bounds) override;

@@ -15,13 +15,13 @@ namespace platform {
 ScrollState::Range ScrollState::rangeX() const {
   const UIEdgeInsets insets = view.adjustedContentInset();
   const double least = -insets.left;
-  return {least, std::max(least, contentSize.width + insets.right - view.bounds().size.width)};
+  return {least, std::max(least, view.contentSize().width + insets.right - view.bounds().size.width)};
 }
 
 ScrollState::Range ScrollState::rangeY() const {
   const UIEdgeInsets insets = view.adjustedContentInset();
   const double least = -insets.top;
-  return {least, std::max(least, contentSize.height + insets.bottom - view.bounds().size.height)};
+  return {least, std::max(least, view.contentSize().height + insets.bottom - view.bounds().size.height)};
 }
 
 bool ScrollState::scrollsX() const {
@@ -45,7 +45,14 @@ bool ScrollState::isOutside() const {
   return clamped(offset) != offset;
 }
 
+bool ScrollState::ownsOffset() {
+  answeredItself = false;
+  view.contentOffset();
+  return answeredItself;
+}
+
 void ScrollState::settleIntoRange() {
+  if (!ownsOffset()) return;
   if (moving == Moving::gliding) {
     const CGPoint goal{motionX.target(), motionY.target()};
     if (clamped(goal) != goal) goOnGliding();

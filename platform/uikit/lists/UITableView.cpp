@@ -48,13 +48,7 @@ void UITableView::registerHeaderFooter(HeaderFooterMaker maker, const std::strin
 }
 
 Ref<UITableViewCell> UITableView::dequeueReusableCell(const std::string& reuseIdentifier) {
-  auto& pool = content_->waiting[reuseIdentifier];
-  if (!pool.empty()) {
-    const Ref<UITableViewCell> cell = std::move(pool.back());
-    pool.pop_back();
-    cell->prepareForReuse();
-    return cell;
-  }
+  if (const Ref<UITableViewCell> cell = content_->waiting.take(reuseIdentifier)) return cell;
   const auto maker = content_->makers.find(reuseIdentifier);
   return maker == content_->makers.end() ? nullptr : maker->second(reuseIdentifier);
 }
@@ -65,13 +59,7 @@ Ref<UITableViewCell> UITableView::dequeueReusableCell(const std::string& reuseId
 }
 
 Ref<UITableViewHeaderFooterView> UITableView::dequeueReusableHeaderFooterView(const std::string& reuseIdentifier) {
-  auto& pool = content_->waitingHeaders[reuseIdentifier];
-  if (!pool.empty()) {
-    const Ref<UITableViewHeaderFooterView> view = std::move(pool.back());
-    pool.pop_back();
-    view->prepareForReuse();
-    return view;
-  }
+  if (const Ref<UITableViewHeaderFooterView> view = content_->waitingHeaders.take(reuseIdentifier)) return view;
   const auto maker = content_->headerMakers.find(reuseIdentifier);
   return maker == content_->headerMakers.end() ? nullptr : maker->second(reuseIdentifier);
 }
@@ -115,17 +103,12 @@ std::optional<IndexPath> UITableView::indexPathForRowAtPoint(CGPoint point) cons
 }
 
 std::optional<IndexPath> UITableView::indexPathForCell(const Ref<UITableViewCell>& cell) const {
-  if (!cell) return std::nullopt;
-  for (const auto& [path, shown] : content_->visible) {
-    if (shown == cell) return path;
-  }
-  return std::nullopt;
+  return content_->visible.pathOf(cell);
 }
 
 Ref<UITableViewCell> UITableView::cellForRowAtIndexPath(IndexPath indexPath) const {
   content_->tileIfStale();
-  const auto found = content_->visible.find(indexPath);
-  return found == content_->visible.end() ? nullptr : found->second;
+  return content_->visible.cellAt(indexPath);
 }
 
 std::vector<IndexPath> UITableView::indexPathsForVisibleRows() const {
@@ -187,10 +170,10 @@ void UITableView::setContentOffset(CGPoint offset, bool animated) {
 
 // ---- Settings
 
-bool UITableView::allowsSelection() const { return content_->allowsSelection; }
-void UITableView::setAllowsSelection(bool allows) { content_->allowsSelection = allows; }
-bool UITableView::allowsMultipleSelection() const { return content_->allowsMultipleSelection; }
-void UITableView::setAllowsMultipleSelection(bool allows) { content_->allowsMultipleSelection = allows; }
+bool UITableView::allowsSelection() const { return content_->selected.allows; }
+void UITableView::setAllowsSelection(bool allows) { content_->selected.allows = allows; }
+bool UITableView::allowsMultipleSelection() const { return content_->selected.allowsMultiple; }
+void UITableView::setAllowsMultipleSelection(bool allows) { content_->selected.allowsMultiple = allows; }
 
 namespace {
 

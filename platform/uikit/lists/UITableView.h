@@ -49,7 +49,7 @@ class UITableView : public Object<UITableView, UIScrollView> {
   void initWithFrame(CGRect frame) override;
 
   UITableViewStyle style() const;
-  Ref<NSObject> dataSource() const;
+  virtual Ref<NSObject> dataSource() const;
   void setDataSource(const Ref<NSObject>& dataSource);
   void setDelegate(const Ref<NSObject>& delegate) override;
 
@@ -71,17 +71,17 @@ class UITableView : public Object<UITableView, UIScrollView> {
   Ref<UITableViewHeaderFooterView> dequeueReusableHeaderFooterView(const std::string& reuseIdentifier);
 
   // ---- What there is
-  std::int64_t numberOfSections() const;
-  std::int64_t numberOfRowsInSection(std::int64_t section) const;
-  CGRect rectForRowAtIndexPath(IndexPath indexPath) const;
+  virtual std::int64_t numberOfSections() const;
+  virtual std::int64_t numberOfRowsInSection(std::int64_t section) const;
+  virtual CGRect rectForRowAtIndexPath(IndexPath indexPath) const;
   CGRect rectForSection(std::int64_t section) const;
   CGRect rectForHeaderInSection(std::int64_t section) const;
-  std::optional<IndexPath> indexPathForRowAtPoint(CGPoint point) const;
-  std::optional<IndexPath> indexPathForCell(const Ref<UITableViewCell>& cell) const;
+  virtual std::optional<IndexPath> indexPathForRowAtPoint(CGPoint point) const;
+  virtual std::optional<IndexPath> indexPathForCell(const Ref<UITableViewCell>& cell) const;
   /// None unless the row is visible.
-  Ref<UITableViewCell> cellForRowAtIndexPath(IndexPath indexPath) const;
-  std::vector<Ref<UITableViewCell>> visibleCells() const;
-  std::vector<IndexPath> indexPathsForVisibleRows() const;
+  virtual Ref<UITableViewCell> cellForRowAtIndexPath(IndexPath indexPath) const;
+  virtual std::vector<Ref<UITableViewCell>> visibleCells() const;
+  virtual std::vector<IndexPath> indexPathsForVisibleRows() const;
   Ref<UIView> headerViewForSection(std::int64_t section) const;
   Ref<UIView> footerViewForSection(std::int64_t section) const;
 
@@ -104,11 +104,11 @@ class UITableView : public Object<UITableView, UIScrollView> {
   void setAllowsSelection(bool allows);
   bool allowsMultipleSelection() const;
   void setAllowsMultipleSelection(bool allows);
-  std::optional<IndexPath> indexPathForSelectedRow() const;
-  std::vector<IndexPath> indexPathsForSelectedRows() const;
-  void selectRow(std::optional<IndexPath> indexPath, bool animated, UITableViewScrollPosition position);
-  void deselectRow(IndexPath indexPath, bool animated);
-  void scrollToRow(IndexPath indexPath, UITableViewScrollPosition position, bool animated);
+  virtual std::optional<IndexPath> indexPathForSelectedRow() const;
+  virtual std::vector<IndexPath> indexPathsForSelectedRows() const;
+  virtual void selectRow(std::optional<IndexPath> indexPath, bool animated, UITableViewScrollPosition position);
+  virtual void deselectRow(IndexPath indexPath, bool animated);
+  virtual void scrollToRow(IndexPath indexPath, UITableViewScrollPosition position, bool animated);
 
   // ---- Look
   double rowHeight() const;

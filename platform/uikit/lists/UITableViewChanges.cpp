@@ -109,6 +109,40 @@ void UITableView::reloadSections(const std::vector<std::int64_t>& sections, UITa
 
 // ---- Carrying out
 
+namespace {
+
+/// What is left of a list by rows when some are gone (in order).
+std::vector<char> withoutRows(const std::vector<char>& list, const std::vector<std::int64_t>& gone) {
+  std::vector<char> left;
+  left.reserve(list.size() - gone.size());
+  auto from = list.begin();
+  for (const std::int64_t row : gone) {
+    const auto to = list.begin() + row;
+    left.insert(left.end(), from, to);
+    from = to + 1;
+  }
+  left.insert(left.end(), from, list.end());
+  return left;
+}
+
+/// A list by rows with others put in, each where it stands afterwards (in order).
+std::vector<char> withRows(const std::vector<char>& list, const std::vector<std::int64_t>& come,
+                           const std::vector<char>& values) {
+  std::vector<char> all;
+  all.reserve(list.size() + come.size());
+  auto from = list.begin();
+  for (std::size_t i = 0; i < come.size(); ++i) {
+    const auto to = from + (come[i] - static_cast<std::int64_t>(all.size()));
+    all.insert(all.end(), from, to);
+    all.push_back(values[i]);
+    from = to;
+  }
+  all.insert(all.end(), from, list.end());
+  return all;
+}
+
+}  // namespace
+
 /// The sections after the changes: heights of what stays are kept, what comes is asked for.
 std::vector<TableSection> TableContent::changedSections(const TableChanges& changes,
                                                         const std::vector<std::int64_t>& counts) {
@@ -128,32 +162,17 @@ std::vector<TableSection> TableContent::changedSections(const TableChanges& chan
       now.push_back(before);
       continue;
     }
-    TableSection after;
-    after.headerHeight = before.headerHeight;
-    after.footerHeight = before.footerHeight;
-    std::vector<double> heights;
-    heights.reserve(static_cast<std::size_t>(counts[index]));
-    after.measured.reserve(static_cast<std::size_t>(counts[index]));
-    std::size_t oldRow = 0;
-    auto nextGone = gone.begin();
-    auto nextCome = come.begin();
-    for (std::int64_t row = 0; row < counts[index]; ++row) {
-      if (nextCome != come.end() && *nextCome == row) {
-        ++nextCome;
-        const Height height = initialHeight(IndexPath(row, section));
-        heights.push_back(height.height);
-        after.measured.push_back(height.measured);
-        continue;
-      }
-      while (nextGone != gone.end() && *nextGone == static_cast<std::int64_t>(oldRow)) {
-        ++nextGone;
-        ++oldRow;
-      }
-      heights.push_back(before.rows.height(oldRow));
-      after.measured.push_back(before.measured[oldRow]);
-      ++oldRow;
+    TableSection after = before;
+    for (auto row = gone.rbegin(); row != gone.rend(); ++row) after.rows.erase(static_cast<std::size_t>(*row));
+    after.measured = withoutRows(before.measured, gone);
+    std::vector<char> measured;
+    measured.reserve(come.size());
+    for (const std::int64_t row : come) {
+      const Height height = initialHeight(IndexPath(row, section));
+      after.rows.insert(static_cast<std::size_t>(row), height.height);
+      measured.push_back(height.measured);
     }
-    after.rows = RowHeights(std::move(heights));
+    after.measured = withRows(after.measured, come, measured);
     now.push_back(std::move(after));
   }
   // Rows that are reloaded, and rows that moved, are measured again; visible rows are too, because an update without
@@ -171,32 +190,21 @@ std::vector<TableSection> TableContent::changedSections(const TableChanges& chan
   return now;
 }
 
-/// Gives the visible cells their new paths; those whose rows are gone, or are replaced, leave.
-void TableContent::carryOver(const TableChanges& changes,
-                             std::vector<std::pair<Ref<UITableViewCell>, IndexPath>>& leaving) {
-  std::map<IndexPath, Ref<UITableViewCell>> carried;
-  for (const auto& [path, cell] : visible) {
-    const std::optional<IndexPath> now = changes.newPath(path);
-    if (now && !changes.isReloaded(path)) {
-      carried[*now] = cell;
-    } else {
-      leaving.emplace_back(cell, path);
-      if (now) transition_->replaced.insert(*now);
-    }
+/// What is visible, chosen or on its way there goes along; the cells that leave come back.
+VisibleCells<UITableViewCell>::Leaving TableContent::carryOver(const TableChanges& changes) {
+  const auto leaving = visible.carry(changes);
+  for (const auto& [cell, path] : leaving) {
+    if (const std::optional<IndexPath> now = changes.newPath(path)) transition_->replaced.insert(*now);
   }
-  visible = std::move(carried);
   ++reloads;
-  std::set<IndexPath> stillSelected;
-  for (const IndexPath path : selected) {
-    if (const std::optional<IndexPath> now = changes.newPath(path)) stillSelected.insert(*now);
-  }
-  selected = std::move(stillSelected);
+  selected.follow(changes);
   if (goal) {
     const std::optional<IndexPath> now = changes.newPath(goal->path);
     goal = now ? std::optional(Goal{*now, goal->position}) : std::nullopt;
   }
   dropHeaders(headers, {});
   dropHeaders(footers, {});
+  return leaving;
 }
 
 void TableContent::applyPending(std::function<void(bool)> completion) {
@@ -212,12 +220,11 @@ void TableContent::applyPending(std::function<void(bool)> completion) {
   }
   const bool animates = animation != UITableViewRowAnimation::none && table.window() &&
                         UIView::areAnimationsEnabled() && table.bounds().size.height > 0;
-  const TableGeometry before = geometry;
+  const TableGeometry before = animates ? geometry : TableGeometry();
   Transition transition{&changes, &before, animation, {}};
-  std::vector<std::pair<Ref<UITableViewCell>, IndexPath>> leaving;
   geometry.setSections(changedSections(changes, now));
   transition_ = &transition;
-  carryOver(changes, leaving);
+  const auto leaving = carryOver(changes);
   if (!animates) transition_ = nullptr;
   stale = true;
 
@@ -243,7 +250,7 @@ void TableContent::applyPending(std::function<void(bool)> completion) {
     return;
   }
   // The leaving cells are handed to the completion before the changes run: `change` only borrows them.
-  const auto gone = std::make_shared<std::vector<std::pair<Ref<UITableViewCell>, IndexPath>>>(leaving);
+  const auto gone = std::make_shared<const VisibleCells<UITableViewCell>::Leaving>(leaving);
   UIView::animateWithDuration(changeSeconds, change,
                               [weak = Weak<UITableView>(keeper), gone, completion](bool finished) {
                                 if (const Ref<UITableView> owner = weak.lock()) {

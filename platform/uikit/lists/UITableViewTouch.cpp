@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "platform/dispatch/DispatchQueue.h"
 #include "platform/uikit/lists/SelectionSegue.h"
 #include "platform/uikit/lists/TableContent.h"
 #include "platform/uikit/touch/UITouch.h"
@@ -8,13 +7,6 @@
 // Choosing rows: by a finger, which highlights first, and by program.
 
 namespace platform {
-
-namespace {
-
-/// A finger rests this long on a row before the row lights up: one that scrolls does not make rows flicker.
-constexpr double highlightDelay = 0.1;
-
-}  // namespace
 
 // ---- By a finger
 
@@ -24,20 +16,18 @@ void TableContent::hold(const UIView& touched, CGPoint point) {
   letGo(false);
   tileIfStale();
   const std::optional<IndexPath> path = table.indexPathForRowAtPoint(point);
-  if (!path || !allowsSelection) return;
+  if (!path || !selected.allows) return;
   const Ref<UITableViewCell> cell = table.cellForRowAtIndexPath(*path);
   if (!cell || !touched.isDescendantOfView(cell.get())) return;
   if (!ask<bool>(shouldHighlight, *path).value_or(true)) return;
-  held = cell;
-  const Weak<UITableView> weak = std::static_pointer_cast<UITableView>(table.shared_from_this());
-  highlighting = DispatchQueue::main().asyncAfter(highlightDelay, [weak] {
-    if (const Ref<UITableView> owner = weak.lock()) owner->content_->highlightHeld();
+  held.hold(cell, [this, weak = Weak<NSObject>(shared())] {
+    if (const Ref<NSObject> keeper = weak.lock()) highlightHeld();
   });
 }
 
 void TableContent::highlightHeld() {
   static const SEL didHighlight = sel("tableView:didHighlightRowAtIndexPath:");
-  const Ref<UITableViewCell> cell = held.lock();
+  const Ref<UITableViewCell> cell = held.cell();
   if (!cell || cell->isHighlighted()) return;
   cell->setHighlighted(true, false);
   if (const std::optional<IndexPath> path = table.indexPathForCell(cell)) tell(didHighlight, *path);
@@ -45,10 +35,7 @@ void TableContent::highlightHeld() {
 
 void TableContent::letGo(bool choose) {
   static const SEL didUnhighlight = sel("tableView:didUnhighlightRowAtIndexPath:");
-  const Ref<UITableViewCell> cell = held.lock();
-  if (highlighting) highlighting->cancel();
-  highlighting = nullptr;
-  held.reset();
+  const Ref<UITableViewCell> cell = held.release();
   if (!cell) return;
   const std::optional<IndexPath> path = table.indexPathForCell(cell);
   const bool wasHighlighted = cell->isHighlighted();
@@ -61,34 +48,28 @@ bool TableContent::isSelectable(IndexPath path) const { return loaded && geometr
 
 void TableContent::deselect(IndexPath path, bool animated, bool tellDelegate) {
   static const SEL didDeselect = sel("tableView:didDeselectRowAtIndexPath:");
-  if (selected.erase(path) == 0) return;
-  if (const auto cell = visible.find(path); cell != visible.end()) cell->second->setSelected(false, animated);
+  if (!selected.erase(path)) return;
+  if (const Ref<UITableViewCell> cell = visible.cellAt(path)) cell->setSelected(false, animated);
   if (tellDelegate) tell(didDeselect, path);
 }
 
 void TableContent::choose(IndexPath path) {
   static const SEL willSelect = sel("tableView:willSelectRowAtIndexPath:");
   static const SEL didSelect = sel("tableView:didSelectRowAtIndexPath:");
-  if (!allowsSelection) return;
+  if (!selected.allows) return;
   if (const auto instead = ask<std::optional<IndexPath>>(willSelect, path)) {
     if (!*instead) return;
     path = **instead;
   }
   if (!isSelectable(path)) return;
-  if (allowsMultipleSelection && selected.contains(path)) {
+  if (selected.allowsMultiple && selected.contains(path)) {
     deselect(path, true, true);
     return;
   }
-  if (!allowsMultipleSelection) {
-    const std::set<IndexPath> others = selected;
-    for (const IndexPath other : others) {
-      if (other != path) deselect(other, true, true);
-    }
-  }
+  for (const IndexPath other : selected.others(path)) deselect(other, true, true);
   if (!isSelectable(path)) return;
   selected.insert(path);
-  Ref<UITableViewCell> cell;
-  if (const auto found = visible.find(path); found != visible.end()) cell = found->second;
+  const Ref<UITableViewCell> cell = visible.cellAt(path);
   if (cell) cell->setSelected(true, false);
   // Read before the delegate is told, who may reload the table and so give the cell to another row.
   const auto segue = cell ? cell->selectionSegueIdentifier() : std::nullopt;
@@ -103,12 +84,7 @@ void UITableView::touchesBegan(const UITouches& touches, const Ref<UIEvent>& eve
 }
 
 void UITableView::touchesMoved(const UITouches& touches, const Ref<UIEvent>&) {
-  const Ref<UITableViewCell> cell = content_->held.lock();
-  if (!cell || touches.empty()) return;
-  constexpr double slop = 10;
-  if (!cell->bounds().insetBy(-slop, -slop).contains(touches.front()->locationInView(cell.get()))) {
-    content_->letGo(false);
-  }
+  if (content_->held.isLeftBy(touches)) content_->letGo(false);
 }
 
 void UITableView::touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) {
@@ -124,23 +100,14 @@ void UITableView::touchesCancelled(const UITouches& touches, const Ref<UIEvent>&
 
 // ---- By program
 
-std::optional<IndexPath> UITableView::indexPathForSelectedRow() const {
-  return content_->selected.empty() ? std::nullopt : std::optional(*content_->selected.begin());
-}
+std::optional<IndexPath> UITableView::indexPathForSelectedRow() const { return content_->selected.first(); }
 
-std::vector<IndexPath> UITableView::indexPathsForSelectedRows() const {
-  return {content_->selected.begin(), content_->selected.end()};
-}
+std::vector<IndexPath> UITableView::indexPathsForSelectedRows() const { return content_->selected.paths(); }
 
 void UITableView::selectRow(std::optional<IndexPath> indexPath, bool animated, UITableViewScrollPosition position) {
   content_->loadIfNeeded();
   if (indexPath && !content_->isSelectable(*indexPath)) return;
-  if (!indexPath || !content_->allowsMultipleSelection) {
-    const std::set<IndexPath> others = content_->selected;
-    for (const IndexPath other : others) {
-      if (!indexPath || other != *indexPath) content_->deselect(other, animated, false);
-    }
-  }
+  for (const IndexPath other : content_->selected.others(indexPath)) content_->deselect(other, animated, false);
   if (!indexPath) return;
   content_->selected.insert(*indexPath);
   if (const Ref<UITableViewCell> cell = cellForRowAtIndexPath(*indexPath)) cell->setSelected(true, animated);

@@ -75,7 +75,7 @@ void ParagraphStack::rebuildHeights() {
   for (const Paragraph& paragraph : paragraphs_) {
     heights.push_back(paragraph.layout ? paragraph.layout->size().height : estimate(paragraph));
   }
-  heights_ = RowHeights(std::move(heights));
+  heights_ = RowHeights(heights);
   measureAllIfFew();
 }
 

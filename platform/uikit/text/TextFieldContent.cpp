@@ -94,11 +94,13 @@ double TextFieldContent::textLeft(const TextLayout& layout, CGRect rect) const {
   return rect.minX();
 }
 
-std::size_t TextFieldContent::positionAt(CGPoint point) const {
+std::size_t TextFieldContent::positionAt(CGPoint point) {
   const auto text = layout();
   const double left = textLeft(*text, contentRect());
   return fromShown(text->indexAt({point.x - left, text->size().height / 2}));
 }
+
+CGRect TextFieldContent::caretRectAt(std::size_t position) { return layout()->caretRect(toShown(position)); }
 
 void TextFieldContent::keepCaretVisible() {
   const auto text = layout();
@@ -184,8 +186,7 @@ void UITextField::draw(CGRect, CGContext& context) {
     context.setFillColor(tintColor().colorWithAlphaComponent(0.22));
     for (const CGRect& part : layout->selectionRects(shown)) context.fill(part.offsetBy(left, top));
   }
-  UIColor color = content_->textColor;
-  if (content_->attributes) color = content_->attributes->foregroundColor.value_or(color);
+  UIColor color = content_->shownColor();
   if (!isEnabled()) color = UIColor::tertiaryLabel();
   if (!layout->text().empty()) context.drawText(layout, {left, top}, color);
   if (active && content_->blink.isShown() && !content_->edit.hasSelection()) {

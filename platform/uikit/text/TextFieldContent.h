@@ -1,12 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "platform/uikit/text/CaretBlink.h"
-#include "platform/uikit/text/EditableText.h"
-#include "platform/uikit/text/TextLongPress.h"
+#include "platform/uikit/text/TextEditing.h"
 #include "platform/uikit/text/UITextField.h"
 
 namespace platform {
@@ -14,38 +11,26 @@ namespace platform {
 class TextLayout;
 class UIButton;
 
-/// What a UITextField holds. Shared by UITextField*.cpp alone.
-class TextFieldContent {
+/// What a UITextField holds. Shared by UITextField*.cpp and TextFieldContent.cpp alone.
+class TextFieldContent final : public TextEditing {
  public:
-  explicit TextFieldContent(UITextField& owner) : field(owner) {}
+  explicit TextFieldContent(UITextField& owner);
 
   UITextField& field;
-  EditableText edit;
-  bool hasText = true;  ///< false once a program set no text
-  std::optional<NSTextAttributes> attributes;
   Ref<NSAttributedString> placeholder;
-  bool placeholderIsPlain = true;
-  UIFont font;
-  UIColor textColor;
-  NSTextAlignment alignment = NSTextAlignment::natural;
   UITextBorderStyle border = UITextBorderStyle::none;
-  UITextInputTraits traits;
   Ref<UIView> leftView;
   Ref<UIView> rightView;
   Ref<UIButton> clearButton;
   UITextFieldViewMode leftMode = UITextFieldViewMode::never;
   UITextFieldViewMode rightMode = UITextFieldViewMode::never;
   UITextFieldViewMode clearMode = UITextFieldViewMode::never;
-  Ref<UIView> inputView;
-  Weak<NSObject> delegate;
+  Weak<NSObject> fieldDelegate;
 
-  bool editing = false;
   bool clearsOnBegin = false;
-  CaretBlink blink;
   double scrolled = 0;  ///< how far the text is moved to the left to keep the caret in view
   bool touchSelects = false;
   std::size_t touchAnchor = 0;
-  TextLongPress longPress;
 
   // ---- Text as it is shown: secret as dots, on one line
   TextRange shownRange() const;
@@ -53,26 +38,34 @@ class TextFieldContent {
   std::size_t toShown(std::size_t position) const;
   std::size_t fromShown(std::size_t shown) const;
   std::shared_ptr<const TextLayout> layout() const;
-  UIFont shownFont() const { return attributes && attributes->font ? *attributes->font : font; }
   CGRect contentRect() const;
   /// Where the layout's left edge stands in the field.
   double textLeft(const TextLayout& layout, CGRect rect) const;
-  std::size_t positionAt(CGPoint point) const;
   void keepCaretVisible();
-  void textDidChange();
   bool shows(UITextFieldViewMode mode) const;
   bool showsClearButton() const;
+  void clear();
 
-  // ---- Editing as a person does it: asks the delegate, changes, tells everybody
-  bool replaceByUser(NSRange range, const std::string& replacement);
-  void announceChange();
-  void selectionDidChange();
-  void begin();
-  void finish();
-  bool ask(SEL selector) const;
-  void tell(SEL selector) const;
-  void returnPressed();
-  void showMenu(CGPoint at);
+  Ref<NSObject> delegate() const override { return fieldDelegate.lock(); }
+  bool isEditable() const override { return field.isEnabled(); }
+  bool isSecure() const override { return field.isSecureTextEntry(); }
+  std::size_t positionAt(CGPoint point) override;
+  CGRect caretRectAt(std::size_t position) override;
+  void textDidChange() override;
+
+ protected:
+  bool takesKeys() const override { return field.isEnabled(); }
+  std::string typable(const std::string& text) const override { return onOneLine(text); }
+  void showCaret() override { keepCaretVisible(); }
+  void editingBegan() override;
+  void editingEnded() override;
+  void textWasEdited() override { textDidChange(); }
+  void tellOfEdit() override;
+  void returnPressed() override;
+  bool tabPressed(bool backwards) override;
+  NSRange lineAround(std::size_t position) override;
+  void moveVertically(bool down, bool extend) override;
+  CGRect menuRect(CGPoint at) override;
 };
 
 }  // namespace platform

@@ -28,22 +28,11 @@ void UITextField::exportMethods(MethodTable<UITextField>& table) {
 
 // ---- Text
 
-std::optional<std::string> UITextField::text() const {
-  return content_->hasText ? std::optional(content_->edit.text()) : std::nullopt;
-}
+std::optional<std::string> UITextField::text() const { return content_->text(); }
 
-void UITextField::setText(std::optional<std::string> text) {
-  content_->hasText = text.has_value();
-  content_->attributes = std::nullopt;
-  content_->edit.setText(text ? std::move(*text) : std::string());
-  content_->textDidChange();
-}
+void UITextField::setText(std::optional<std::string> text) { content_->setText(std::move(text)); }
 
-Ref<NSAttributedString> UITextField::attributedText() const {
-  if (!content_->hasText) return nullptr;
-  return make<NSAttributedString>(content_->edit.text(),
-                                  content_->attributes.value_or(NSTextAttributes{font(), textColor()}));
-}
+Ref<NSAttributedString> UITextField::attributedText() const { return content_->attributedText(); }
 
 void UITextField::setAttributedText(const Ref<NSAttributedString>& text) {
   setText(text ? std::optional(text->string()) : std::nullopt);
@@ -206,8 +195,8 @@ bool TextFieldContent::showsClearButton() const {
 
 // ---- Traits
 
-Ref<NSObject> UITextField::delegate() const { return content_->delegate.lock(); }
-void UITextField::setDelegate(const Ref<NSObject>& delegate) { content_->delegate = delegate; }
+Ref<NSObject> UITextField::delegate() const { return content_->delegate(); }
+void UITextField::setDelegate(const Ref<NSObject>& delegate) { content_->fieldDelegate = delegate; }
 bool UITextField::clearsOnBeginEditing() const { return content_->clearsOnBegin; }
 void UITextField::setClearsOnBeginEditing(bool clears) { content_->clearsOnBegin = clears; }
 bool UITextField::isSecureTextEntry() const { return content_->traits.isSecureTextEntry; }

@@ -40,22 +40,11 @@ void UITextView::exportMethods(MethodTable<UITextView>& table) {
 
 // ---- Text and look
 
-std::optional<std::string> UITextView::text() const {
-  return content_->hasText ? std::optional(content_->edit.text()) : std::nullopt;
-}
+std::optional<std::string> UITextView::text() const { return content_->text(); }
 
-void UITextView::setText(std::optional<std::string> text) {
-  content_->hasText = text.has_value();
-  content_->attributes = std::nullopt;
-  content_->edit.setText(text ? std::move(*text) : std::string());
-  content_->textDidChange();
-}
+void UITextView::setText(std::optional<std::string> text) { content_->setText(std::move(text)); }
 
-Ref<NSAttributedString> UITextView::attributedText() const {
-  if (!content_->hasText) return nullptr;
-  return make<NSAttributedString>(content_->edit.text(),
-                                  content_->attributes.value_or(NSTextAttributes{font(), textColor()}));
-}
+Ref<NSAttributedString> UITextView::attributedText() const { return content_->attributedText(); }
 
 void UITextView::setAttributedText(const Ref<NSAttributedString>& text) {
   setText(text ? std::optional(text->string()) : std::nullopt);
@@ -111,10 +100,9 @@ bool UITextView::hasText() const { return !content_->edit.text().empty(); }
 
 TextStyle TextViewContent::style() const {
   TextStyle style;
-  style.font = font;
+  style.font = shownFont();
   style.alignment = alignment;
   if (attributes) {
-    style.font = attributes->font.value_or(font);
     style.underline = attributes->underline;
     style.lineSpacing = attributes->lineSpacing;
   }
@@ -128,7 +116,7 @@ double TextViewContent::textWidth(double viewWidth) const {
 }
 
 ParagraphStack& TextViewContent::laidOut() {
-  const double width = textWidth(view.bounds().size.width);
+  const double width = textWidth(textView.bounds().size.width);
   if (stale || paragraphs.width() != width) {
     paragraphs.reset(edit, style(), width);
     stale = false;
@@ -138,19 +126,19 @@ ParagraphStack& TextViewContent::laidOut() {
 
 void TextViewContent::updateContentSize() {
   const double height = upToPixel(laidOut().height() + inset.top + inset.bottom);
-  view.setContentSize({view.bounds().size.width, height});
+  textView.setContentSize({textView.bounds().size.width, height});
 }
 
-CGRect TextViewContent::caretRect() {
+CGRect TextViewContent::caretRectAt(std::size_t position) {
   const CGPoint origin = textOrigin();
-  return laidOut().caretRect(edit.caret()).offsetBy(origin.x, origin.y);
+  return laidOut().caretRect(position).offsetBy(origin.x, origin.y);
 }
 
 std::size_t TextViewContent::positionAt(CGPoint point) { return laidOut().positionAt(point - textOrigin()); }
 
 void TextViewContent::showCaret() {
   updateContentSize();
-  view.scrollRectToVisible(caretRect().insetBy(0, -inset.bottom / 2), false);
+  textView.scrollRectToVisible(caretRect().insetBy(0, -inset.bottom / 2), false);
 }
 
 void TextViewContent::textDidChange() {
@@ -205,11 +193,10 @@ void UITextView::tintColorDidChange() {
 
 void UITextView::scrollRangeToVisible(NSRange range) {
   const NSRange whole = content_->edit.whole(range);
-  const CGPoint origin = content_->textOrigin();
-  const CGRect first = content_->laidOut().caretRect(static_cast<std::size_t>(whole.location));
-  const CGRect last = content_->laidOut().caretRect(static_cast<std::size_t>(whole.end()));
+  const CGRect first = content_->caretRectAt(static_cast<std::size_t>(whole.location));
+  const CGRect last = content_->caretRectAt(static_cast<std::size_t>(whole.end()));
   content_->updateContentSize();
-  scrollRectToVisible(first.unionWith(last).offsetBy(origin.x, origin.y), false);
+  scrollRectToVisible(first.unionWith(last), false);
 }
 
 // ---- Drawing
@@ -232,8 +219,7 @@ void UITextView::draw(CGRect, CGContext& context) {
       context.fill(part.offsetBy(origin.x, origin.y));
     }
   }
-  UIColor color = content_->textColor;
-  if (content_->attributes) color = content_->attributes->foregroundColor.value_or(color);
+  const UIColor color = content_->shownColor();
   for (const ParagraphStack::Piece& piece : stack.pieces(top, bottom)) {
     context.drawText(piece.layout, {origin.x, origin.y + piece.top}, color);
   }

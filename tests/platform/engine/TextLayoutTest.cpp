@@ -131,6 +131,43 @@ TEST(TextLayout, GivesTheSameObjectForTheSameRequest) {
   EXPECT_NE(TextLayout::make("cached", larger, 100), first);
 }
 
+TEST(TextLayout, AnswersForItsOwnWidthAfterOthersOfTheSameText) {
+  const std::string mixed =
+      std::string(sentence) + " \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xF0\x9F\x87\xA9\xF0\x9F\x87\xAA\nand more";
+  const auto described = [&](const TextLayout& layout) {
+    std::string words;
+    const auto add = [&words](double value) { words += std::to_string(value) + " "; };
+    for (std::size_t i = 0; i <= mixed.size(); ++i) {
+      add(layout.caretRect(i).minX());
+      add(layout.caretRect(i).minY());
+    }
+    for (const CGRect& rect : layout.selectionRects({3, 60})) add(rect.minX() + rect.size.width * 1000);
+    for (double x = 0; x < 200; x += 17) add(static_cast<double>(layout.indexAt({x, 30})));
+    return words;
+  };
+  const double widths[] = {CGFloatMax, 150, 97, 250};
+  std::vector<std::shared_ptr<const TextLayout>> layouts;
+  std::vector<std::string> before;
+  for (const double width : widths) {
+    for (const NSTextAlignment alignment : {NSTextAlignment::natural, NSTextAlignment::center}) {
+      TextStyle style = styled();
+      style.alignment = alignment;
+      layouts.push_back(TextLayout::make(mixed, style, width));
+      before.push_back(described(*layouts.back()));  // of letters nobody else has broken into lines yet
+    }
+  }
+  layouts.push_back(TextLayout::make(mixed, styled(2, NSLineBreakMode::byTruncatingTail), 150));
+  before.push_back(described(*layouts.back()));
+  layouts.push_back(TextLayout::make(mixed, styled(0, NSLineBreakMode::byCharWrapping), 150));
+  before.push_back(described(*layouts.back()));
+  for (std::size_t i = 0; i < layouts.size(); ++i) {
+    for (std::size_t j = 0; j < layouts.size(); ++j) {
+      EXPECT_EQ(described(*layouts[j]), before[j]);
+      EXPECT_EQ(described(*layouts[i]), before[i]) << i << " after " << j;
+    }
+  }
+}
+
 TEST(TextLayout, SpacesLinesApartButNotBelowTheLast) {
   TextStyle style = styled();
   style.lineSpacing = 10;

@@ -121,6 +121,25 @@ TEST_F(CollectionViewTest, ItemsFlowInLinesFromEdgeToEdge) {
   EXPECT_EQ(frame(99), CGRect());
 }
 
+TEST_F(CollectionViewTest, AnItemAloneOnItsLineStandsInTheMiddle) {
+  layout->setItemSize({200, 80});
+  fill(make<Shelf>(), 3);
+  // Between insets of ten points at both sides.
+  for (std::int64_t item = 0; item < 3; ++item) EXPECT_EQ(frame(item).minX(), 95) << item;
+  EXPECT_EQ(frame(1).minY(), 5 + 80 + 12);
+  layout->setSectionInset({0, 10, 0, 90});
+  settle();
+  EXPECT_EQ(frame(0).minX(), 55) << "in the middle of what the insets leave";
+  layout->setItemSize({500, 80});
+  settle();
+  EXPECT_EQ(frame(0).minX(), 10) << "one that is too wide begins where the line does";
+  layout->setItemSize({140, 80});
+  settle();
+  EXPECT_EQ(frame(0).minX(), 10) << "the last of full lines stays in its column";
+  EXPECT_EQ(frame(1).minX(), 160);
+  EXPECT_EQ(frame(2).minX(), 10);
+}
+
 TEST_F(CollectionViewTest, OnlyVisibleItemsHaveCellsAmongAHundredThousand) {
   Tile::made = 0;
   fill(make<Shelf>(), 100000);

@@ -37,6 +37,53 @@ TEST(RowHeights, AgreeWithAPlainSumAfterManyChanges) {
   }
 }
 
+TEST(RowHeights, AgreeWithAPlainListThroughRowsThatComeAndGoAndCopiesKeepWhatTheyWere) {
+  std::mt19937 random(3);
+  std::vector<double> plain(300, 44);
+  RowHeights rows(plain.size(), 44);
+  std::vector<std::pair<RowHeights, std::vector<double>>> copies;
+  for (int change = 0; change < 4000; ++change) {
+    const double height = static_cast<double>(random() % 80) / 2;
+    const bool isGrowing = change / 1000 % 2 == 0;
+    const unsigned kind = random() % 4;
+    if (plain.empty() || (isGrowing ? kind < 2 : kind < 1)) {
+      const std::size_t row = random() % 3 == 0 ? plain.size() : random() % (plain.size() + 1);
+      plain.insert(plain.begin() + static_cast<std::ptrdiff_t>(row), height);
+      rows.insert(row, height);
+    } else if (kind < 3) {
+      const std::size_t row = random() % plain.size();
+      plain.erase(plain.begin() + static_cast<std::ptrdiff_t>(row));
+      rows.erase(row);
+    } else {
+      const std::size_t row = random() % plain.size();
+      plain[row] = height;
+      rows.setHeight(row, height);
+    }
+    if (change % 400 == 0) copies.emplace_back(rows, plain);
+  }
+  copies.emplace_back(rows, plain);
+  for (const auto& [copy, expected] : copies) {
+    ASSERT_EQ(copy.count(), expected.size());
+    double sum = 0;
+    for (std::size_t row = 0; row < expected.size(); ++row) {
+      ASSERT_EQ(copy.height(row), expected[row]);
+      ASSERT_EQ(copy.offset(row), sum);
+      if (expected[row] > 0) {
+        ASSERT_EQ(copy.rowAt(sum), row);
+      }
+      sum += expected[row];
+    }
+    EXPECT_EQ(copy.total(), sum);
+    EXPECT_EQ(copy.rowAt(sum), expected.size());
+  }
+}
+
+TEST(RowHeights, AgreeWithThemselvesWhereSumsAreRounded) {
+  RowHeights rows(1000, 0.1);
+  for (std::size_t row = 0; row < 1000; row += 7) rows.setHeight(row, 1.0 / 3);
+  for (std::size_t row = 0; row < 1000; ++row) EXPECT_EQ(rows.rowAt(rows.offset(row)), row);
+}
+
 TableSection section(std::size_t rows, double height, double header = 0, double footer = 0) {
   TableSection made;
   made.rows = RowHeights(rows, height);
@@ -168,6 +215,19 @@ TEST(TableChanges, RefuseCountsThatDoNotFit) {
   EXPECT_FALSE(fits([](TableChanges&) {}, {2}, {2, 1}));
   EXPECT_TRUE(fits([](TableChanges& c) { c.reloadedSections.insert(0); }, {2}, {9}));
   EXPECT_FALSE(fits([](TableChanges& c) { c.reloaded.insert(IndexPath(2, 0)); }, {2}, {2}));
+}
+
+TEST(TableChanges, ARowOfAReloadedSectionComesFromNowhereAndGoesNowhere) {
+  TableChanges changes;
+  changes.reloadedSections.insert(1);
+  changes.insertedSections.insert(0);
+  ASSERT_TRUE(changes.fit({2, 2, 2}, {5, 2, 7, 2}));
+  EXPECT_EQ(changes.oldSection(2), 1) << "the section itself goes on";
+  for (const std::int64_t row : {0, 1, 6}) EXPECT_EQ(changes.oldPath(IndexPath(row, 2)), std::nullopt);
+  EXPECT_EQ(changes.newPath(IndexPath(0, 1)), std::nullopt);
+  EXPECT_EQ(changes.oldPath(IndexPath(1, 1)), IndexPath(1, 0)) << "its neighbours keep their rows";
+  EXPECT_EQ(changes.oldPath(IndexPath(1, 3)), IndexPath(1, 2));
+  EXPECT_EQ(changes.newPath(IndexPath(1, 2)), IndexPath(1, 3));
 }
 
 TEST(TableChanges, CarryAMovedRowToItsPlace) {

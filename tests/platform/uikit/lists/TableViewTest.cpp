@@ -315,6 +315,41 @@ TEST_F(TableViewTest, AHeaderStaysWhileItsSectionPassesAndIsPushedAwayByTheNext)
   EXPECT_EQ(table->indexPathForRowAtPoint({10, header + 545}), IndexPath(9, 0));
 }
 
+/// Tells one height for all, and counts how often it is asked whether it does.
+class Tall : public Object<Tall, Sheet> {
+ public:
+  double height = 70;
+  mutable int wondered = 0;
+  double heightOfRow(const Ref<NSObject>&, IndexPath) { return height; }
+  bool respondsToSelector(SEL selector) const override {
+    if (selector == sel("tableView:heightForRowAtIndexPath:")) ++wondered;
+    return Super::respondsToSelector(selector);
+  }
+  static void exportMethods(MethodTable<Tall>& table) {
+    table.add<&Tall::heightOfRow>("tableView:heightForRowAtIndexPath:");
+  }
+};
+
+TEST_F(TableViewTest, ADelegateIsAskedOnceWhatItAnswersAndTheNextDelegateAnew) {
+  const auto first = make<Tall>();
+  first->sections[0].assign(5000, "row");
+  use(first);
+  EXPECT_EQ(table->contentSize().height, 5000 * 70);
+  EXPECT_LT(first->wondered, 100) << "once a list, and for what is shown, but not for each of 5,000 rows";
+  const auto second = make<Tall>();
+  second->height = 20;
+  table->setDelegate(second);
+  settle();
+  EXPECT_EQ(table->contentSize().height, 5000 * 20);
+  table->setRowHeight(30);
+  table->setDelegate(nullptr);
+  settle();
+  EXPECT_EQ(table->contentSize().height, 5000 * 30);
+  table->setDelegate(first);
+  settle();
+  EXPECT_EQ(table->contentSize().height, 5000 * 70);
+}
+
 TEST_F(TableViewTest, FixedHeightsTableHeadersAndFooters) {
   table->setRowHeight(30);
   const auto head = make<UIView>(CGRect{0, 0, 10, 80});

@@ -1,0 +1,248 @@
+#include <functional>
+
+#include "platform/foundation/NotificationCenter.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/device/UIPasteboard.h"
+#include "platform/uikit/text/TextEditMenu.h"
+#include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/text/UITextView.h"
+#include "tests/platform/uikit/Journal.h"
+#include "tests/support/AppFixture.h"
+
+// What a hand does to a text is the same in a field and in a text view.
+
+namespace platform::test {
+namespace {
+
+using Code = UIKey::Code;
+
+const std::string flag = "\xF0\x9F\x87\xA9\xF0\x9F\x87\xAA";
+/// Four people joined into one picture.
+const std::string family =
+    "\xF0\x9F\x91\xA8\xE2\x80\x8D\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x91\xA7\xE2\x80\x8D\xF0\x9F\x91\xA6";
+const std::string shalom = "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D";  // four letters, two bytes each
+
+/// Refuses every edit, under the names of both.
+class Refusal : public Object<Refusal, NSObject> {
+ public:
+  int asked = 0;
+  bool refuse(const Ref<NSObject>&, NSRange, const std::string&) { return ++asked, false; }
+  static void exportMethods(MethodTable<Refusal>& table) {
+    table.add<&Refusal::refuse>("textField:shouldChangeCharactersInRange:replacementString:");
+    table.add<&Refusal::refuse>("textView:shouldChangeTextInRange:replacementText:");
+  }
+};
+
+template <class Text>
+class TextEditingTest : public AppFixture {
+ protected:
+  TextEditingTest() {
+    text->setFrame({20, 100, 300, 36});
+    content()->addSubview(text);
+    settle();
+  }
+  static UIKey typed(const std::string& letters) { return {Code::character, letters, false, false}; }
+  static UIKey command(const std::string& letter) { return {Code::character, letter, false, true}; }
+  static UIKey key(Code code) { return {code, "", false, false}; }
+  static UIKey shift(Code code) { return {code, "", true, false}; }
+  static UIKey control(Code code) { return {code, "", false, true}; }
+  static UIKey both(Code code) { return {code, "", true, true}; }
+  void keys(const std::vector<UIKey>& all) {
+    for (const UIKey& pressed : all) UIApplication::shared().deliverKey(pressed);
+  }
+  /// The text with the selection in brackets, or a bar for the caret.
+  std::string shown() const {
+    std::string all = text->text().value_or("(none)");
+    const NSRange range = text->selectedRange();
+    if (range.length == 0) return all.insert(static_cast<std::size_t>(range.location), "|");
+    all.insert(static_cast<std::size_t>(range.end()), "]");
+    return all.insert(static_cast<std::size_t>(range.location), "[");
+  }
+  /// Where a finger meets the text in front of that byte.
+  CGPoint at(std::int64_t position) const {
+    TextStyle style;
+    style.font = text->font();
+    const std::string all = text->text().value_or("");
+    const double x = TextLayout::measure(all.substr(0, static_cast<std::size_t>(position)), style).width;
+    const double side = std::is_same_v<Text, UITextView> ? 5 : 0;
+    return {20 + side + x + 1, 118};
+  }
+  /// The titles of the edit menu, from left to right.
+  static std::string offered() {
+    Journal titles;
+    forEachChoice([&](const Ref<UIButton>& choice) { titles.note(choice->currentTitle().value_or("?")); });
+    return titles.take();
+  }
+  void choose(const std::string& title) {
+    Ref<UIButton> found;
+    forEachChoice([&](const Ref<UIButton>& choice) {
+      if (choice->currentTitle() == title) found = choice;
+    });
+    ASSERT_NE(found, nullptr) << title << " is not offered";
+    hands().tap(found);
+    advance(0.5);
+  }
+  static void forEachChoice(const std::function<void(const Ref<UIButton>&)>& visit) {
+    const Ref<TextEditMenu> menu = TextEditMenu::current();
+    if (!menu) return;
+    for (const Ref<UIView>& bar : menu->subviews()) {
+      for (const Ref<UIView>& choice : bar->subviews()) {
+        if (const auto button = as<UIButton>(choice)) visit(button);
+      }
+    }
+  }
+
+  Ref<Text> text = make<Text>();
+};
+
+using Texts = testing::Types<UITextField, UITextView>;
+TYPED_TEST_SUITE(TextEditingTest, Texts);
+
+TYPED_TEST(TextEditingTest, KeysMoveSelectAndDeleteWholeCharactersAndWords) {
+  using Test = TextEditingTest<TypeParam>;
+  const struct {
+    const char* name;
+    std::string before;
+    std::vector<UIKey> keys;
+    std::string after;
+  } table[] = {
+      {"shift and home", "green tea", {Test::shift(Code::home)}, "[green tea]"},
+      {"shift and end", "tea", {Test::key(Code::home), Test::shift(Code::end)}, "[tea]"},
+      {"an arrow leaves a selection at its edge", "tea", {Test::shift(Code::home), Test::key(Code::left)}, "|tea"},
+      {"words to the left", "to the sea", {Test::control(Code::left), Test::control(Code::left)}, "to |the sea"},
+      {"words to the right", "to the sea", {Test::control(Code::home), Test::control(Code::right)}, "to| the sea"},
+      {"selected words", "to the sea", {Test::both(Code::left), Test::both(Code::left)}, "to [the sea]"},
+      {"a selection gives way", "tea", {Test::both(Code::left), Test::typed("x")}, "x|"},
+      {"a selection turns round",
+       "tea",
+       {Test::shift(Code::left), Test::shift(Code::left), Test::shift(Code::right)},
+       "te[a]"},
+      {"backspace takes a word", "green tea", {Test::control(Code::backspace)}, "green |"},
+      {"backspace takes a selection, not a word",
+       "green tea",
+       {Test::shift(Code::left), Test::control(Code::backspace)},
+       "green te|"},
+      {"forward delete", "tea", {Test::control(Code::home), Test::key(Code::forwardDelete)}, "|ea"},
+      {"forward delete takes a word",
+       "to sea",
+       {Test::control(Code::home), Test::control(Code::forwardDelete)},
+       "| sea"},
+      {"forward delete takes the selection", "tea", {Test::shift(Code::left), Test::key(Code::forwardDelete)}, "te|"},
+      {"a family is one character", "a" + family, {Test::key(Code::backspace)}, "a|"},
+      {"a family is one step",
+       "a" + family + "b",
+       {Test::key(Code::left), Test::shift(Code::left)},
+       "a[" + family + "]b"},
+      {"a flag deleted forwards", flag + flag, {Test::control(Code::home), Test::key(Code::forwardDelete)}, "|" + flag},
+      {"a letter with its mark", "xe\xCC\x81", {Test::shift(Code::left)}, "x[e\xCC\x81]"},
+      {"right to left, at its end", shalom, {Test::key(Code::right)}, shalom.substr(0, 6) + "|" + shalom.substr(6)},
+      {"right to left, selected",
+       shalom,
+       {Test::control(Code::home), Test::shift(Code::left)},
+       "[" + shalom.substr(0, 2) + "]" + shalom.substr(2)},
+      {"everything", "green tea", {Test::command("a"), Test::key(Code::left)}, "|green tea"},
+      {"a command that is none", "tea", {Test::command("q")}, "tea|"},
+      {"nothing typed", "tea", {Test::typed("")}, "tea|"},
+      {"escape", "tea", {Test::key(Code::escape)}, "tea|"},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.name);
+    ASSERT_TRUE(this->text->becomeFirstResponder());
+    this->text->setText(row.before);
+    this->keys(row.keys);
+    EXPECT_EQ(this->shown(), row.after);
+    this->settle();
+    this->text->resignFirstResponder();
+  }
+}
+
+TYPED_TEST(TextEditingTest, TheClipboardKeepsEveryByteAndARefusalStopsOnlyTheEdit) {
+  const auto& text = this->text;
+  const std::string mixed = "tea " + shalom + " " + family + " e\xCC\x81 \xFF";
+  UIPasteboard::general().setString(std::nullopt);
+  text->becomeFirstResponder();
+  text->setText(mixed);
+  this->keys({this->command("a"), this->command("x")});
+  EXPECT_EQ(text->text(), "");
+  EXPECT_FALSE(text->hasText());
+  this->keys({this->command("v"), this->command("v")});
+  EXPECT_EQ(text->text(), mixed + mixed);
+  this->keys({this->command("c")});  // nothing is selected: the clipboard stays
+  EXPECT_EQ(UIPasteboard::general().string(), mixed);
+
+  const auto refusal = make<Refusal>();
+  text->setText("tea");
+  text->setDelegate(refusal);
+  text->selectAll(nullptr);
+  this->keys({this->command("x"), this->command("v"), this->key(Code::backspace), this->typed("z")});
+  EXPECT_EQ(this->shown(), "[tea]");
+  EXPECT_EQ(UIPasteboard::general().string(), "tea") << "what was to be cut was copied";
+  EXPECT_EQ(refusal->asked, 4);
+  this->keys({this->key(Code::right), this->key(Code::forwardDelete)});
+  EXPECT_EQ(refusal->asked, 4) << "nobody is asked about nothing";
+}
+
+TYPED_TEST(TextEditingTest, TapsSelectWhatIsUnderThem) {
+  this->text->setText("green, " + shalom + " " + flag + flag);
+  this->tap(this->at(2));
+  this->advance(1);
+  EXPECT_TRUE(this->text->isFirstResponder());
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{2, 0}));
+  this->tap(this->at(2), 2);
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{0, 5})) << "the word without its comma";
+  this->advance(1);
+  this->tap(this->at(9), 2);
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{7, 8}));
+  this->advance(1);
+  this->tap(this->at(3), 3);
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{0, 16 + 16}));
+  this->advance(1);
+  this->tap(this->at(16 + 8));
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{16 + 8, 0})) << "between two flags, never inside one";
+}
+
+TYPED_TEST(TextEditingTest, TheMenuOffersWhatCanBeDoneAndDoesIt) {
+  const auto& text = this->text;
+  UIPasteboard::general().setString(std::nullopt);
+  text->setText("green tea");
+  this->longPress(this->at(3));
+  EXPECT_EQ(this->text->selectedRange(), (NSRange{3, 0}));
+  EXPECT_EQ(this->offered(), "Select All");
+  this->choose("Select All");
+  EXPECT_EQ(this->shown(), "[green tea]");
+  this->longPress(this->at(3));
+  EXPECT_EQ(this->shown(), "[green tea]") << "a selection stays under a long press";
+  EXPECT_EQ(this->offered(), "Cut Copy");
+  this->choose("Copy");
+  this->advance(1);
+  this->tap(this->at(0));
+  this->advance(1);
+  this->longPress(this->at(5));
+  EXPECT_EQ(this->offered(), "Paste Select All");
+  this->keys({this->typed("!")});
+  EXPECT_EQ(this->offered(), "") << "an edit takes it away";
+  this->longPress(this->at(0));
+  this->choose("Paste");
+  EXPECT_EQ(this->shown(), "green tea|green! tea");
+  this->longPress(this->at(0));
+  text->resignFirstResponder();
+  EXPECT_EQ(this->offered(), "");
+}
+
+TYPED_TEST(TextEditingTest, EditingEndsWithTheWindowAndALongPressThatIsLiftedIsNone) {
+  this->text->setText("green tea");
+  this->text->becomeFirstResponder();
+  this->text->setSelectedRange({0, 5});
+  this->text->removeFromSuperview();
+  this->settle();
+  EXPECT_EQ(this->text->selectedRange().length, 0);
+  EXPECT_FALSE(this->text->becomeFirstResponder()) << "there is no window to type in";
+  this->content()->addSubview(this->text);
+  this->settle();
+  this->longPress(this->at(3), 0.4);
+  EXPECT_EQ(this->offered(), "");
+}
+
+}  // namespace
+}  // namespace platform::test
