@@ -45,7 +45,9 @@ TEST(Arguments, AreReadAndComplainedAboutByName) {
       {{"--port", "80x"}, R"(--port: "80x" is not a port number (0 to 65535))"},
       {{"--verbose"}, R"("--verbose" is not an option; try --help)"},
   };
-  for (const auto& [wrong, complaint] : table) EXPECT_EQ(complaintOf([&] { Arguments::parse(wrong); }), complaint);
+  for (const auto& [wrong, complaint] : table) {
+    EXPECT_EQ(complaintOf([&words = wrong] { Arguments::parse(words); }), complaint);
+  }
 }
 
 TEST(TaskFile, NamesTheFileTheTaskAndTheFieldThatIsWrong) {

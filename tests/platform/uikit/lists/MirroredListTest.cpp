@@ -51,7 +51,7 @@ TEST_F(MirroredListTest, LayoutLeavesAnOffsetAloneThatIsKeptElsewhere) {
   view->setFrame({0, 0, 390, 500});
   view->setContentInset({60, 0, 0, 0});
   settle();
-  EXPECT_EQ(view->offset, CGPoint(0, 4800));
+  EXPECT_EQ(view->offset, (CGPoint{0, 4800}));
   EXPECT_EQ(view->set, 0);
   EXPECT_EQ(view->bounds().origin, CGPoint());
 }
