@@ -83,8 +83,10 @@ bool isTiny(Place at, Place end) {
   const char* const mark = std::find_if(at, end, [](char c) { return c == 'e' || c == 'E'; });
   if (mark != end) {
     const char* const digits = mark + (mark[1] == '+' ? 2 : 1);
-    if (std::from_chars(digits, end, exponent).ec != std::errc{})
-      exponent = mark[1] == '-' ? -1'000'000'000 : 1'000'000'000;
+    // No document is so long that its digits could make up for such an exponent.
+    constexpr long long most = 1'000'000'000'000;
+    if (std::from_chars(digits, end, exponent).ec != std::errc{}) exponent = mark[1] == '-' ? -most : most;
+    exponent = std::clamp(exponent, -most, most);
   }
   const char* const point = std::find(at, mark, '.');
   const char* const first = std::find_if(at, mark, [](char c) { return c >= '1' && c <= '9'; });

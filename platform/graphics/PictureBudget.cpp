@@ -17,6 +17,7 @@ PictureBudget PictureBudget::forAddresses() {
 }
 
 std::size_t PictureBudget::admittedFrames(const PictureFacts& facts) const {
+  if (facts.claimsMoreThanItHas) return 0;
   // Sizes are below 2^32, so that a quotient is the way to compare without an overflow.
   if (facts.width > pixels / facts.height || facts.scans > scans || facts.attachments > attachments) return 0;
   const std::int64_t area = facts.width * facts.height;

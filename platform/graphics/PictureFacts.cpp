@@ -49,7 +49,9 @@ void readPNG(Bytes bytes, PictureFacts& facts) {
     const std::string_view name = bytes.text(4, 4);
     if (name == "IEND") break;
     if (name == "zTXt" || name == "iTXt" || name == "iCCP") ++facts.attachments;
-    bytes.skip(static_cast<std::size_t>(bytes.big32(0)) + 12);
+    const auto length = static_cast<std::size_t>(bytes.big32(0));
+    if (name != "IDAT" && length + 12 > bytes.left()) facts.claimsMoreThanItHas = true;
+    bytes.skip(length + 12);
   }
 }
 

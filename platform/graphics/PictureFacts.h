@@ -25,6 +25,8 @@ struct PictureFacts {
   std::size_t scans = 1;
   /// Compressed texts and profiles of a PNG, each of which unfolds to what its writer likes.
   std::size_t attachments = 0;
+  /// A part beside the pixels says it is longer than the file: room would be made for it before that is noticed.
+  bool claimsMoreThanItHas = false;
   /// Seconds that each frame of a GIF shows; empty for another picture.
   std::vector<double> delays;
 
