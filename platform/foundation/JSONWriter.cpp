@@ -67,12 +67,13 @@ char* JSONWriter::string(char* at, std::string_view text) {
 char* JSONWriter::escaped(char* at, std::string_view text) {
   const char* from = text.data();
   const char* const end = from + text.size();
+  constexpr std::ptrdiff_t piece = 512;
   while (end - from >= 16) {
-    at = room(at, 40);
-    if (!detail::arePlain16(from)) return escapedSlowly(at, from, end);
-    std::memcpy(at, from, 16);
-    from += 16;
-    at += 16;
+    at = room(at, piece);
+    for (const char* const stop = from + std::min(end - from, piece) / 16 * 16; from != stop; from += 16, at += 16) {
+      if (!detail::arePlain16(from)) return escapedSlowly(at, from, end);
+      std::memcpy(at, from, 16);
+    }
   }
   const auto rest = end - from;
   at = room(at, 40);

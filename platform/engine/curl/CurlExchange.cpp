@@ -1,5 +1,6 @@
 #include "platform/engine/curl/CurlExchange.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -11,6 +12,13 @@
 namespace platform {
 
 namespace {
+
+/// The name of a coding is written in any case.
+bool isGzip(std::string coding) {
+  std::transform(coding.begin(), coding.end(), coding.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
+  return coding == "gzip" || coding == "x-gzip";
+}
 
 constexpr std::size_t longestHead = 256 << 10;  // interim heads and the fields after a body count as well
 constexpr double longestLimit = 1e6;            // seconds
@@ -253,7 +261,7 @@ std::size_t CurlExchange::takeHeadLine(std::string_view line) {
   head_.addLine(line);
   if (head_.isComplete() && unpacks_ && !gzip_) {
     const std::string* const encoding = head_.headers().find("Content-Encoding");
-    if (encoding && (*encoding == "gzip" || *encoding == "x-gzip")) gzip_ = std::make_unique<GzipReader>();
+    if (encoding && isGzip(*encoding)) gzip_ = std::make_unique<GzipReader>();
   }
   return line.size();
 }
