@@ -32,19 +32,24 @@ install_packages() {
     >/dev/null || die "the packages could not be installed: ${missing[*]}"
 }
 
-# build PRESET [TARGET ...]: configures and builds build/PRESET, all of it when no target is named.
+# configure PRESET: makes build/PRESET ready to be built.
+configure() {
+  local preset=$1 log=$ROOT/build-$1.log
+  say "configuring build/$preset"
+  (cd "$ROOT" && cmake --preset "$preset" >"$log" 2>&1) || {
+    cat "$log" >&2
+    rm -f "$log"
+    die "the build could not be configured"
+  }
+  rm -f "$log"
+}
+
+# build PRESET [TARGET ...]: builds what is configured in build/PRESET, all of it when no target is named.
 build() {
   local preset=$1
   shift
   local targets=()
   [ $# -gt 0 ] && targets=(--target "$@")
-  say "configuring build/$preset"
-  (cd "$ROOT" && cmake --preset "$preset" >"$ROOT/build-$preset.log" 2>&1) || {
-    cat "$ROOT/build-$preset.log" >&2
-    rm -f "$ROOT/build-$preset.log"
-    die "the build could not be configured"
-  }
-  rm -f "$ROOT/build-$preset.log"
   say "building build/$preset"
   NINJA_STATUS='   [%f/%t, %e s] ' cmake --build "$ROOT/build/$preset" "${targets[@]}" || die "the build is broken"
 }

@@ -41,7 +41,7 @@ class CheckRoomsTest(unittest.TestCase):
         self.assertEqual(status, 1, said)
         for word in words:
             self.assertIn(word, said)
-        self.assertIn("1 breaches", said)
+        self.assertIn("1 breach of", said)
 
     def test_a_tree_that_keeps_to_its_table(self):
         status, said = self.check(arguments=["--arrows"])
