@@ -13,14 +13,8 @@ namespace platform {
 
 namespace {
 
-/// The name of a coding is written in any case.
-bool isGzip(std::string coding) {
-  std::transform(coding.begin(), coding.end(), coding.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
-  return coding == "gzip" || coding == "x-gzip";
-}
-
 constexpr std::size_t longestHead = 256 << 10;  // interim heads and the fields after a body count as well
+constexpr std::size_t mostInATurn = 256 << 10;  // then the other exchanges have theirs
 constexpr double longestLimit = 1e6;            // seconds
 
 CurlExchange::Clock::duration durationOf(double seconds) {
@@ -68,6 +62,7 @@ URLError::Code codeOf(CURLcode result, CURL* easy) {
     case CURLE_BAD_CONTENT_ENCODING:
       return URLError::cannotParseResponse;
     case CURLE_FILESIZE_EXCEEDED:
+    case CURLE_OUT_OF_MEMORY:  // said of a line of the head that never ends
       return URLError::dataLengthExceedsMaximum;
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_ISSUER_ERROR:
@@ -158,6 +153,7 @@ void CurlExchange::setRules() {
   set(CURLOPT_NOSIGNAL, 1L);
   set(CURLOPT_QUICK_EXIT, 1L);  // a name server that is slow holds up the request that needs it and no other
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  set(CURLOPT_HTTP_TRANSFER_DECODING, 0L);  // the pieces of a body are read here
   set(CURLOPT_USERAGENT, "Lumicor");
   const auto longest = static_cast<std::size_t>(std::numeric_limits<curl_off_t>::max());
   const std::size_t limit = std::clamp<std::size_t>(request_.maximumReplyBytes, 1, longest);
@@ -180,8 +176,7 @@ void CurlExchange::setRules() {
   set(CURLOPT_XFERINFODATA, static_cast<void*>(this));
   set(
       CURLOPT_XFERINFOFUNCTION, +[](void* self, curl_off_t, curl_off_t in, curl_off_t, curl_off_t out) noexcept {
-        static_cast<CurlExchange*>(self)->noteProgress(in + out);
-        return 0;
+        return static_cast<CurlExchange*>(self)->noteProgress(in + out) ? 0 : 1;
       });
 }
 
@@ -258,26 +253,57 @@ std::size_t CurlExchange::takeHeadLine(std::string_view line) {
     failure_ = URLError::dataLengthExceedsMaximum;
     return 0;
   }
+  if (head_.isComplete()) return line.size();
   head_.addLine(line);
-  if (head_.isComplete() && unpacks_ && !gzip_) {
-    const std::string* const encoding = head_.headers().find("Content-Encoding");
-    if (encoding && isGzip(*encoding)) gzip_ = std::make_unique<GzipReader>();
-  }
+  if (head_.isComplete()) readCodings();
   return line.size();
 }
 
+void CurlExchange::readCodings() {
+  const int status = head_.statusCode();
+  if (request_.method == "HEAD" || status == 204 || status == 304) return;  // whatever it says, no body follows
+  using Codings = std::vector<std::string>;
+  const Codings ofTransfer = head_.codings("Transfer-Encoding");
+  if (ofTransfer == Codings{"chunked"}) {
+    chunks_.emplace();
+  } else if (!ofTransfer.empty()) {
+    isBodyReadable_ = false;
+  }
+  if (!unpacks_) return;
+  const Codings ofContent = head_.codings("Content-Encoding");
+  if (ofContent == Codings{"gzip"} || ofContent == Codings{"x-gzip"}) {
+    gzip_ = std::make_unique<GzipReader>();
+  } else if (!ofContent.empty()) {
+    isBodyReadable_ = false;
+  }
+}
+
 std::size_t CurlExchange::takeBody(std::string_view bytes) {
+  if (inThisTurn_ >= mostInATurn) {
+    isPaused_ = true;
+    return CURL_WRITEFUNC_PAUSE;
+  }
+  inThisTurn_ += bytes.size();
   lastProgress_ = Clock::now();
-  const auto sink = [this](std::string_view piece) { return keep(piece); };
-  const bool isTaken = gzip_ ? gzip_->add(bytes, sink) : keep(bytes);
+  const auto sink = [this](std::string_view piece) { return unpack(piece); };
+  const bool isTaken = isBodyReadable_ && (chunks_ ? chunks_->add(bytes, sink) : unpack(bytes));
   if (isTaken) return bytes.size();
+  if (!failure_ && chunks_ && chunks_->hasTooManyRemarks()) failure_ = URLError::dataLengthExceedsMaximum;
   if (!failure_) failure_ = URLError::cannotParseResponse;
   return 0;
 }
 
-bool CurlExchange::keep(std::string_view bytes) {
+bool CurlExchange::unpack(std::string_view bytes) {
   received_ += bytes.size();
-  if (received_ > request_.maximumReplyBytes) {
+  if (received_ > request_.maximumReplyBytes) failure_ = URLError::dataLengthExceedsMaximum;
+  if (failure_) return false;
+  return gzip_ ? gzip_->add(bytes, [this](std::string_view piece) { return keep(piece); }) : keep(bytes);
+}
+
+bool CurlExchange::keep(std::string_view bytes) {
+  unpacked_ += bytes.size();
+  inThisTurn_ += bytes.size();
+  if (unpacked_ > request_.maximumReplyBytes) {
     failure_ = URLError::dataLengthExceedsMaximum;
   } else if (!replyFile_) {
     result_.body.append(bytes);
@@ -296,9 +322,19 @@ std::size_t CurlExchange::giveBody(char* target, std::size_t size) {
   return CURL_READFUNC_ABORT;
 }
 
-void CurlExchange::noteProgress(curl_off_t bytes) {
-  if (bytes != moved_) lastProgress_ = Clock::now();
+/// False when the time is over. libcurl asks in loops of its own as well, out of which a busy peer does not let it.
+bool CurlExchange::noteProgress(curl_off_t bytes) {
+  const Clock::time_point now = Clock::now();
+  if (bytes != moved_) lastProgress_ = now;
   moved_ = bytes;
+  if (now < deadline()) return true;
+  if (!failure_) failure_ = URLError::timedOut;
+  return false;
+}
+
+CURLcode CurlExchange::beginTurn() {
+  inThisTurn_ = 0;
+  return std::exchange(isPaused_, false) ? ::curl_easy_pause(easy_.get(), CURLPAUSE_CONT) : CURLE_OK;
 }
 
 // ---- The end
@@ -308,6 +344,7 @@ std::optional<URLError::Code> CurlExchange::judge(CURLcode result) const {
   if (result != CURLE_OK) return codeOf(result, easy_.get());
   if (!head_.isComplete()) return URLError::networkConnectionLost;  // libcurl takes half a head for a whole one
   if (!head_.isLengthSound()) return URLError::cannotParseResponse;
+  if (chunks_ && !chunks_->isAtEnd()) return URLError::networkConnectionLost;
   if (gzip_ && !gzip_->isAtEnd()) return URLError::networkConnectionLost;
   return std::nullopt;
 }

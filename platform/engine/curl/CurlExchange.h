@@ -12,6 +12,7 @@
 
 #include "platform/engine/HttpTransport.h"
 #include "platform/engine/curl/CertificateCheck.h"
+#include "platform/engine/curl/ChunkReader.h"
 #include "platform/engine/curl/GzipReader.h"
 #include "platform/engine/curl/ReplyHead.h"
 
@@ -34,6 +35,10 @@ class CurlExchange {
   CURL* easy() const { return easy_.get(); }
   /// When it has taken too long.
   Clock::time_point deadline() const { return std::min(lastProgress_ + idleLimit_, overallDeadline_); }
+  /// A turn of the thread begins: goes on with what the last one left. When that fails, the transfer has ended so.
+  CURLcode beginTurn();
+  /// It had its share of this turn, and more has arrived.
+  bool isPaused() const { return isPaused_; }
   /// The transfer has ended: judges it and calls the completion. The handle is in nobody's hands by then.
   void finish(CURLcode result);
   /// Ends it otherwise.
@@ -69,10 +74,12 @@ class CurlExchange {
   void addHeader(const std::string& line);
 
   std::size_t takeHeadLine(std::string_view line);
+  void readCodings();
   std::size_t takeBody(std::string_view bytes);
+  bool unpack(std::string_view bytes);
   bool keep(std::string_view bytes);
   std::size_t giveBody(char* target, std::size_t size);
-  void noteProgress(curl_off_t bytes);
+  bool noteProgress(curl_off_t bytes);
   std::optional<URLError::Code> judge(CURLcode result) const;
   void complete(HttpTransport::Reply reply);
 
@@ -97,7 +104,12 @@ class CurlExchange {
   curl_off_t moved_ = 0;
   std::size_t headBytes_ = 0;
   std::size_t received_ = 0;
+  std::size_t unpacked_ = 0;
+  std::size_t inThisTurn_ = 0;  // received and unpacked
+  bool isPaused_ = false;
   ReplyHead head_;
+  bool isBodyReadable_ = true;  // false when it is coded in a way that nobody asked for
+  std::optional<ChunkReader> chunks_;
   std::unique_ptr<GzipReader> gzip_;
   std::optional<URLError::Code> failure_;  // why a transfer was broken off from here
   HttpTransport::Reply result_;

@@ -90,6 +90,7 @@ void CurlThread::stop() {
 
 void CurlThread::turn() {
   while (takeCommands()) {
+    beginTurns();
     int running = 0;
     ::curl_multi_perform(multi_, &running);
     collectFinished();
@@ -135,6 +136,17 @@ void CurlThread::close(CURL* easy) {
   exchanges_.erase(easy);
 }
 
+void CurlThread::beginTurns() {
+  std::vector<std::pair<std::shared_ptr<CurlExchange>, CURLcode>> failed;
+  for (const auto& [easy, exchange] : exchanges_) {
+    if (const CURLcode result = exchange->beginTurn(); result != CURLE_OK) failed.emplace_back(exchange, result);
+  }
+  for (const auto& [exchange, result] : failed) {
+    close(exchange->easy());
+    exchange->finish(result);
+  }
+}
+
 void CurlThread::collectFinished() {
   int left = 0;
   while (const CURLMsg* const message = ::curl_multi_info_read(multi_, &left)) {
@@ -163,6 +175,7 @@ int CurlThread::millisecondsToWait() const {
   const auto now = CurlExchange::Clock::now();
   std::chrono::milliseconds wait{longestWait};
   for (const auto& [easy, exchange] : exchanges_) {
+    if (exchange->isPaused()) return 0;
     wait = std::min(wait, std::chrono::ceil<std::chrono::milliseconds>(exchange->deadline() - now));
   }
   return static_cast<int>(std::max<std::chrono::milliseconds::rep>(wait.count(), 0));

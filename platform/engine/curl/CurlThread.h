@@ -42,6 +42,7 @@ class CurlThread {
   bool takeCommands();
   void open(std::shared_ptr<CurlExchange> exchange);
   void close(CURL* easy);
+  void beginTurns();
   void collectFinished();
   void endOverdue();
   int millisecondsToWait() const;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <string>
 #include <utility>
 
 namespace platform {
@@ -30,6 +29,23 @@ void ReplyHead::addLine(std::string_view line) {
   } else {
     addField(line);
   }
+}
+
+std::vector<std::string> ReplyHead::codings(std::string_view name) const {
+  std::vector<std::string> result;
+  for (const auto& field : headers_) {
+    if (!HTTPHeaders{field}.find(name)) continue;
+    std::string_view rest = field.second;
+    while (!rest.empty()) {
+      const std::size_t comma = std::min(rest.find(','), rest.size());
+      std::string coding(trimmed(rest.substr(0, comma)));
+      std::transform(coding.begin(), coding.end(), coding.begin(),
+                     [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+      if (!coding.empty() && coding != "identity") result.push_back(std::move(coding));
+      rest.remove_prefix(std::min(comma + 1, rest.size()));
+    }
+  }
+  return result;
 }
 
 void ReplyHead::beginWith(std::string_view statusLine) {

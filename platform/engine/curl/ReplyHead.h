@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/engine/HTTPHeaders.h"
 
@@ -17,6 +19,9 @@ class ReplyHead {
   bool isComplete() const { return isComplete_; }
   int statusCode() const { return statusCode_; }
   const HTTPHeaders& headers() const { return headers_; }
+  /// The codings in all fields of this name, in lower case and in the order of the fields; "identity", which is none,
+  /// is left out.
+  std::vector<std::string> codings(std::string_view name) const;
   /// False when the reply says two things about its length, or something that is no number.
   bool isLengthSound() const { return isLengthSound_; }
 

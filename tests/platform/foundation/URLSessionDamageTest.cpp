@@ -58,6 +58,9 @@ std::vector<Damaged> damagedReplies() {
       {"cut between chunks", chunked + "3\r\ntea\r\n"},
       {"cut inside a size", chunked + "3\r\ntea\r\n1"},
       {"cut before the last line", chunked + "3\r\ntea\r\n0\r\n"},
+      {"cut one byte before the end", chunked + "3\r\ntea\r\n0\r\n\r"},
+      {"cut inside a field after the body", chunked + "3\r\ntea\r\n0\r\nX-After: y"},
+      {"cut one byte before the end of fields after the body", chunked + "3\r\ntea\r\n0\r\nX-After: yes\r\n\r"},
       {"a size that is no number", chunked + "zz\r\ntea\r\n0\r\n\r\n"},
       {"a size below nothing", chunked + "-3\r\ntea\r\n0\r\n\r\n"},
       {"a size beyond all bounds", chunked + "fffffffffffffffff\r\ntea\r\n0\r\n\r\n"},
@@ -74,6 +77,10 @@ std::vector<Damaged> damagedReplies() {
       {"a packed body of another length", packedReply(miscounted)},
       {"a packed body and more", packedReply(packed + "more")},
       {"a body that is not packed at all", packedReply("{\"statusCode\":200}")},
+      {"packed in a way that nobody asked for", ok + "Content-Encoding: br\r\nContent-Length: 3\r\n\r\ntea"},
+      {"packed twice", ok + "Content-Encoding: gzip, gzip\r\n\r\n" + gzip(packed)},
+      {"packed twice, in two fields", ok + "Content-Encoding: gzip\r\nContent-Encoding: br\r\n\r\n" + packed},
+      {"packed for the way", ok + "Transfer-Encoding: gzip, chunked\r\n\r\n3\r\ntea\r\n0\r\n\r\n"},
       {"a length beyond 63 bits", ok + "Content-Length: 9223372036854775808\r\n\r\ntea"},
       {"a length beyond all bounds", ok + "Content-Length: 99999999999999999999999999\r\n\r\ntea"},
       {"a length below nothing", ok + "Content-Length: -3\r\n\r\ntea"},
@@ -149,9 +156,16 @@ TEST_F(URLSessionDamageTest, TakesWholeRepliesInEveryForm) {
                       inChunks(rest) + "0\r\n\r\n")
                 .data,
             text());
+  for (const char* const coding : {"GZIP", "x-gzip", "gzip, identity", "identity,gzip"}) {
+    EXPECT_EQ(outcomeOf(ok + "Content-Encoding: " + coding + "\r\n\r\n" + packed).data, text()) << coding;
+  }
+  EXPECT_EQ(outcomeOf(ok + "Content-Encoding: Identity\r\nContent-Length: 3\r\n\r\ntea").data, "tea");
+  EXPECT_EQ(outcomeOf(ok + "Content-Encoding: br\r\nContent-Length: 0\r\n\r\n").data, "") << "nothing to unpack";
   EXPECT_EQ(outcomeOf(packedReply(gzip("two ") + gzip("parts"))).data, "two parts");
   EXPECT_EQ(outcomeOf(packedReply("")).data, "");
   EXPECT_EQ(outcomeOf(chunked + "3\r\ntea\r\n0\r\nX-After: yes\r\n\r\n").data, "tea");
+  EXPECT_EQ(outcomeOf(chunked + "3;signed=\"0\"\r\ntea\r\n00B \r\n, and a pot\r\n000\r\n\r\n").data, "tea, and a pot");
+  EXPECT_EQ(outcomeOf(chunked + "3\ntea\n0\n\n").data, "tea") << "line feeds alone, as libcurl has it";
   EXPECT_EQ(outcomeOf(ok + "\r\nuntil the end").data, "until the end");
   EXPECT_EQ(outcomeOf("HTTP/1.1 100 Continue\r\nX-Interim: yes\r\n\r\n" + reply("tea")).data, "tea");
   EXPECT_EQ(outcomeOf(ok + "Content-Length: 3\r\nContent-Length: 3\r\n\r\ntea").data, "tea");
