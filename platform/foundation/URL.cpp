@@ -124,6 +124,10 @@ std::optional<URL> URL::parse(std::string_view text) {
   if (rest.starts_with("//")) {
     rest.remove_prefix(2);
     const std::size_t slash = std::min(rest.find('/'), rest.size());
+    if (const std::size_t at = rest.substr(0, slash).rfind('@'); at != std::string_view::npos) {
+      url.userInfoStart_ = static_cast<std::size_t>(rest.data() - text.data());
+      url.userInfoLength_ = at;
+    }
     const std::optional<Authority> authority = readAuthority(rest.substr(0, slash));
     if (!authority) return std::nullopt;
     url.host_ = authority->host;
@@ -160,6 +164,14 @@ URL URL::fileURL(std::string_view path) {
 std::uint16_t URL::effectivePort() const {
   if (port_) return *port_;
   return scheme_ == "https" ? 443 : scheme_ == "http" ? 80 : 0;
+}
+
+URL URL::withoutUserInfo() const {
+  if (userInfoStart_ == 0) return *this;
+  URL result = *this;
+  result.text_.erase(userInfoStart_, userInfoLength_ + 1);
+  result.userInfoStart_ = result.userInfoLength_ = 0;
+  return result;
 }
 
 std::string URL::path() const { return unescaped(path_); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -29,6 +30,9 @@ class URL {
   std::string path() const;
   /// As written, after the "?".
   const std::string& query() const { return query_; }
+  /// A name and perhaps a password, as written before the "@" of the host. A session sends them to the server.
+  std::string_view userInfo() const { return std::string_view(text_).substr(userInfoStart_, userInfoLength_); }
+  URL withoutUserInfo() const;
   /// The last part of the path, unescaped.
   std::string lastPathComponent() const;
   bool isFileURL() const { return scheme_ == "file"; }
@@ -49,6 +53,8 @@ class URL {
   std::string path_;
   std::string query_;
   std::optional<std::uint16_t> port_;
+  std::size_t userInfoStart_ = 0;
+  std::size_t userInfoLength_ = 0;
 };
 
 }  // namespace platform

@@ -8,8 +8,10 @@ bool isRedirection(int statusCode) {
 
 std::variant<URLRequest, URLError> redirectedRequest(const URLRequest& request, int statusCode,
                                                      std::string_view location) {
-  const std::optional<URL> target = request.url().resolving(location);
+  std::optional<URL> target = request.url().resolving(location);
   if (!target) return URLError(URLError::badServerResponse);
+  const bool isOurUser = target->userInfo() == request.url().userInfo() && target->hasSameOrigin(request.url());
+  if (!isOurUser) target = target->withoutUserInfo();
   const bool losesEncryption = request.url().scheme() == "https" && target->scheme() != "https";
   if (!target->isHTTP() || losesEncryption) return URLError(URLError::redirectToUnsafeLocation);
 
