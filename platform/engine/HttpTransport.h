@@ -22,7 +22,8 @@ class HttpTransport {
     std::string method;
     HTTPHeaders headers;
     Data body;
-    /// When set, the body is read from this file while it is sent.
+    /// When set, the body is read from this file while it is sent, and bit by bit. A file that is changed, shortened or
+    /// removed meanwhile is an error, and the request never becomes whole.
     std::string bodyFile;
     /// When set, the body of the reply is written to this file while it arrives.
     std::string replyFile;

@@ -94,6 +94,12 @@ URLProtocol::Registration URLProtocol::registerHandler(Handler handler) {
   return Registration(added->number);
 }
 
+bool URLProtocol::hasHandlers() {
+  Registry& all = registry();
+  const std::lock_guard lock(all.mutex);
+  return !all.handlers.empty();
+}
+
 std::optional<URLProtocol::Reply> URLProtocol::replyFor(const URLRequest& request) {
   std::vector<std::shared_ptr<Registered>> handlers;
   {

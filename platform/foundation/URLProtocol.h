@@ -64,6 +64,8 @@ class URLProtocol {
 
   /// The handler registered last is asked first.
   [[nodiscard]] static Registration registerHandler(Handler handler);
+  /// False when every request is for the network.
+  static bool hasHandlers();
   /// What the handlers say to a request; none when it is for the network.
   static std::optional<Reply> replyFor(const URLRequest& request);
 };

@@ -52,7 +52,7 @@ class URLSession : public std::enable_shared_from_this<URLSession> {
   /// Tasks wait for `resume`.
   Ref<URLSessionTask> dataTask(URLRequest request, DataCompletion completion);
   Ref<URLSessionTask> dataTask(URL url, DataCompletion completion);
-  /// The body is read from the file while it is sent.
+  /// The body is read from the file while it is sent, so the file has to stay as it is until the completion.
   Ref<URLSessionTask> uploadTask(URLRequest request, const URL& fromFile, DataCompletion completion);
   Ref<URLSessionTask> downloadTask(URLRequest request, DownloadCompletion completion);
   Ref<URLSessionTask> downloadTask(URL url, DownloadCompletion completion);

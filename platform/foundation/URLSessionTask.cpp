@@ -102,7 +102,8 @@ void URLSessionTask::load(URLRequest request) {
   current_ = std::move(request);
   if (const std::optional<URLError> reason = reasonNotToSend()) return fail(reason->code());
   URLRequest asked = current_;
-  if (sendsFile_) asked.setHTTPBody(contentsOf(uploadPath_));
+  // Only a handler sees the file in one piece; the network reads it bit by bit.
+  if (sendsFile_ && URLProtocol::hasHandlers()) asked.setHTTPBody(contentsOf(uploadPath_));
   if (std::optional<URLProtocol::Reply> reply = URLProtocol::replyFor(asked)) {
     loadFromStub(std::move(*reply));
   } else {

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <limits>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -131,9 +130,9 @@ std::optional<URLError::Code> CurlExchange::openFiles() {
     if (file < 0) return errno == ENOENT ? URLError::fileDoesNotExist : URLError::cannotOpenFile;
     bodyFile_.reset(::fdopen(file, "rb"));
     if (!bodyFile_) ::close(file);
-    struct stat status {};
-    if (!bodyFile_ || ::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return URLError::cannotOpenFile;
-    bodyLength_ = status.st_size;
+    struct stat& first = bodyFileAtFirst_;
+    if (!bodyFile_ || ::fstat(file, &first) != 0 || !S_ISREG(first.st_mode)) return URLError::cannotOpenFile;
+    bodyLength_ = first.st_size;
   }
   if (!request_.replyFile.empty()) {
     replyFile_.reset(std::fopen(request_.replyFile.c_str(), "wbe"));
@@ -313,12 +312,20 @@ bool CurlExchange::keep(std::string_view bytes) {
   return !failure_;
 }
 
+bool CurlExchange::isBodyFileAsItWas() const {
+  struct stat now {};
+  const auto& first = bodyFileAtFirst_;
+  return ::fstat(::fileno(bodyFile_.get()), &now) == 0 && now.st_nlink > 0 && now.st_size == first.st_size &&
+         now.st_mtim.tv_sec == first.st_mtim.tv_sec && now.st_mtim.tv_nsec == first.st_mtim.tv_nsec;
+}
+
 std::size_t CurlExchange::giveBody(char* target, std::size_t size) {
   const auto wanted = static_cast<std::size_t>(std::min<curl_off_t>(static_cast<curl_off_t>(size), bodyLength_));
   const std::size_t read = std::fread(target, 1, wanted, bodyFile_.get());
   bodyLength_ -= static_cast<curl_off_t>(read);
-  if (read > 0 || wanted == 0) return read;
-  failure_ = URLError::cannotOpenFile;  // it has become shorter than it was, or cannot be read any more
+  // Asked before the last bytes leave: the server never takes half of one file and half of another for a whole one.
+  if ((read > 0 || wanted == 0) && isBodyFileAsItWas()) return read;
+  failure_ = URLError::cannotOpenFile;
   return CURL_READFUNC_ABORT;
 }
 

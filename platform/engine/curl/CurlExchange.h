@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 
 #include "platform/engine/HttpTransport.h"
 #include "platform/engine/curl/CertificateCheck.h"
@@ -78,6 +79,7 @@ class CurlExchange {
   std::size_t takeBody(std::string_view bytes);
   bool unpack(std::string_view bytes);
   bool keep(std::string_view bytes);
+  bool isBodyFileAsItWas() const;
   std::size_t giveBody(char* target, std::size_t size);
   bool noteProgress(curl_off_t bytes);
   std::optional<URLError::Code> judge(CURLcode result) const;
@@ -92,7 +94,8 @@ class CurlExchange {
   std::unique_ptr<curl_slist, FreeList> headers_;
   std::unique_ptr<CURL, CloseEasy> easy_;
   File bodyFile_;
-  curl_off_t bodyLength_ = 0;
+  struct stat bodyFileAtFirst_ {};
+  curl_off_t bodyLength_ = 0;  // what is left to send
   File replyFile_;
   std::optional<CertificateCheck> certificateCheck_;
   bool isReady_ = true;

@@ -22,6 +22,8 @@ class LoopbackServer {
     bool write(std::string_view bytes) const;
     /// Waits, with the connection open, until the client closes it.
     void waitForClient() const;
+    /// Takes in so many bytes more and forgets them; says how many came before the client closed.
+    std::size_t skip(std::size_t bytes) const;
     /// The connection stays open for a further request.
     void keepOpen() const { isKept_ = true; }
 
@@ -32,14 +34,17 @@ class LoopbackServer {
   };
   using Handler = std::function<void(const std::string& request, const Connection& connection)>;
 
-  explicit LoopbackServer(Handler handler);
+  /// How much of a request a handler waits for. After the head, what has come of the body is in the request as well.
+  enum class Reads { everything, head };
+
+  explicit LoopbackServer(Handler handler, Reads reads = Reads::everything);
   ~LoopbackServer();
   LoopbackServer(const LoopbackServer&) = delete;
   LoopbackServer& operator=(const LoopbackServer&) = delete;
 
   std::string address(const std::string& path = "/") const;
   int connections() const { return connections_; }
-  /// Requests that arrived whole.
+  /// Requests that arrived as far as they are read.
   int requests() const { return requests_; }
   /// A port at which nobody listens.
   static int freePort();
@@ -48,7 +53,10 @@ class LoopbackServer {
   void serve();
   void answer(int socket);
 
+  std::size_t lengthOfRequest(const std::string& bytes) const;
+
   const Handler handler_;
+  const Reads reads_;
   int listener_ = -1;
   int port_ = 0;
   std::atomic<int> connections_{0};
