@@ -119,7 +119,7 @@ std::optional<URLError::Code> CurlExchange::openAddress() {
   std::string host = partOf(address_.get(), CURLUPART_HOST);
   if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
   if (isLoopback(host)) set(CURLOPT_PROXY, "");
-  if (partOf(address_.get(), CURLUPART_SCHEME) == "https") certificateCheck_.emplace(std::move(host));
+  if (partOf(address_.get(), CURLUPART_SCHEME) == "https") tlsCheck_.emplace(std::move(host));
   return std::nullopt;
 }
 
@@ -228,7 +228,7 @@ void CurlExchange::setHeaders() {
 }
 
 void CurlExchange::setSecurity() {
-  if (!certificateCheck_) return;
+  if (!tlsCheck_) return;
   set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
   set(CURLOPT_SSL_VERIFYPEER, 1L);
   set(CURLOPT_SSL_VERIFYHOST, 2L);
@@ -236,10 +236,10 @@ void CurlExchange::setSecurity() {
   // One source of authorities is read once and kept; two are read again for every connection.
   const char* const machines = ::curl_version_info(CURLVERSION_NOW)->cainfo;
   if (machines || !authorities_.empty()) set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
-  set(CURLOPT_SSL_CTX_DATA, static_cast<void*>(&*certificateCheck_));
+  set(CURLOPT_SSL_CTX_DATA, static_cast<void*>(&*tlsCheck_));
   set(
       CURLOPT_SSL_CTX_FUNCTION, +[](CURL*, void* context, void* check) noexcept {
-        return static_cast<const CertificateCheck*>(check)->applyTo(context) ? CURLE_OK : CURLE_SSL_CONNECT_ERROR;
+        return static_cast<const TlsCheck*>(check)->applyTo(context) ? CURLE_OK : CURLE_SSL_CONNECT_ERROR;
       });
 }
 
@@ -268,6 +268,7 @@ void CurlExchange::readCodings() {
   } else if (!ofTransfer.empty()) {
     isBodyReadable_ = false;
   }
+  endsWithConnection_ = !chunks_ && !head_.headers().find("Content-Length");
   if (!unpacks_) return;
   const Codings ofContent = head_.codings("Content-Encoding");
   if (ofContent == Codings{"gzip"} || ofContent == Codings{"x-gzip"}) {
@@ -351,6 +352,8 @@ std::optional<URLError::Code> CurlExchange::judge(CURLcode result) const {
   if (result != CURLE_OK) return codeOf(result, easy_.get());
   if (!head_.isComplete()) return URLError::networkConnectionLost;  // libcurl takes half a head for a whole one
   if (!head_.isLengthSound()) return URLError::cannotParseResponse;
+  // libcurl lets everybody on the way end a connection, and with it the reply. Without TLS nobody could tell.
+  if (endsWithConnection_ && tlsCheck_ && !tlsCheck_->isEndAnnounced()) return URLError::networkConnectionLost;
   if (chunks_ && !chunks_->isAtEnd()) return URLError::networkConnectionLost;
   if (gzip_ && !gzip_->isAtEnd()) return URLError::networkConnectionLost;
   return std::nullopt;

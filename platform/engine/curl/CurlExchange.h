@@ -12,10 +12,10 @@
 #include <sys/stat.h>
 
 #include "platform/engine/HttpTransport.h"
-#include "platform/engine/curl/CertificateCheck.h"
 #include "platform/engine/curl/ChunkReader.h"
 #include "platform/engine/curl/GzipReader.h"
 #include "platform/engine/curl/ReplyHead.h"
+#include "platform/engine/curl/TlsCheck.h"
 
 namespace platform {
 
@@ -97,7 +97,7 @@ class CurlExchange {
   struct stat bodyFileAtFirst_ {};
   curl_off_t bodyLength_ = 0;  // what is left to send
   File replyFile_;
-  std::optional<CertificateCheck> certificateCheck_;
+  std::optional<TlsCheck> tlsCheck_;
   bool isReady_ = true;
   bool unpacks_ = true;
 
@@ -111,7 +111,8 @@ class CurlExchange {
   std::size_t inThisTurn_ = 0;  // received and unpacked
   bool isPaused_ = false;
   ReplyHead head_;
-  bool isBodyReadable_ = true;  // false when it is coded in a way that nobody asked for
+  bool endsWithConnection_ = false;  // the body does
+  bool isBodyReadable_ = true;       // false when it is coded in a way that nobody asked for
   std::optional<ChunkReader> chunks_;
   std::unique_ptr<GzipReader> gzip_;
   std::optional<URLError::Code> failure_;  // why a transfer was broken off from here

@@ -132,6 +132,23 @@ TEST_F(CurlTransportTest, TrustsNoAuthorityOfATestUnlessToldTo) {
   EXPECT_EQ(load(server.address("localhost")).body, "tea");
 }
 
+TEST_F(CurlTransportTest, TakesNoReplyForWholeThatAnybodyCouldHaveCut) {
+  using Ending = TlsServer::Ending;
+  const Certificate certificate(forLocalhost(), &root_);
+  const std::string untilTheEnd = "HTTP/1.1 200 OK\r\n\r\ntea";
+  const std::string inPieces = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\ntea\r\n0\r\n\r\n";
+  const TlsServer cut(certificate, {}, untilTheEnd, Ending::cut);
+  EXPECT_EQ(load(cut.address("localhost")).error, URLError(URLError::networkConnectionLost));
+  EXPECT_EQ(cut.requests(), 1);
+  EXPECT_EQ(cut.connections(), 1);
+  const TlsServer announced(certificate, {}, untilTheEnd, Ending::announced);
+  EXPECT_EQ(load(announced.address("localhost")).body, "tea");
+  for (const std::string& withItsLength : {tea, inPieces}) {
+    const TlsServer server(certificate, {}, withItsLength, Ending::cut);
+    EXPECT_EQ(load(server.address("localhost")).body, "tea") << "it says itself where it ends";
+  }
+}
+
 TEST(CurlTransport, RefusesFilesThatCannotCarryABody) {
   const LoopbackServer server([](const std::string&, const LoopbackServer::Connection& c) { c.write(tea); });
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / ("files " + std::to_string(::getpid()));

@@ -13,8 +13,9 @@
 
 namespace platform {
 
-TlsServer::TlsServer(const Certificate& certificate, const std::vector<Certificate>& between, std::string reply)
-    : context_(SSL_CTX_new(TLS_server_method()), &SSL_CTX_free), reply_(std::move(reply)) {
+TlsServer::TlsServer(const Certificate& certificate, const std::vector<Certificate>& between, std::string reply,
+                     Ending ending)
+    : context_(SSL_CTX_new(TLS_server_method()), &SSL_CTX_free), reply_(std::move(reply)), ending_(ending) {
   SSL_CTX_set_security_level(context_.get(), 0);  // it shows whatever the test made
   if (SSL_CTX_use_certificate(context_.get(), certificate.x509()) != 1) std::abort();
   if (SSL_CTX_use_PrivateKey(context_.get(), certificate.key()) != 1) std::abort();
@@ -71,7 +72,11 @@ void TlsServer::answer(int socket) {
     request.append(buffer.data(), static_cast<std::size_t>(read));
   }
   SSL_write(ssl.get(), reply_.data(), static_cast<int>(reply_.size()));
-  SSL_shutdown(ssl.get());
+  if (ending_ == Ending::cut) {
+    ::shutdown(socket, SHUT_WR);
+  } else {
+    SSL_shutdown(ssl.get());
+  }
   while (SSL_read(ssl.get(), buffer.data(), static_cast<int>(buffer.size())) > 0) continue;
 }
 

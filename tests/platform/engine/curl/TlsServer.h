@@ -13,8 +13,12 @@ namespace platform {
 /// Everything ends with the object.
 class TlsServer {
  public:
+  /// How a connection ends after the reply: as TLS has it, or as anybody on the way could end it.
+  enum class Ending { announced, cut };
+
   /// `between` are the certificates between the server's and its authority that are shown as well.
-  TlsServer(const Certificate& certificate, const std::vector<Certificate>& between, std::string reply);
+  TlsServer(const Certificate& certificate, const std::vector<Certificate>& between, std::string reply,
+            Ending ending = Ending::announced);
   ~TlsServer();
   TlsServer(const TlsServer&) = delete;
   TlsServer& operator=(const TlsServer&) = delete;
@@ -30,6 +34,7 @@ class TlsServer {
 
   std::shared_ptr<SSL_CTX> context_;
   const std::string reply_;
+  const Ending ending_;
   int listener_ = -1;
   int port_ = 0;
   std::atomic<int> connections_{0};
