@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/dispatch/Clock.h"
+#include "platform/engine/qt/PNGFile.h"
 #include "platform/engine/qt/QtConversions.h"
 
 namespace platform {
@@ -84,6 +85,7 @@ class Frames final : public ImageSequence {
 std::unique_ptr<Frames> readable(std::string_view data, const ImageLimits& limits) {
   const char* const format = formatOf(data);
   if (!format || data.size() > maximumFileSize) return nullptr;
+  if (std::string_view(format) == "png" && !isWholePNG(data)) return nullptr;
   // Qt's own limit counts bytes and is lower than the platform's; sizes are checked before reading.
   static const bool isUnlimited = (QImageReader::setAllocationLimit(0), true);
   (void)isUnlimited;

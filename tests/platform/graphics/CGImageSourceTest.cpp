@@ -67,6 +67,25 @@ TEST(CGImageSource, SurvivesAFileCutShortAnywhere) {
   }
 }
 
+TEST(CGImageSource, WritesNothingOnTheHostsErrorOutputAboutADamagedFile) {
+  Bitmap bitmap(16, 16);
+  for (int i = 0; i < 256; ++i)
+    bitmap.row(i / 16)[i % 16] = 0xFF000000 | static_cast<std::uint32_t>(i * 2654435761U >> 8);
+  const std::string whole = UIImage::imageWithBitmap(std::move(bitmap))->pngRepresentation();
+  const auto isPicture = [](const std::string& file) {
+    return CGImageSourceCreateImageAtIndex(CGImageSourceCreateWithData(file), 0) != nullptr;
+  };
+  testing::internal::CaptureStderr();
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    EXPECT_FALSE(isPicture(whole.substr(0, i))) << "cut after " << i;
+    std::string damaged = whole;
+    damaged[i] = static_cast<char>(damaged[i] ^ 0x10);
+    (void)isPicture(damaged);
+  }
+  EXPECT_TRUE(isPicture(whole + "and more"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(CGImageSource, RefusesFramesBeyondTheLimitOfPixels) {
   // 65535 x 65535 pixels in a few bytes.
   EXPECT_EQ(CGImageSourceCreateWithData(GIFFile(65535, 65535).addDamaged(65535, 65535).bytes()), nullptr);
