@@ -31,6 +31,8 @@ void records(std::string_view input) {
     case 'c':
       if (const auto value = platform::JSONValue::parse(document)) (void)lumicor::LumicorConfiguration::read(*value);
       return;
+    case 't':  // a person's text, whatever its bytes
+      return expectLasting(lumicor::TLChatMessage{std::string(document), true, 1});
     default:
       return;
   }
