@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -147,6 +148,16 @@ TEST_F(CurlTransportTest, TakesNoReplyForWholeThatAnybodyCouldHaveCut) {
     const TlsServer server(certificate, {}, withItsLength, Ending::cut);
     EXPECT_EQ(load(server.address("localhost")).body, "tea") << "it says itself where it ends";
   }
+}
+
+TEST_F(CurlTransportTest, SendsNothingThroughAProxyOverTls) {
+  const Certificate certificate(forLocalhost(), &root_);
+  const TlsServer proxy(certificate, {}, tea);
+  ::setenv("https_proxy", proxy.address("localhost").c_str(), 1);
+  EXPECT_EQ(load("https://tea.example/").error, URLError(URLError::serverCertificateUntrusted));
+  ::unsetenv("https_proxy");
+  EXPECT_EQ(proxy.connections(), 1);
+  EXPECT_EQ(proxy.requests(), 0) << "not even which server is meant";
 }
 
 TEST(CurlTransport, RefusesFilesThatCannotCarryABody) {
