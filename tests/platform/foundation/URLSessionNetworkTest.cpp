@@ -107,6 +107,26 @@ TEST_F(URLSessionNetworkTest, FollowsRedirectionsAndGivesUpOnALoop) {
   EXPECT_EQ(server.connections(), 2 + 11);
 }
 
+TEST_F(URLSessionNetworkTest, IntroducesItselfAsNobodyWhomAServerNames) {
+  std::mutex mutex;
+  std::string received;
+  auto server = std::make_unique<LoopbackServer>([&](const std::string& request, const Connection& connection) {
+    {
+      const std::lock_guard lock(mutex);
+      received += request;
+    }
+    const std::string host = request.substr(request.find("Host: ") + 6);
+    const std::string location = "http://me:secret@" + host.substr(0, host.find('\r')) + "/here";
+    const bool isMoved = request.starts_with("GET /moved");
+    connection.write(isMoved ? "HTTP/1.1 302 Moved\r\nLocation: " + location + "\r\nContent-Length: 0\r\n\r\n"
+                             : reply("here"));
+  });
+  EXPECT_EQ(load(server->address("/moved")).data, "here");
+  EXPECT_EQ(server->requests(), 2);
+  server = nullptr;  // its thread has written down what it received
+  EXPECT_THAT(received, testing::Not(HasSubstr("Authorization")));
+}
+
 TEST_F(URLSessionNetworkTest, SendsNothingWhenAHeaderFieldCouldBreakOut) {
   const LoopbackServer server([](const std::string&, const Connection& connection) { connection.write(reply("")); });
   URLRequest request(*URL::parse(server.address()));

@@ -1,5 +1,5 @@
 // Files are sent as they stood when the sending began, and never held in memory.
-#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -54,7 +54,7 @@ class URLSessionUploadTest : public NetworkTest {
 };
 
 TEST_F(URLSessionUploadTest, HoldsNoFileInMemory) {
-  std::size_t received = 0;
+  std::atomic<std::size_t> received{0};
   const LoopbackServer server(
       [&](const std::string& request, const Connection& connection) {
         received = takeBody(request, connection);
