@@ -48,6 +48,7 @@
 #include "platform/uikit/text/UISearchBar.h"
 #include "platform/uikit/text/UITextField.h"
 #include "platform/uikit/text/UITextView.h"
+#include "platform/uikit/text/UndoManager.h"
 #include "platform/uikit/touch/UIGestureRecognizer.h"
 #include "platform/uikit/touch/UILongPressGestureRecognizer.h"
 #include "platform/uikit/touch/UIPanGestureRecognizer.h"

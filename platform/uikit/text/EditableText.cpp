@@ -100,6 +100,11 @@ NSRange EditableText::whole(NSRange range) const {
   return {static_cast<std::int64_t>(from), static_cast<std::int64_t>(to - from)};
 }
 
+NSRange EditableText::around(std::size_t start, std::size_t end) const {
+  const std::size_t from = boundaryBefore(start);
+  return {static_cast<std::int64_t>(from), static_cast<std::int64_t>(boundaryAfter(end) - from)};
+}
+
 void EditableText::select(NSRange range) {
   const NSRange selected = whole(range);
   anchor_ = static_cast<std::size_t>(selected.location);

@@ -32,6 +32,8 @@ class EditableText {
 
   /// The range with its ends cut to the text and moved outwards to whole characters.
   NSRange whole(NSRange range) const;
+  /// Two positions moved outwards to whole characters, also where they are one.
+  NSRange around(std::size_t start, std::size_t end) const;
   /// What backspace and forward delete take away: the selection, or the character beside the caret. Empty at the ends.
   NSRange rangeToDeleteBackward() const;
   NSRange rangeToDeleteForward() const;

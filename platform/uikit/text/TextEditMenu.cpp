@@ -37,7 +37,7 @@ void TextEditMenu::dismiss() {
 void TextEditMenu::show(const Ref<UIView>& owner, CGRect rect, Commands commands) {
   dismiss();
   const Ref<UIView> window = owner->windowView();
-  if (!window || !(commands.cut || commands.copy || commands.paste || commands.selectAll)) return;
+  if (!window || !commands.any()) return;
   const Ref<TextEditMenu> menu = make<TextEditMenu>(window->bounds());
   menu->build(owner, owner->convertRect(rect, window.get()), commands);
   window->addSubview(menu);
@@ -77,6 +77,8 @@ void TextEditMenu::build(const Ref<UIView>& owner, CGRect rect, Commands command
   add(commands.cut, "Cut", "cut:");
   add(commands.copy, "Copy", "copy:");
   add(commands.paste, "Paste", "paste:");
+  add(commands.undo, "Undo", "undo:");
+  add(commands.redo, "Redo", "redo:");
   add(commands.selectAll, "Select All", "selectAll:");
   const CGRect room = bounds();
   const double left = std::clamp(rect.midX() - x / 2, margin, std::max(margin, room.maxX() - margin - x));
@@ -92,9 +94,10 @@ bool TextEditMenu::pointInside(CGPoint point, const Ref<UIEvent>& event) const {
   return false;
 }
 
-bool TextEditMenu::performShortcut(NSObject& owner, char letter) {
-  static constexpr std::pair<char, const char*> shortcuts[] = {
-      {'a', "selectAll:"}, {'c', "copy:"}, {'x', "cut:"}, {'v', "paste:"}};
+bool TextEditMenu::performShortcut(NSObject& owner, char letter, bool shift) {
+  static constexpr std::pair<char, const char*> shortcuts[] = {{'a', "selectAll:"}, {'c', "copy:"}, {'x', "cut:"},
+                                                               {'v', "paste:"},     {'z', "undo:"}, {'y', "redo:"}};
+  if (letter == 'z' && shift) letter = 'y';
   for (const auto& [key, command] : shortcuts) {
     if (key != letter) continue;
     owner.perform(sel(command), Ref<NSObject>());

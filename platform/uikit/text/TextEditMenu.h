@@ -7,23 +7,26 @@
 
 namespace platform {
 
-/// The bar of edit commands that a long press on text brings up. It sends "cut:", "copy:", "paste:" or "selectAll:" to
-/// the field or text view it was shown for, which it holds weakly, and goes away with the next touch, wherever that is.
-/// One at a time. Main thread.
+/// The bar of edit commands that a long press on text brings up. It sends "cut:", "copy:", "paste:", "undo:", "redo:"
+/// or "selectAll:" to the field or text view it was shown for, which it holds weakly, and goes away with the next
+/// touch, wherever that is. One at a time. Main thread.
 class TextEditMenu : public Object<TextEditMenu, UIView> {
  public:
   struct Commands {
     bool cut = false;
     bool copy = false;
     bool paste = false;
+    bool undo = false;
+    bool redo = false;
     bool selectAll = false;
+    bool any() const { return cut || copy || paste || undo || redo || selectAll; }
   };
   /// Above the rectangle (in the owner's coordinates), or below it where there is no room. Nothing is shown without a
   /// window or without a command.
   static void show(const Ref<UIView>& owner, CGRect rect, Commands commands);
   static void dismiss();
   /// The command of a letter pressed with Control, for a field or text view. False for other letters.
-  static bool performShortcut(NSObject& owner, char letter);
+  static bool performShortcut(NSObject& owner, char letter, bool shift);
   /// The one that is shown, or none.
   static Ref<TextEditMenu> current();
 

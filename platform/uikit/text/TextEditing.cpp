@@ -6,6 +6,7 @@
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/device/UIPasteboard.h"
 #include "platform/uikit/text/TextEditMenu.h"
+#include "platform/uikit/text/UndoManager.h"
 
 namespace platform {
 
@@ -15,6 +16,7 @@ void TextEditing::setText(std::optional<std::string> text) {
   hasText = text.has_value();
   attributes = std::nullopt;
   edit.setText(text ? std::move(*text) : std::string());
+  history.clear();
   textDidChange();
 }
 
@@ -78,6 +80,7 @@ void TextEditing::finish() {
   blink.stop();
   TextEditMenu::dismiss();
   edit.moveTo(edit.caret(), false);
+  history.endRun();
   view.setNeedsDisplay();
   editingEnded();
   tell(protocol_.didEnd);
@@ -90,15 +93,34 @@ void TextEditing::windowDidChange() {
 
 // ---- Editing
 
-bool TextEditing::replaceByUser(NSRange range, const std::string& replacement) {
+bool TextEditing::mayChange(NSRange range, const std::string& replacement) const {
+  const Ref<NSObject> owner = view.shared_from_this();
+  return askOptional<bool>(delegate(), protocol_.shouldChange, owner, range, replacement).value_or(true);
+}
+
+bool TextEditing::replaceByUser(NSRange range, const std::string& replacement, TextHistory::Kind kind) {
   const Ref<NSObject> keeper = view.shared_from_this();
   range = edit.whole(range);
   if (range.length == 0 && replacement.empty()) return false;
-  if (!askOptional<bool>(delegate(), protocol_.shouldChange, keeper, range, replacement).value_or(true)) return false;
-  hasText = true;
-  replace(edit.whole(range), replacement);  // cut to the text again: the delegate may have set another one
-  announceChange();
+  if (!mayChange(range, replacement)) return false;
+  change(edit.whole(range), replacement, kind);  // cut to the text again: the delegate may have set another one
   return true;
+}
+
+void TextEditing::change(NSRange range, const std::string& replacement, TextHistory::Kind kind) {
+  const bool isSecret = isSecure();
+  const auto start = static_cast<std::size_t>(range.location);
+  TextHistory::Step step{start, {}, replacement, selected(), {}};
+  if (!isSecret) step.removed = edit.text().substr(start, static_cast<std::size_t>(range.length));
+  hasText = true;
+  replace(range, replacement);
+  step.after = selected();
+  if (isSecret) {
+    history.clear();
+  } else {
+    history.add(std::move(step), kind);
+  }
+  announceChange();
 }
 
 void TextEditing::announceChange() {
@@ -112,7 +134,7 @@ void TextEditing::announceChange() {
 }
 
 void TextEditing::insert(const std::string& text) {
-  if (isEditable()) replaceByUser(edit.selection(), typable(text));
+  if (isEditable()) replaceByUser(edit.selection(), typable(text), TextHistory::Kind::typing);
 }
 
 void TextEditing::deleteBackward() {
@@ -125,6 +147,7 @@ void TextEditing::select(NSRange range) {
 }
 
 void TextEditing::selectionDidChange() {
+  history.endRun();
   TextEditMenu::dismiss();
   showCaret();
   view.setNeedsDisplay();
@@ -171,7 +194,7 @@ bool TextEditing::keyPressed(const UIKey& key) {
   };
   switch (key.code) {
     case UIKey::Code::character:
-      if (key.control) return key.text.size() == 1 && TextEditMenu::performShortcut(view, key.text[0]);
+      if (key.control) return key.text.size() == 1 && TextEditMenu::performShortcut(view, key.text[0], key.shift);
       if (key.text.empty() || !isEditable()) return false;
       insert(key.text);
       return true;
@@ -227,12 +250,47 @@ void TextEditing::cut() {
 
 void TextEditing::paste() {
   const std::optional<std::string> text = UIPasteboard::general().string();
-  if (text && !text->empty()) insert(*text);
+  if (text && !text->empty() && isEditable()) replaceByUser(edit.selection(), typable(*text));
 }
 
 void TextEditing::selectAll() {
   edit.selectAll();
   selectionDidChange();
+}
+
+// ---- Undo
+
+const Ref<UndoManager>& TextEditing::undoManager() {
+  if (!undoManager_) undoManager_ = make<UndoManager>(as<UIView>(view.shared_from_this()), *this);
+  return undoManager_;
+}
+
+void TextEditing::undo() {
+  if (canUndo()) exchange(history.toUndo()->reversed(), &TextHistory::wasUndone);
+}
+
+void TextEditing::redo() {
+  if (canRedo()) exchange(*history.toRedo(), &TextHistory::wasRedone);
+}
+
+void TextEditing::exchange(const TextHistory::Step step, void (TextHistory::*done)()) {
+  const Ref<NSObject> keeper = view.shared_from_this();
+  // What was put in may have joined with its neighbours, or they with each other: they are exchanged with it,
+  // unchanged.
+  const std::size_t end = step.start + step.removed.size();
+  const NSRange range = edit.around(step.start, end);
+  const auto from = static_cast<std::size_t>(range.location), to = static_cast<std::size_t>(range.end());
+  const std::string& text = edit.text();
+  const std::string replacement = text.substr(from, step.start - from) + step.inserted + text.substr(end, to - end);
+  const std::uint64_t version = history.version();
+  if (!mayChange(range, replacement)) return;
+  if (history.version() != version) return;  // the delegate did something to the text itself
+  (history.*done)();
+  hasText = true;
+  replace(range, replacement);
+  edit.moveTo(step.after.anchor, false);
+  edit.moveTo(step.after.caret, true);
+  announceChange();
 }
 
 // ---- Touches
@@ -242,6 +300,8 @@ void TextEditing::showMenu(CGPoint at) {
   commands.copy = !isSecure() && edit.hasSelection();
   commands.cut = commands.copy && isEditable();
   commands.paste = isEditable() && UIPasteboard::general().hasStrings();
+  commands.undo = canUndo() && !edit.hasSelection();
+  commands.redo = canRedo() && !edit.hasSelection();
   commands.selectAll = !edit.text().empty() && static_cast<std::size_t>(edit.selection().length) < edit.text().size();
   TextEditMenu::show(as<UIView>(view.shared_from_this()), menuRect(at), commands);
 }

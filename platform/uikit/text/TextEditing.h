@@ -8,12 +8,15 @@
 #include "platform/graphics/UIFont.h"
 #include "platform/uikit/text/CaretBlink.h"
 #include "platform/uikit/text/EditableText.h"
+#include "platform/uikit/text/TextHistory.h"
 #include "platform/uikit/text/TextLongPress.h"
 #include "platform/uikit/touch/UITextInputTraits.h"
 #include "platform/uikit/views/NSAttributedString.h"
 #include "platform/uikit/views/UIView.h"
 
 namespace platform {
+
+class UndoManager;
 
 /// How a text is edited by hand, which is the same in a field and in a text view: the first responder and whom it asks,
 /// keys, clipboard, edit menu, long press, caret. What a field or a text view holds derives from it and says where
@@ -32,6 +35,7 @@ class TextEditing {
 
   UIView& view;
   EditableText edit;
+  TextHistory history;
   bool hasText = true;  ///< false once a program set no text
   std::optional<NSTextAttributes> attributes;
   UIFont font;
@@ -59,17 +63,23 @@ class TextEditing {
   void windowDidChange();
 
   // ---- Editing: asks the delegate, changes, tells everybody
-  bool replaceByUser(NSRange range, const std::string& replacement);
+  bool replaceByUser(NSRange range, const std::string& replacement, TextHistory::Kind kind = TextHistory::Kind::change);
   void insert(const std::string& text);
   void deleteBackward();
   void select(NSRange range);
   void selectionDidChange();
-  void announceChange();
   bool keyPressed(const UIKey& key);
   void copy();
   void cut();
   void paste();
   void selectAll();
+
+  // ---- Undo. A secure text has no history; what was kept before it became one goes.
+  bool canUndo() const { return isEditable() && !isSecure() && history.toUndo(); }
+  bool canRedo() const { return isEditable() && !isSecure() && history.toRedo(); }
+  void undo();
+  void redo();
+  const Ref<UndoManager>& undoManager();
 
   // ---- Touches
   void touchBegan(CGPoint at);
@@ -107,15 +117,23 @@ class TextEditing {
   virtual CGRect menuRect(CGPoint at) = 0;
 
   void moveCaret(std::size_t position, bool extend);
+  /// Changes what nobody is asked about (any more), remembers it and tells everybody.
+  void change(NSRange range, const std::string& replacement, TextHistory::Kind kind);
 
  private:
   void begin();
+  void announceChange();
+  TextHistory::Selection selected() const { return {edit.anchor(), edit.caret()}; }
+  bool mayChange(NSRange range, const std::string& replacement) const;
+  /// Does a step once more, by value since it changes the history, and tells it so.
+  void exchange(TextHistory::Step step, void (TextHistory::*done)());
   void moveSideways(bool toTheLeft, const UIKey& key);
   /// In text written from the right a step on goes to the left.
   bool isReversedAtCaret();
   void showMenu(CGPoint at);
 
   const Protocol& protocol_;
+  Ref<UndoManager> undoManager_;
 };
 
 }  // namespace platform

@@ -23,6 +23,8 @@ void UITextField::exportMethods(MethodTable<UITextField>& table) {
   table.add<&UITextField::copy>("copy:");
   table.add<&UITextField::paste>("paste:");
   table.add<&UITextField::selectAll>("selectAll:");
+  table.add<&UITextField::undo>("undo:");
+  table.add<&UITextField::redo>("redo:");
   table.add<&UITextField::clearTapped>("clearButtonTapped");
 }
 
@@ -202,6 +204,7 @@ void UITextField::setClearsOnBeginEditing(bool clears) { content_->clearsOnBegin
 bool UITextField::isSecureTextEntry() const { return content_->traits.isSecureTextEntry; }
 void UITextField::setSecureTextEntry(bool secure) {
   content_->traits.isSecureTextEntry = secure;
+  if (secure) content_->history.clear();
   content_->textDidChange();
 }
 UIReturnKeyType UITextField::returnKeyType() const { return content_->traits.returnKeyType; }

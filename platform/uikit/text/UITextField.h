@@ -14,6 +14,7 @@
 namespace platform {
 
 class TextFieldContent;
+class UndoManager;
 
 /// Names of the notifications that editing posts; their object is the one edited.
 inline const std::string UITextFieldTextDidBeginEditingNotification = "UITextFieldTextDidBeginEditingNotification";
@@ -99,11 +100,16 @@ class UITextField : public Object<UITextField, UIControl> {
   void insertText(const std::string& text);
   void deleteBackward();
 
-  /// Edit commands, also by selector ("copy:"). A secure field neither copies nor cuts.
+  /// Edit commands, also by selector ("copy:"). A secure field neither copies nor cuts, and keeps
+  /// nothing to undo.
   void cut(const Ref<NSObject>& sender);
   void copy(const Ref<NSObject>& sender);
   void paste(const Ref<NSObject>& sender);
   void selectAll(const Ref<NSObject>& sender);
+  void undo(const Ref<NSObject>& sender);
+  void redo(const Ref<NSObject>& sender);
+  /// Of this text alone; always the same object.
+  Ref<UndoManager> undoManager();
 
   // ---- View and responder
   CGSize sizeThatFits(CGSize size) const override;

@@ -62,9 +62,7 @@ void TextFieldContent::clear() {
   static const SEL shouldClear = sel("textFieldShouldClear:");
   const Ref<NSObject> keeper = field.shared_from_this();
   if (!ask(shouldClear)) return;
-  hasText = true;
-  edit.setText({});
-  announceChange();
+  change({0, static_cast<std::int64_t>(edit.text().size())}, "", TextHistory::Kind::change);
 }
 
 bool TextFieldContent::tabPressed(bool backwards) { return goToNextTextInput(field, backwards); }
@@ -104,6 +102,9 @@ void UITextField::copy(const Ref<NSObject>&) { content_->copy(); }
 void UITextField::cut(const Ref<NSObject>&) { content_->cut(); }
 void UITextField::paste(const Ref<NSObject>&) { content_->paste(); }
 void UITextField::selectAll(const Ref<NSObject>&) { content_->selectAll(); }
+void UITextField::undo(const Ref<NSObject>&) { content_->undo(); }
+void UITextField::redo(const Ref<NSObject>&) { content_->redo(); }
+Ref<UndoManager> UITextField::undoManager() { return content_->undoManager(); }
 
 // ---- Touches: a tap starts editing and places the caret, two taps select a word, three everything, a drag selects
 

@@ -36,6 +36,8 @@ void UITextView::exportMethods(MethodTable<UITextView>& table) {
   table.add<&UITextView::copy>("copy:");
   table.add<&UITextView::paste>("paste:");
   table.add<&UITextView::selectAll>("selectAll:");
+  table.add<&UITextView::undo>("undo:");
+  table.add<&UITextView::redo>("redo:");
 }
 
 // ---- Text and look

@@ -14,6 +14,7 @@
 namespace platform {
 
 class TextViewContent;
+class UndoManager;
 
 /// Names of the notifications that editing posts; their object is the one edited.
 inline const std::string UITextViewTextDidBeginEditingNotification = "UITextViewTextDidBeginEditingNotification";
@@ -70,6 +71,10 @@ class UITextView : public Object<UITextView, UIScrollView> {
   void copy(const Ref<NSObject>& sender);
   void paste(const Ref<NSObject>& sender);
   void selectAll(const Ref<NSObject>& sender);
+  void undo(const Ref<NSObject>& sender);
+  void redo(const Ref<NSObject>& sender);
+  /// Of this text alone; always the same object.
+  Ref<UndoManager> undoManager();
 
   CGSize sizeThatFits(CGSize size) const override;
   /// Without scrolling, as high as its text.

@@ -99,6 +99,9 @@ void UITextView::copy(const Ref<NSObject>&) { content_->copy(); }
 void UITextView::cut(const Ref<NSObject>&) { content_->cut(); }
 void UITextView::paste(const Ref<NSObject>&) { content_->paste(); }
 void UITextView::selectAll(const Ref<NSObject>&) { content_->selectAll(); }
+void UITextView::undo(const Ref<NSObject>&) { content_->undo(); }
+void UITextView::redo(const Ref<NSObject>&) { content_->redo(); }
+Ref<UndoManager> UITextView::undoManager() { return content_->undoManager(); }
 
 // ---- Touches. A drag scrolls; the pan recogniser then cancels the touch.
 

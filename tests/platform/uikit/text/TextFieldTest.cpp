@@ -266,6 +266,9 @@ TEST_F(TextFieldTest, TheClearButtonEmptiesIt) {
   tap(at);
   EXPECT_EQ(field->text(), "");
   EXPECT_EQ(delegate->journal.take(), "clear? clear? changed");
+  field->undo(nullptr);
+  EXPECT_EQ(field->text(), "Assam");
+  field->redo(nullptr);
   EXPECT_TRUE(field->textRect(field->bounds()).maxX() > button.minX());  // the room of the button is free again
 }
 
