@@ -92,6 +92,7 @@ void QtWindow::present(const Bitmap& bitmap, const CGRect& changed) {
   for (int y = top; y < static_cast<int>(part.maxY()); ++y) {
     std::memcpy(shown_.scanLine(y) + static_cast<std::ptrdiff_t>(left) * 4, bitmap.row(y) + left, bytes);
   }
+  if (isNew) return update();  // whatever its size, it fills the window
   const double factor = zoom_ / scale_;
   update(QRectF(part.minX() * factor, part.minY() * factor, part.width() * factor, part.height() * factor)
              .toAlignedRect()

@@ -2,7 +2,9 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPixmap>
 #include <QPointingDevice>
+#include <QScreen>
 #include <QTest>
 #include <QTouchEvent>
 #include <QWheelEvent>
@@ -18,6 +20,7 @@
 #include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/lists/UIScrollView.h"
 #include "platform/uikit/text/UITextField.h"
+#include "platform/uikit/text/UITextView.h"
 
 // The window system's own events, sent to a window that nobody sees: what a person's hand really does arrives so.
 
@@ -53,6 +56,14 @@ class Told final : public EngineWindowDelegate {
   void add(std::string line) { log_.push_back(std::move(line)); }
   std::vector<std::string> log_;
 };
+
+/// What a person sees in a place of the window.
+QColor colourAt(QWindow* window, CGPoint point) {
+  const QImage seen = window->screen()->grabWindow(window->winId()).toImage();
+  if (seen.isNull()) return {};  // the window is not there yet
+  const double pixels = seen.width() / static_cast<double>(window->width());
+  return seen.pixelColor(static_cast<int>(point.x * pixels), static_cast<int>(point.y * pixels));
+}
 
 QWindow* newestWindow() { return QGuiApplication::allWindows().back(); }
 
@@ -166,6 +177,38 @@ TEST_F(QtWindowTest, TakesWhatAnInputMethodHasComposed) {
   EXPECT_THAT(told(), ElementsAre("key 0 '日本'"));
 }
 
+TEST_F(QtWindowTest, ShowsWhatIsPresentedAndOfTheNextPictureOnlyWhatChanged) {
+  const auto picture = [](int width, int height, std::uint32_t colour) {
+    Bitmap bitmap(width, height);
+    for (int y = 0; y < height; ++y) std::fill_n(bitmap.row(y), width, colour);
+    return bitmap;
+  };
+  const auto shown = [this](CGPoint point) {
+    QCoreApplication::processEvents();
+    QEvent update(QEvent::UpdateRequest);  // what was asked to be painted is painted now, not at the screen's next beat
+    QCoreApplication::sendEvent(window_, &update);
+    return colourAt(window_, point).name().toStdString();
+  };
+  engineWindow_->setTitle("Coffee");
+  EXPECT_EQ(window_->title(), "Coffee");
+  EXPECT_EQ(engineWindow_->sizeInPoints(), (CGSize{200, 300}));
+  EXPECT_EQ(shown({100, 150}), "#ffffff") << "nothing was presented yet";
+  engineWindow_->present(Bitmap(), {});
+  engineWindow_->present(picture(400, 600, 0xFFFF0000), {0, 0, 10, 10});
+  EXPECT_EQ(shown({190, 290}), "#ff0000") << "the first picture is new everywhere, whatever is said to have changed";
+  const Bitmap blue = picture(400, 600, 0xFF0000FF);
+  engineWindow_->present(blue, {});
+  EXPECT_EQ(shown({50, 50}), "#ff0000");
+  engineWindow_->present(blue, {100.4, 200, 99, 1000});
+  EXPECT_EQ(shown({75, 200}), "#0000ff");
+  EXPECT_EQ(shown({75, 290}), "#0000ff");
+  EXPECT_EQ(shown({20, 200}), "#ff0000") << "left of what changed";
+  EXPECT_EQ(shown({110, 200}), "#ff0000") << "right of it";
+  EXPECT_EQ(shown({75, 90}), "#ff0000") << "above it";
+  engineWindow_->present(picture(200, 300, 0xFF00FF00), {0, 0, 1, 1});
+  EXPECT_EQ(shown({190, 290}), "#00ff00") << "one of another size fills the window too";
+}
+
 TEST_F(QtWindowTest, AsksToBeClosedAndStays) {
   QEvent close(QEvent::Close);
   QCoreApplication::sendEvent(window_, &close);
@@ -193,6 +236,22 @@ class DesktopTest : public testing::Test {
       QCoreApplication::sendEvent(window, &close);
     });
     EXPECT_EQ(UIApplication::shared().run("Desktop"), 0);
+  }
+  /// The same in steps: each runs again after a little while until it holds, then the next begins.
+  void runUntil(std::vector<std::function<bool(QWindow*)>> steps) {
+    QWindow* window = nullptr;
+    std::size_t step = 0;
+    int tries = 0;
+    std::function<void()> turn = [&] {
+      if (!window) window = newestWindow();
+      while (step < steps.size() && steps[step](window)) ++step;
+      if (step < steps.size() && ++tries < 1000) return void(DispatchQueue::main().asyncAfter(0.005, turn));
+      QEvent close(QEvent::Close);
+      QCoreApplication::sendEvent(window, &close);
+    };
+    DispatchQueue::main().async(turn);
+    EXPECT_EQ(UIApplication::shared().run("Desktop"), 0);
+    EXPECT_EQ(step, steps.size()) << "this step never held";
   }
 };
 
@@ -230,6 +289,102 @@ TEST_F(DesktopTest, BringsMouseKeysWheelAndCloseToTheApplication) {
     QCoreApplication::sendEvent(desktop, &wheel);
     EXPECT_GT(scroll->contentOffset().y, 0);
     field->resignFirstResponder();
+  });
+  window->setHidden(true);
+}
+
+TEST_F(DesktopTest, ShowsFramesAsTheApplicationChanges) {
+  const auto window = make<UIWindow>(UIScreen::main().bounds());
+  const auto root = make<UIViewController>();
+  root->view()->setBackgroundColor(UIColor(1, 0, 0, 1));
+  const auto corner = make<UIView>(CGRect{0, 0, 100, 100});
+  corner->setBackgroundColor(UIColor(0, 1, 0, 1));
+  root->view()->addSubview(corner);
+  window->setRootViewController(root);
+  window->makeKeyAndVisible();
+  const auto seen = [](QWindow* desktop, CGPoint point) {
+    const double zoom = desktop->width() / UIScreen::main().bounds().width();
+    return colourAt(desktop, {point.x * zoom, point.y * zoom}).name();
+  };
+  runUntil({[&](QWindow* desktop) {
+              return seen(desktop, {50, 50}) == "#00ff00";
+            },
+            [&](QWindow* desktop) {
+              EXPECT_EQ(desktop->title(), "Desktop");
+              EXPECT_EQ(seen(desktop, {300, 300}), "#ff0000");
+              corner->setFrame({250, 250, 100, 100});
+              return true;
+            },
+            [&](QWindow* desktop) {
+              return seen(desktop, {300, 300}) == "#00ff00";
+            },
+            [&](QWindow* desktop) {
+              EXPECT_EQ(seen(desktop, {50, 50}), "#ff0000");
+              return true;
+            }});
+  window->setHidden(true);
+}
+
+TEST_F(DesktopTest, KeysEditATextAndAFingerThatIsCancelledPressesNothing) {
+  const auto window = make<UIWindow>(UIScreen::main().bounds());
+  const auto root = make<UIViewController>();
+  const auto button = make<UIButton>(CGRect{20, 100, 100, 44});
+  const auto text = make<UITextView>(CGRect{20, 160, 300, 100});
+  root->view()->addSubview(button);
+  root->view()->addSubview(text);
+  window->setRootViewController(root);
+  window->makeKeyAndVisible();
+  const auto counter = make<Counter>();
+  button->addTarget(counter, sel("press"), UIControlEvents::touchUpInside);
+  const struct {
+    int key;
+    const char* types;
+    Qt::KeyboardModifiers modifiers;
+    const char* text;
+    int caret;
+  } table[] = {
+      {Qt::Key_A, "a", Qt::NoModifier, "a", 1},
+      {Qt::Key_B, "b", Qt::NoModifier, "ab", 2},
+      {Qt::Key_Return, "\r", Qt::NoModifier, "ab\n", 3},
+      {Qt::Key_C, "c", Qt::NoModifier, "ab\nc", 4},
+      {Qt::Key_Home, "", Qt::NoModifier, "ab\nc", 3},
+      {Qt::Key_Up, "", Qt::NoModifier, "ab\nc", 0},
+      {Qt::Key_Right, "", Qt::NoModifier, "ab\nc", 1},
+      {Qt::Key_Delete, "\x7f", Qt::NoModifier, "a\nc", 1},
+      {Qt::Key_Z, "\x1a", Qt::ControlModifier, "ab\nc", 1},
+      {Qt::Key_Z, "\x1a", Qt::ControlModifier | Qt::ShiftModifier, "a\nc", 1},
+      {Qt::Key_Down, "", Qt::NoModifier, "a\nc", 3},
+      {Qt::Key_Left, "", Qt::NoModifier, "a\nc", 2},
+      {Qt::Key_End, "", Qt::NoModifier, "a\nc", 3},
+      {Qt::Key_Tab, "\t", Qt::NoModifier, "a\nc\t", 4},
+      {Qt::Key_Backspace, "\b", Qt::NoModifier, "a\nc", 3},
+      {Qt::Key_Escape, "\x1b", Qt::NoModifier, "a\nc", 3},
+      {Qt::Key_Home, "", Qt::ControlModifier, "a\nc", 0},
+      {Qt::Key_A, "\x01", Qt::ControlModifier, "a\nc", 0},
+      {Qt::Key_X, "x", Qt::NoModifier, "x", 1},
+  };
+  run([&](QWindow* desktop) {
+    text->becomeFirstResponder();
+    for (const auto& row : table) {
+      sendKey(desktop, row.key, row.types, row.modifiers);
+      EXPECT_EQ(text->text(), row.text) << row.key;
+      EXPECT_EQ(text->selectedRange().location, row.caret) << row.key << " in " << row.text;
+    }
+    text->resignFirstResponder();
+
+    static QPointingDevice* const hand = QTest::createTouchDevice();
+    const double zoom = desktop->width() / UIScreen::main().bounds().width();
+    const QPoint at(static_cast<int>(60 * zoom), static_cast<int>(120 * zoom));
+    QTest::touchEvent(desktop, hand).press(0, at);
+    QTest::touchEvent(desktop, hand).move(0, at + QPoint(2, 0));
+    EXPECT_TRUE(button->isHighlighted());
+    QTouchEvent cancel(QEvent::TouchCancel, hand, Qt::NoModifier, {{0, QEventPoint::Stationary, at, at}});
+    QCoreApplication::sendEvent(desktop, &cancel);
+    EXPECT_FALSE(button->isHighlighted());
+    EXPECT_EQ(counter->presses, 0);
+    QTest::touchEvent(desktop, hand).press(0, at);
+    QTest::touchEvent(desktop, hand).release(0, at);
+    EXPECT_EQ(counter->presses, 1);
   });
   window->setHidden(true);
 }
