@@ -42,6 +42,10 @@ TEST(EditableText, NeverStandsInsideACharacterWhateverIsAskedFor) {
       }
     }
   }
+  const struct {
+    NSRange asked, is;
+  } grown[] = {{{0, 3}, {0, 19}}, {{5, 2}, {1, 18}}, {{5, 14}, {1, 18}}, {{5, 15}, {1, 19}}, {{5, 0}, {1, 0}}};
+  for (const auto& [asked, is] : grown) EXPECT_EQ(edit.whole(asked), is) << asked.location << " " << asked.length;
   edit.moveTo(7, false);
   EXPECT_EQ(edit.caret(), 1u);
   edit.moveTo(1000, true);

@@ -80,6 +80,14 @@ TEST_F(SearchBarTest, TheCancelButtonSlidesInAndOutWhenThatIsWishedAndElseIsTher
   EXPECT_EQ(shownWidth(), narrow);
 }
 
+TEST_F(SearchBarTest, NothingSlidesWhereNobodySeesIt) {
+  bar->removeFromSuperview();
+  bar->setShowsCancelButton(true, true);
+  EXPECT_EQ(shownAlpha(), 1);
+  bar->setShowsCancelButton(false, true);
+  EXPECT_TRUE(bar->cancelButton()->isHidden());
+}
+
 TEST_F(SearchBarTest, ItsDelegateMayRefuseAnEditAndTheEnd) {
   const auto delegate = make<Searching>();
   bar->setDelegate(delegate);

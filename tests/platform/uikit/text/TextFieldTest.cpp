@@ -283,6 +283,12 @@ TEST_F(TextFieldTest, ASecureTextIsNeverInThePicture) {
   };
   const std::string one = pictureOf("secret");
   EXPECT_EQ(pictureOf("hidden"), one);
+  field->setText(
+      "hid\xF0\x9F\x87\xA9\xF0\x9F\x87\xAA"
+      "en");
+  keys({pressed(Code::left), pressed(Code::right)});
+  settle();
+  EXPECT_EQ(UIApplication::shared().screenshot()->pngRepresentation(), one) << "a flag is one dot, and one step";
   EXPECT_NE(pictureOf("hidde"), one);
   EXPECT_EQ(field->text(), "hidde");
   EXPECT_TRUE(field->textInputTraits().isSecureTextEntry);
