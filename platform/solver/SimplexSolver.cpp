@@ -299,7 +299,6 @@ bool SimplexSolver::isSound() const {
 }
 
 bool SimplexSolver::rebuild() {
-  ++rebuilds_;
   pivotsBefore_ += tableau_.pivotCount();
   tableau_ = SimplexTableau();
   std::fill(markerOwners_.begin(), markerOwners_.end(), noLayoutConstraint);

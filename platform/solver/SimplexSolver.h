@@ -68,8 +68,6 @@ class SimplexSolver {
   std::size_t constraintCount() const { return kept_.size() - freeIds_.size(); }
   /// How often the basis has changed; for measurements.
   std::uint64_t pivotCount() const { return pivotsBefore_ + tableau_.pivotCount(); }
-  /// How often the tableau was made anew from the constraints; for measurements.
-  std::uint64_t rebuildCount() const { return rebuilds_; }
 
  private:
   struct Kept {
@@ -102,7 +100,6 @@ class SimplexSolver {
   std::uint64_t pivotsWhenNew_ = 0;
   std::uint64_t checkedAt_ = 0;  // pivots when the tableau was last found sound
   std::size_t removals_ = 0;     // since the tableau was made
-  std::uint64_t rebuilds_ = 0;
   std::vector<Refusal> refusals_;  // of the last rebuild
   double ownFactor_ = 1;           // of the constraint that was refused last, in what was left of its equation
   bool isShifted_ = false;

@@ -82,8 +82,7 @@ class SimplexTableau {
 
   /// Adds `weight * symbol` to the objective of a level; negative takes it back. Higher numbers come first.
   void addToObjective(double level, SimplexSymbol symbol, double weight);
-  /// Whether any level is not at its minimum. Only set by the caller's changes, cleared by optimise().
-  bool isOptimal() const { return optimal_; }
+  /// A level may not be at its minimum any more, until optimise().
   void markChanged() { optimal_ = false; }
   /// False when the search was given up.
   bool optimise();
@@ -112,7 +111,6 @@ class SimplexTableau {
   /// cells += factor * source, except `without`. Columns are kept when `owner` is a row.
   void merge(std::vector<Cell>& cells, const std::vector<Cell>& source, double factor, SimplexSymbol without,
              RowIndex owner);
-  void solveFor(Row& row, SimplexSymbol subject);
   void substitute(SimplexSymbol symbol, RowIndex by);
   RowIndex leavingRow(SimplexSymbol entering, RowIndex preferred) const;
   SimplexSymbol enteringSymbol(std::size_t level, bool lowestIndex) const;
@@ -128,7 +126,6 @@ class SimplexTableau {
   Row work_;
   std::vector<Cell> merged_;
   std::vector<RowIndex> affected_;
-  std::vector<SimplexSymbol> blocked_;
   std::uint64_t pivots_ = 0;
   bool optimal_ = true;
 };

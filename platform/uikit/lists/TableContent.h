@@ -89,7 +89,6 @@ class TableContent {
   CGRect headerRect(std::int64_t section) const;
   CGRect footerRect(std::int64_t section) const;
   double visibleTop() const;
-  double visibleBottom() const;
   double offsetFor(IndexPath path, UITableViewScrollPosition position) const;
 
   // ---- Showing

@@ -211,7 +211,6 @@ CGRect TableContent::rowRect(const TableGeometry& from, IndexPath path) const {
 }
 
 double TableContent::visibleTop() const { return table.bounds().minY() + table.adjustedContentInset().top; }
-double TableContent::visibleBottom() const { return table.bounds().maxY() - table.adjustedContentInset().bottom; }
 
 CGRect TableContent::headerRect(std::int64_t section) const {
   TableGeometry::Span span = geometry.header(section);
