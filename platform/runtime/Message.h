@@ -7,9 +7,6 @@
 
 namespace platform::detail {
 
-template <class R, class... Args>
-using TypedImp = R (*)(NSObject*, const Args&...);
-
 template <class T>
 struct ObjectType;
 template <class T>
@@ -18,9 +15,9 @@ struct ObjectType<std::shared_ptr<T>> {
 };
 
 /// A value on its way into a method that wants a `Wanted`. An object of the wrong class is a fatal programming error.
-template <class Wanted, class Passed>
-decltype(auto) argument(const Passed& passed, const char* where) {
-  if constexpr (IsObjectRef<Wanted>::value && !std::is_same_v<Wanted, Passed>) {
+template <class Wanted, class Given>
+decltype(auto) argument(const Given& passed, const char* where) {
+  if constexpr (IsObjectRef<Wanted>::value && !std::is_same_v<Wanted, Given>) {
     using T = typename ObjectType<Wanted>::type;
     std::shared_ptr<T> object = std::dynamic_pointer_cast<T>(passed);
     if (passed && !object) {
@@ -41,7 +38,7 @@ struct Member {
 
   /// Calls through the pointer: a virtual member stays virtual.
   template <auto pointer>
-  static CanonicalResult call(NSObject* self, const Canonical<Args>&... args) {
+  static CanonicalResult call(NSObject* self, Passed<Canonical<Args>>... args) {
     C* const object = static_cast<C*>(self);
     return (object->*pointer)(argument<std::remove_cvref_t<Args>>(args, "a method of its class")...);
   }
@@ -79,31 +76,41 @@ using CanonicalArgument = decltype(canonical(std::declval<const std::decay_t<con
 
 }  // namespace platform::detail
 
+namespace platform::detail {
+
+template <class R, class... Args>
+R send(NSObject& object, const Method& method, SEL selector, const Args&... args) {
+  using Result = Canonical<R>;
+  constexpr Signature sent = Signature::of<Result, CanonicalArgument<Args>...>();
+  if (!(method.signature() == sent)) [[unlikely]]
+    failWrongSignature(object, selector, sent, method);
+  const auto imp = reinterpret_cast<TypedImp<Result, CanonicalArgument<Args>...>>(method.sendImp());
+  if constexpr (std::is_void_v<R>) {
+    imp(&object, args...);
+  } else if constexpr (IsObjectRef<R>::value) {
+    return argument<R>(imp(&object, args...), "a sender that expects");
+  } else {
+    return imp(&object, args...);
+  }
+}
+
+}  // namespace platform::detail
+
 namespace platform {
 
 template <class R, class... Args>
 R NSObject::perform(SEL selector, const Args&... args) {
-  using Result = detail::Canonical<R>;
-  constexpr Signature sent = Signature::of<Result, detail::CanonicalArgument<Args>...>();
-  Method* method = isa().method(selector);
-  NSObject* object = this;
-  Ref<NSObject> keeper;
-  if (!method) [[unlikely]] {
-    detail::Receiver receiver = detail::receiverFor(*this, selector);
-    method = receiver.method;
-    object = receiver.object;
-    keeper = std::move(receiver.keeper);
+  if (const Method* const method = knownClass().method(selector)) [[likely]] {
+    return detail::send<R>(*this, *method, selector, args...);
   }
-  if (!(method->signature() == sent)) [[unlikely]]
-    detail::failWrongSignature(*object, selector, sent, *method);
-  const auto imp = reinterpret_cast<detail::TypedImp<Result, detail::CanonicalArgument<Args>...>>(method->sendImp());
-  if constexpr (std::is_void_v<R>) {
-    imp(object, args...);
-  } else if constexpr (detail::IsObjectRef<R>::value) {
-    return detail::argument<R>(imp(object, args...), "a sender that expects");
-  } else {
-    return imp(object, args...);
-  }
+  return performForwarded<R>(selector, args...);
+}
+
+/// Apart, so that a message which finds its method at once has nothing to keep until it returns.
+template <class R, class... Args>
+[[gnu::noinline]] R NSObject::performForwarded(SEL selector, const Args&... args) {
+  const detail::Receiver receiver = detail::receiverFor(*this, selector);
+  return detail::send<R>(*receiver.object, *receiver.method, selector, args...);
 }
 
 /// A method held by whoever calls it often, above all the original that a hook calls on: looked up and checked once,
@@ -175,7 +182,7 @@ template <class C, class R, class... Args>
 struct FunctionOf<R (*)(C&, Args...)> {
   static Signature signature() { return Signature::of<Canonical<R>, Canonical<Args>...>(); }
   template <auto function>
-  static Canonical<R> call(NSObject* self, const Canonical<Args>&... args) {
+  static Canonical<R> call(NSObject* self, Passed<Canonical<Args>>... args) {
     return function(*static_cast<C*>(self), argument<std::remove_cvref_t<Args>>(args, "an added method")...);
   }
 };

@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <cxxabi.h>
 #include <string_view>
-#include <utility>
 
 #include "platform/runtime/Class.h"
 #include "platform/runtime/FatalError.h"
@@ -40,7 +39,9 @@ void method_exchangeImplementations(Method* a, Method* b) {
     fatalError("method_exchangeImplementations: " + a->name_.name() + " of class " + a->owner_->name() + " is " +
                a->signature_.description() + ", " + b->name_.name() + " is " + b->signature_.description());
   }
-  std::swap(a->imp_, b->imp_);
+  const Imp imp = a->imp_;
+  a->setImp(b->imp_);
+  b->setImp(imp);
 }
 
 }  // namespace platform

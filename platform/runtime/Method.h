@@ -11,7 +11,7 @@ namespace platform {
 class NSObject;
 class Class;
 
-/// An implementation with its type erased; the real type is `R (*)(NSObject*, const Args&...)`.
+/// An implementation with its type erased; the real type is detail::TypedImp.
 using Imp = void (*)();
 
 namespace detail {
@@ -24,6 +24,14 @@ struct IsObjectRef<std::shared_ptr<T>> : std::is_base_of<NSObject, T> {};
 /// Arguments and results travel as values; every reference to an object travels as `Ref<NSObject>`, whatever its class.
 template <class T, class Bare = std::remove_cvref_t<T>>
 using Canonical = std::conditional_t<IsObjectRef<Bare>::value, std::shared_ptr<NSObject>, Bare>;
+
+/// How an argument gets to an implementation: in registers where it fits into them, so that a hook can hand its call on
+/// by a jump; others by reference.
+template <class T>
+using Passed = std::conditional_t<std::is_trivially_copyable_v<T> && sizeof(T) <= 2 * sizeof(void*), T, const T&>;
+
+template <class R, class... Args>
+using TypedImp = R (*)(NSObject*, Passed<Args>...);
 
 template <class R, class... Args>
 struct SignatureTag {
@@ -57,7 +65,13 @@ class Signature {
 class Method {
  public:
   Method(SEL name, Class& owner, Signature signature, Imp imp, Imp send)
-      : name_(name), owner_(&owner), signature_(signature), imp_(imp), send_(send), original_(imp) {}
+      : name_(name),
+        signature_(signature),
+        sendImp_(send ? send : imp),
+        imp_(imp),
+        original_(imp),
+        owner_(&owner),
+        sendsCurrent_(!send) {}
 
   SEL name() const { return name_; }
   Class& owner() const { return *owner_; }
@@ -65,17 +79,23 @@ class Method {
   /// The implementation that the method has now (an exchange changes it).
   Imp imp() const { return imp_; }
   /// What a message by selector calls: for an overridable operation the virtual call, else `imp()`.
-  Imp sendImp() const { return send_ ? send_ : imp_; }
+  Imp sendImp() const { return sendImp_; }
   bool isExchanged() const { return imp_ != original_; }
 
  private:
   friend void method_exchangeImplementations(Method* a, Method* b);
+  void setImp(Imp imp) {
+    imp_ = imp;
+    if (sendsCurrent_) sendImp_ = imp;
+  }
+
   SEL name_;
-  Class* owner_;
   Signature signature_;
+  Imp sendImp_;
   Imp imp_;
-  Imp send_;
   Imp original_;
+  Class* owner_;
+  bool sendsCurrent_;
 };
 
 /// Swaps the implementations of two methods. Both must be there and of the same signature: anything else is a fatal

@@ -6,6 +6,7 @@
 namespace platform {
 
 struct NSObject::Associations {
+  Class* cls = nullptr;
   struct Entry {
     Ref<NSObject> strong;
     Weak<NSObject> weak;
@@ -17,7 +18,26 @@ NSObject::NSObject() = default;
 
 NSObject::~NSObject() {
   // Taken out first: what ends with this object finds no associations here any more.
-  const std::unique_ptr<Associations> last = std::move(associations_);
+  const std::unique_ptr<const Associations> last(associations());
+  identity_.store(0, std::memory_order_relaxed);
+}
+
+void NSObject::rememberClass(Class& cls) {
+  if (Associations* const attached = associations()) {
+    attached->cls = &cls;
+  } else {
+    identity_.store(reinterpret_cast<std::uintptr_t>(&cls) | isClass, std::memory_order_release);
+  }
+}
+
+Class& NSObject::classBesideAssociations() const {
+  const Associations* const attached = associations();
+  return attached && attached->cls ? *attached->cls : isa();
+}
+
+NSObject::Associations* NSObject::associations() const {
+  const std::uintptr_t known = identity_.load(std::memory_order_acquire);
+  return known & isClass ? nullptr : reinterpret_cast<Associations*>(known);
 }
 
 Class& NSObject::cls() {
@@ -25,7 +45,7 @@ Class& NSObject::cls() {
   return *shared;
 }
 
-bool NSObject::respondsToSelector(SEL selector) const { return isa().method(selector) != nullptr; }
+bool NSObject::respondsToSelector(SEL selector) const { return knownClass().method(selector) != nullptr; }
 
 Ref<NSObject> NSObject::forwardingTargetForSelector(SEL) const { return nullptr; }
 
@@ -36,19 +56,26 @@ std::string NSObject::description() const {
 }
 
 void NSObject::setAssociatedObject(const void* key, Ref<NSObject> value, AssociationPolicy policy) {
-  if (!value && !associations_) return;
-  if (!associations_) associations_ = std::make_unique<Associations>();
+  Associations* attached = associations();
+  if (!value && !attached) return;
+  if (!attached) {
+    attached = new Associations;
+    const std::uintptr_t known = identity_.load(std::memory_order_relaxed);
+    if (known & isClass) attached->cls = reinterpret_cast<Class*>(known - isClass);
+    identity_.store(reinterpret_cast<std::uintptr_t>(attached), std::memory_order_release);
+  }
   Associations::Entry entry;
   entry.weak = value;
   if (policy == AssociationPolicy::retain) entry.strong = std::move(value);
   // The previous object ends last: its end may look at the associations of this one.
-  std::swap(associations_->entries[key], entry);
+  std::swap(attached->entries[key], entry);
 }
 
 Ref<NSObject> NSObject::associatedObject(const void* key) const {
-  if (!associations_) return nullptr;
-  const auto found = associations_->entries.find(key);
-  return found == associations_->entries.end() ? nullptr : found->second.weak.lock();
+  const Associations* const attached = associations();
+  if (!attached) return nullptr;
+  const auto found = attached->entries.find(key);
+  return found == attached->entries.end() ? nullptr : found->second.weak.lock();
 }
 
 void detail::failNoMethod(const NSObject& object, SEL selector) {

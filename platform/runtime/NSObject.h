@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -24,6 +26,15 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   static Class& cls();
   virtual Class& isa() const { return cls(); }
   Class& classForCoder() const { return isa(); }
+  /// The same as isa(), and remembered once the object is made: messages and walks ask all the time.
+  Class& knownClass() const {
+    const std::uintptr_t known = identity_.load(std::memory_order_acquire);
+    if (known & isClass) [[likely]]
+      return *reinterpret_cast<Class*>(known - isClass);
+    return classBesideAssociations();
+  }
+  /// Called by make<T>, once the object is a whole T.
+  void rememberClass(Class& cls);
   bool isKindOfClass(const Class& other) const { return isa().isSubclassOf(other); }
 
   /// True when a message of that name would be answered: by a method of the class, or by whatever a subclass forwards
@@ -38,7 +49,7 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   /// Sends a message by name: `perform(sel("checkout:"), sender)`, `perform<std::int64_t>(sel("numberOfRows"))`.
   /// No method (nor forwarding target), or one of another signature, is a fatal programming error.
   template <class R = void, class... Args>
-  R perform(SEL selector, const Args&... args);
+  R perform(SEL selector, const Args&... args);  // in Message.h
 
   /// This object, shared. Only once it is owned by a Ref (so not inside constructors; use `init...`).
   template <class T>
@@ -51,8 +62,16 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   Ref<NSObject> associatedObject(const void* key) const;
 
  private:
+  template <class R, class... Args>
+  R performForwarded(SEL selector, const Args&... args);
   struct Associations;
-  std::unique_ptr<Associations> associations_;
+  static constexpr std::uintptr_t isClass = 1;
+  Class& classBesideAssociations() const;
+  Associations* associations() const;
+
+  /// With the mark the class; without, what is attached to the object, which then knows the class, or nothing while the
+  /// object is being made. One word for both: objects of which a screen has thousands begin with it.
+  std::atomic<std::uintptr_t> identity_{0};
 };
 
 }  // namespace platform

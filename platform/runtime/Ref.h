@@ -18,8 +18,8 @@ using Weak = std::weak_ptr<T>;
 
 namespace detail {
 
-/// The object alone. Classes of which there are thousands ask for the pool (`usesObjectPool`), and may want to know
-/// what they were made as (`madeAs<T>`): only here the whole class is certain.
+/// The object alone. Classes of which there are thousands ask for the pool (`usesObjectPool`). Objects are told what
+/// they were made as (`rememberClass`, `madeAs<T>`): only here the whole class is certain.
 template <class T, class... Args>
 Ref<T> allocate(Args&&... args) {
   Ref<T> object;
@@ -28,6 +28,7 @@ Ref<T> allocate(Args&&... args) {
   } else {
     object = std::make_shared<T>(std::forward<Args>(args)...);
   }
+  if constexpr (requires { object->rememberClass(T::cls()); }) object->rememberClass(T::cls());
   if constexpr (requires { object->template madeAs<T>(); }) object->template madeAs<T>();
   return object;
 }

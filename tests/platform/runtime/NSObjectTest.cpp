@@ -67,6 +67,44 @@ TEST(AssociatedObjects, MayBeReplacedByOneWhoseOldValueLooksAtTheOwnerWhileItDie
   EXPECT_TRUE(Observer::isGone);
 }
 
+/// Tells of which class it is while it is made, and may have something attached to it by then.
+class Early : public Object<Early, NSObject> {
+ public:
+  explicit Early(bool attaches) : knownBefore_(knownClass().name()) {
+    if (attaches) setAssociatedObject(&key, make<Thing>(), AssociationPolicy::retain);
+  }
+  static void exportMethods(MethodTable<Early>& table) { table.add<&Early::knownBefore>("knownBefore"); }
+  virtual std::string knownBefore() const { return knownBefore_; }
+
+ private:
+  const std::string knownBefore_;
+};
+
+class Late : public Object<Late, Early> {
+ public:
+  using Object::Object;
+  static void exportMethods(MethodTable<Late>& table) { table.add<&Late::isLate>("isLate"); }
+  bool isLate() const { return true; }
+};
+
+TEST(Make, TellsTheObjectItsClassWhateverIsAttachedToIt) {
+  for (const bool attaches : {false, true}) {
+    SCOPED_TRACE(attaches);
+    for (const Ref<Late>& late : {make<Late>(attaches), std::make_shared<Late>(attaches)}) {
+      const Ref<NSObject> attached = late->associatedObject(&key);
+      EXPECT_EQ(attached != nullptr, attaches);
+      for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(&late->knownClass(), &Late::cls());
+        EXPECT_TRUE(late->respondsToSelector(sel("isLate")));
+        EXPECT_TRUE(late->perform<bool>(sel("isLate")));
+        EXPECT_EQ(late->perform<std::string>(sel("knownBefore")), "Early");
+        late->setAssociatedObject(&otherKey, late, AssociationPolicy::assignWeak);
+      }
+      EXPECT_EQ(late->associatedObject(&key), attached);
+    }
+  }
+}
+
 TEST(Make, GivesAnObjectThatKnowsItself) {
   const Ref<Thing> thing = make<Thing>();
   EXPECT_EQ(thing->myself(), thing);
