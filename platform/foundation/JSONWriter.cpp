@@ -43,27 +43,6 @@ std::string JSONWriter::finish(char* at) {
   return std::move(text_);
 }
 
-char* JSONWriter::literal(char* at, std::string_view text) {
-  while (text.size() > mostRoom) {
-    at = room(at, mostRoom);
-    std::memcpy(at, text.data(), mostRoom);
-    at += mostRoom;
-    text.remove_prefix(mostRoom);
-  }
-  at = room(at, text.size());
-  if (!text.empty()) std::memcpy(at, text.data(), text.size());
-  return at + text.size();
-}
-
-char* JSONWriter::string(char* at, std::string_view text) {
-  at = room(at, 18);
-  *at++ = '"';
-  at = escaped(at, text);
-  *at++ = '"';
-  return at;
-}
-
-/// Keeps room for the closing quote.
 char* JSONWriter::escaped(char* at, std::string_view text) {
   const char* from = text.data();
   const char* const end = from + text.size();

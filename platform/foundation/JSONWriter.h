@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +17,7 @@ namespace platform {
 ///     JSONWriter writer(expectedBytes);
 ///     char* at = writer.start();
 ///     at = writer.string(at, "key");
-///     at = writer.literal(at, ":");
+///     at = writer.literal(at, ':');
 ///     return writer.finish(writer.integer(at, 7));
 ///
 /// It knows how values look, not where they belong: commas, brackets and keys are the caller's. The text grows in a
@@ -25,7 +26,8 @@ namespace platform {
 /// then of no use.
 class JSONWriter {
  public:
-  explicit JSONWriter(std::size_t expectedBytes) { text_.reserve(expectedBytes); }
+  /// The guess may be wrong by far: one long text among the samples of a long list makes it enormous.
+  explicit JSONWriter(std::size_t expectedBytes) { text_.reserve(std::min(expectedBytes, mostReserved)); }
   JSONWriter(const JSONWriter&) = delete;
   JSONWriter& operator=(const JSONWriter&) = delete;
 
@@ -33,16 +35,25 @@ class JSONWriter {
   /// The text; the writer is done.
   std::string finish(char* at);
 
-  /// A place with room for that many bytes, which are not many.
-  static constexpr std::size_t mostRoom = 1024;
+  /// A place with room for that many bytes, a thousand at most.
   char* room(char* at, std::size_t bytes) {
     return static_cast<std::size_t>(chunk_.data() + chunk_.size() - at) >= bytes ? at : flushed(at);
   }
 
-  /// Bytes that need no escaping.
-  char* literal(char* at, std::string_view text);
+  /// A byte that needs no escaping, and several, which are not many.
+  char* literal(char* at, char byte) {
+    at = room(at, 1);
+    *at = byte;
+    return at + 1;
+  }
+  char* literal(char* at, std::string_view text) {
+    at = room(at, text.size());
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+  }
   /// A string in quotes, escaped. What is not UTF-8 becomes U+FFFD.
-  char* string(char* at, std::string_view text);
+  char* string(char* at, std::string_view text) { return literal(escaped(openQuote(at), text), '"'); }
+  char* string(char* at, const std::string& value) { return literal(text(openQuote(at), value), '"'); }
   char* integer(char* at, std::int64_t value);
   /// The shortest form that reads back as the same value, always with a fraction or an exponent.
   char* number(char* at, double value);
@@ -70,6 +81,13 @@ class JSONWriter {
 #else
   static constexpr bool keepsShortTexts = false;
 #endif
+  /// Leaves room for sixteen bytes behind the quote.
+  char* openQuote(char* at) {
+    at = room(at, 17);
+    *at = '"';
+    return at + 1;
+  }
+  static constexpr std::size_t mostReserved = std::size_t{1} << 24;  // beyond this the text grows as it comes
   char* flushed(char* at);
   char* escaped(char* at, std::string_view text);
   char* escapedSlowly(char* at, const char* from, const char* end);

@@ -131,7 +131,7 @@ char* writeRecord(JSONWriter& writer, char* at, const T& record) {
   } else {
     [&]<std::size_t... I>(std::index_sequence<I...>) { ((at = writeField<T, I>(writer, at, record)), ...); }
     (std::make_index_sequence<count>{});
-    return writer.literal(at, InQuotes<FieldType<T, count - 1>> ? std::string_view("\"}") : std::string_view("}"));
+    return writer.literal(at, InQuotes<FieldType<T, count - 1>> ? "\"}" : "}");
   }
 }
 
@@ -151,20 +151,20 @@ char* write(JSONWriter& writer, char* at, const T& value) {
     return writeRecord(writer, at, value);
   } else {
     constexpr bool isList = VectorField<T>;
-    std::string_view before = isList ? "[" : "{";
-    const std::string_view empty = isList ? "[]" : "{}";
+    if (value.empty()) return writer.literal(at, isList ? "[]" : "{}");
+    char before = isList ? '[' : '{';
     for (auto&& entry : value) {
       at = writer.literal(at, before);
-      before = ",";
+      before = ',';
       if constexpr (isList) {
         at = write<typename ElementOf<T>::Type>(writer, at, entry);
       } else {
         at = writer.string(at, entry.first);
-        at = writer.literal(at, ":");
+        at = writer.literal(at, ':');
         at = write(writer, at, entry.second);
       }
     }
-    return writer.literal(at, before == "," ? empty.substr(1) : empty);
+    return writer.literal(at, isList ? ']' : '}');
   }
 }
 

@@ -284,6 +284,15 @@ struct RawValues<Sparse> {
 
 namespace {
 
+/// How long a list becomes is guessed from a few of its elements.
+TEST(Record, IsWrittenThoughTheLongestOfManyIsTakenForTheRest) {
+  std::vector<std::string> list(1'000'000);
+  list.front() = std::string(std::size_t{1} << 24, 'a');
+  const std::size_t bytes = list.front().size() + 3 * list.size() + 1;
+  EXPECT_EQ(encodeJSON(list)->size(), bytes);
+  EXPECT_EQ(toJSONValue(list).encode()->size(), bytes);
+}
+
 TEST(RawValues, MayBeAnyValuesAndAnyTexts) {
   const std::vector<Sparse> all{Sparse::few, Sparse::many};
   EXPECT_EQ(*encodeJSON(all), R"(["","a \"lot\""])");
