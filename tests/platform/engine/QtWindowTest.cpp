@@ -2,8 +2,10 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPixmap>
 #include <QPointingDevice>
+#include <QRasterWindow>
 #include <QScreen>
 #include <QTest>
 #include <QTouchEvent>
@@ -88,6 +90,37 @@ class QtWindowTest : public testing::Test {
   std::unique_ptr<EngineWindow> engineWindow_;
   QWindow* window_;
 };
+
+/// The paint event that the window system would send for a part of a window.
+void sendPaint(QWindow* window, const QRegion& region) {
+  struct Painted : QRasterWindow {
+    using QRasterWindow::paintEvent;
+  };
+  QPaintEvent event(region);
+  (static_cast<QRasterWindow*>(window)->*&Painted::paintEvent)(&event);
+}
+
+TEST_F(QtWindowTest, PaintsInsideTheRegionThatIsToBePaintedAndNowhereElse) {
+  const auto show = [this](std::uint32_t color) {
+    Bitmap bitmap(400, 600);
+    std::fill_n(bitmap.data(), 400 * 600, color);
+    engineWindow_->present(bitmap, {0, 0, 400, 600});
+  };
+  constexpr QRgb red = 0xFFFF0000, blue = 0xFF0000FF;
+  show(red);
+  QCoreApplication::processEvents();
+  show(blue);
+  const QRegion region = QRegion(20, 30, 40, 50) + QRegion(100, 200, 10, 10);
+  sendPaint(window_, region);
+
+  const QImage shown = window_->screen()->grabWindow(window_->winId()).toImage();
+  ASSERT_EQ(shown.size(), QSize(200, 300));
+  int wrong = 0;
+  for (int y = 0; y < shown.height(); ++y) {
+    for (int x = 0; x < shown.width(); ++x) wrong += shown.pixel(x, y) != (region.contains(QPoint(x, y)) ? blue : red);
+  }
+  EXPECT_EQ(wrong, 0);
+}
 
 TEST_F(QtWindowTest, TakesTheLeftMouseButtonForAFinger) {
   sendMouse(window_, QEvent::MouseMove, {5, 5}, Qt::NoButton, Qt::NoButton);
