@@ -51,6 +51,7 @@ void RowHeights::sumBlocks() {
     rows.push_back(block->heights.size());
     heights.push_back(block->ends.back());
   }
+  near_ = {};
   rows_ = PartialSums<std::size_t>(std::move(rows));
   heights_ = PartialSums<double>(std::move(heights));
 }
@@ -60,7 +61,16 @@ RowHeights::Place RowHeights::placeOf(std::size_t row) const {
   return {block, row - rows_.before(block)};
 }
 
+std::size_t RowHeights::findNear(std::size_t row) const {
+  if (row - near_.first >= near_.count) {  // also for rows before it, which become very large numbers
+    const Place place = placeOf(row);
+    near_ = {place.block, row - place.row, blocks_[place.block]->heights.size(), heights_.before(place.block)};
+  }
+  return row - near_.first;
+}
+
 RowHeights::Block& RowHeights::own(std::size_t block) {
+  near_ = {};
   std::shared_ptr<Block>& place = blocks_[block];
   if (place.use_count() > 1) place = std::make_shared<Block>(*place);
   return *place;
@@ -69,18 +79,25 @@ RowHeights::Block& RowHeights::own(std::size_t block) {
 // ---- Heights
 
 double RowHeights::height(std::size_t row) const {
-  const Place place = placeOf(row);
-  return blocks_[place.block]->heights[place.row];
+  const std::size_t inBlock = findNear(row);
+  return blocks_[near_.block]->heights[inBlock];
+}
+
+RowHeights::Span RowHeights::span(std::size_t row) const {
+  const std::size_t inBlock = findNear(row);
+  const Block& block = *blocks_[near_.block];
+  return {inBlock > 0 ? near_.top + block.ends[inBlock - 1] : near_.top, block.heights[inBlock]};
 }
 
 void RowHeights::setHeight(std::size_t row, double height) {
-  const Place place = placeOf(row);
-  if (blocks_[place.block]->heights[place.row] == height) return;
-  Block& block = own(place.block);
+  const std::size_t inBlock = findNear(row);
+  const std::size_t index = near_.block;
+  if (blocks_[index]->heights[inBlock] == height) return;
+  Block& block = own(index);
   const double before = block.ends.back();
-  block.heights[place.row] = height;
-  block.sumFrom(place.row);
-  heights_.add(place.block, block.ends.back() - before);
+  block.heights[inBlock] = height;
+  block.sumFrom(inBlock);
+  heights_.add(index, block.ends.back() - before);
 }
 
 void RowHeights::insert(std::size_t row, double height) {
@@ -129,9 +146,7 @@ void RowHeights::erase(std::size_t row) {
 // ---- Places
 
 double RowHeights::offset(std::size_t row) const {
-  const Place place = placeOf(row);
-  const double top = heights_.before(place.block);
-  return place.row > 0 ? top + blocks_[place.block]->ends[place.row - 1] : top;
+  return row < count_ ? span(row).top : heights_.before(blocks_.size());
 }
 
 std::size_t RowHeights::rowAt(double offset) const {

@@ -28,6 +28,12 @@ class RowHeights {
   /// The sum of the heights of the rows before this one; `row` may be count().
   double offset(std::size_t row) const;
   double total() const { return offset(count_); }
+  struct Span {
+    double top;
+    double height;
+  };
+  /// Where a row stands, found once for both.
+  Span span(std::size_t row) const;
   /// The row that covers the offset: the first for a negative one, count() for one at or beyond the end. Rows of no
   /// height cover nothing.
   std::size_t rowAt(double offset) const;
@@ -42,8 +48,17 @@ class RowHeights {
     std::size_t block;
     std::size_t row;  ///< in the block
   };
+  /// The block that was asked for last and where it stands: who asks for one row asks for its neighbours.
+  struct Near {
+    std::size_t block = 0;
+    std::size_t first = 0;
+    std::size_t count = 0;  ///< none while nothing is known
+    double top = 0;
+  };
   static std::shared_ptr<Block> makeBlock(std::vector<double> heights);
   Place placeOf(std::size_t row) const;
+  /// As placeOf for a row that is there, whose block `near_` tells of then.
+  std::size_t findNear(std::size_t row) const;
   /// A block that no copy shares.
   Block& own(std::size_t block);
   void sumBlocks();
@@ -52,6 +67,7 @@ class RowHeights {
   std::size_t count_ = 0;
   PartialSums<std::size_t> rows_;  // of whole blocks
   PartialSums<double> heights_;
+  mutable Near near_;
 };
 
 }  // namespace platform

@@ -191,7 +191,8 @@ bool TableContent::tileRows() {
   }
 
   std::set<std::int64_t> checked;
-  std::set<IndexPath> wanted;
+  std::vector<IndexPath> wanted;  // from top to bottom
+  wanted.reserve(visible.size() + 1);
   std::optional<IndexPath> path = geometry.firstRowBelow(top);
   while (path && geometry.row(*path).top < bottom) {
     if (!visible.contains(*path)) {
@@ -207,7 +208,7 @@ bool TableContent::tileRows() {
     }
     measureRow(*path);
     if (reloads != before) return false;
-    wanted.insert(*path);
+    wanted.push_back(*path);
     path = geometry.rowAfter(*path);
   }
 
@@ -222,7 +223,7 @@ bool TableContent::tileRows() {
 
   std::vector<std::pair<IndexPath, Ref<UITableViewCell>>> leaving;
   for (const auto& [shown, cell] : visible) {
-    if (wanted.contains(shown)) {
+    if (std::binary_search(wanted.begin(), wanted.end(), shown)) {
       place(shown, *cell);
     } else if (!transition_ && !holdsFirstResponder(*cell)) {
       leaving.emplace_back(shown, cell);

@@ -59,7 +59,8 @@ TableGeometry::Span TableGeometry::row(IndexPath path) const {
   const TableSection& section = at(path.section());
   const auto row = static_cast<std::size_t>(path.row());
   const double top = leading + heights_.offset(static_cast<std::size_t>(path.section()));
-  return {top + section.headerHeight + section.rows.offset(row), section.rows.height(row)};
+  const RowHeights::Span span = section.rows.span(row);
+  return {top + section.headerHeight + span.top, span.height};
 }
 
 double TableGeometry::contentHeight() const { return leading + heights_.total() + trailing; }

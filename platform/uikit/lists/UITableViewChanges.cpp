@@ -162,9 +162,13 @@ std::vector<TableSection> TableContent::changedSections(const TableChanges& chan
       now.push_back(before);
       continue;
     }
-    TableSection after = before;
+    TableSection after;
+    after.headerHeight = before.headerHeight;
+    after.footerHeight = before.footerHeight;
+    after.rows = before.rows;
     for (auto row = gone.rbegin(); row != gone.rend(); ++row) after.rows.erase(static_cast<std::size_t>(*row));
-    after.measured = withoutRows(before.measured, gone);
+    std::vector<char> left;
+    if (!gone.empty()) left = withoutRows(before.measured, gone);
     std::vector<char> measured;
     measured.reserve(come.size());
     for (const std::int64_t row : come) {
@@ -172,7 +176,11 @@ std::vector<TableSection> TableContent::changedSections(const TableChanges& chan
       after.rows.insert(static_cast<std::size_t>(row), height.height);
       measured.push_back(height.measured);
     }
-    after.measured = withRows(after.measured, come, measured);
+    if (come.empty()) {
+      after.measured = std::move(left);
+    } else {
+      after.measured = withRows(gone.empty() ? before.measured : left, come, measured);
+    }
     now.push_back(std::move(after));
   }
   // Rows that are reloaded, and rows that moved, are measured again; visible rows are too, because an update without
@@ -220,9 +228,10 @@ void TableContent::applyPending(std::function<void(bool)> completion) {
   }
   const bool animates = animation != UITableViewRowAnimation::none && table.window() &&
                         UIView::areAnimationsEnabled() && table.bounds().size.height > 0;
-  const TableGeometry before = animates ? geometry : TableGeometry();
+  std::vector<TableSection> sections = changedSections(changes, now);
+  const TableGeometry before = std::move(geometry);
+  geometry.setSections(std::move(sections));  // what lies around them stays
   Transition transition{&changes, &before, animation, {}};
-  geometry.setSections(changedSections(changes, now));
   transition_ = &transition;
   const auto leaving = carryOver(changes);
   if (!animates) transition_ = nullptr;
