@@ -22,7 +22,6 @@ struct ScrollState {
   UIScrollViewContentInsetAdjustmentBehavior adjustment = UIScrollViewContentInsetAdjustmentBehavior::automatic;
   UIEdgeInsets lastAdjustedInset;
   CGSize lastSize;
-  bool settingFrame = false;
 
   bool scrollEnabled = true;
   bool paging = false;
@@ -72,7 +71,9 @@ struct ScrollState {
   void dragEnded(bool cancelled);
   /// False for a view that stands for another's content: its offset is not kept here, and layout leaves it alone.
   bool ownsOffset();
-  bool answeredItself = false;  ///< the scroll view's own contentOffset was asked, not one that overrides it
+  /// Whose own contentOffset is waited for, not one that overrides it. Not kept by each view: reading a screen asks for
+  /// every offset, and has no need of its state besides.
+  inline static const UIScrollView* questioned = nullptr;
   void settleIntoRange();
   /// Plans where content that is let go with a speed (points a second) comes to rest; false when it rests already.
   bool planRest(CGPoint speed);

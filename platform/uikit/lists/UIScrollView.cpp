@@ -28,7 +28,7 @@ void UIScrollView::initWithFrame(CGRect frame) {
 // ---- Offset
 
 CGPoint UIScrollView::contentOffset() const {
-  if (scroll_) scroll_->answeredItself = true;
+  if (ScrollState::questioned == this) ScrollState::questioned = nullptr;
   return bounds().origin;
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
@@ -46,9 +47,9 @@ bool ScrollState::isOutside() const {
 }
 
 bool ScrollState::ownsOffset() {
-  answeredItself = false;
+  const UIScrollView* const before = std::exchange(questioned, &view);
   view.contentOffset();
-  return answeredItself;
+  return std::exchange(questioned, before) != &view;
 }
 
 void ScrollState::settleIntoRange() {
