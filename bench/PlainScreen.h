@@ -60,9 +60,9 @@ struct PlainView {
       open.pop_back();
       const CGPoint at = around + view->origin;
       if (view->isNamed) {
-        read.emplace_back(view->name, "", LumicorUtils::truncated(at.x), LumicorUtils::truncated(at.y),
-                          LumicorUtils::truncated(view->size.width), LumicorUtils::truncated(view->size.height), "",
-                          false, "", "", view->kind.value, "Default", view->kind.type, view->kind.inputType);
+        read.emplace_back(std::string(view->name), LumicorUtils::truncated(at.x), LumicorUtils::truncated(at.y),
+                          LumicorUtils::truncated(view->size.width), LumicorUtils::truncated(view->size.height),
+                          std::string(view->kind.value), view->kind.type, view->kind.inputType);
       }
       for (auto child = view->children.rbegin(); child != view->children.rend(); ++child) {
         open.push_back({child->get(), at});

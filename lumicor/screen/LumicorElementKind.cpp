@@ -55,9 +55,8 @@ std::string offsetText(const UIScrollView& view) {
 }
 
 bool switchesHaveTitles() {
-  return LumicorUtils::decimalInteger(
-             UIDevice::current().systemVersion().substr(0, UIDevice::current().systemVersion().find('.')))
-             .value_or(0) >= 14;
+  const std::string_view version = UIDevice::current().systemVersion();
+  return LumicorUtils::decimalInteger(version.substr(0, version.find('.'))).value_or(0) >= 14;
 }
 
 // ---- One function for each kind of view
@@ -90,7 +89,10 @@ Kind ofButton(UIButton& button) {
 
 Kind ofSwitch(UISwitch& view) {
   std::string value = view.isOn() ? "true" : "false";
-  if (switchesHaveTitles()) value += " " + view.title().value_or("");
+  if (switchesHaveTitles()) {
+    value += ' ';
+    if (const auto title = view.title()) value += *title;
+  }
   return {Type::TYPE_INPUT, Input::TYPE_TOGGLE, std::move(value)};
 }
 
@@ -217,7 +219,7 @@ const Row& rowFor(const UIView& view) {
     const Row* row = nullptr;
   };
   static std::array<Entry, 64> cache;
-  const Class* const cls = &view.isa();
+  const Class* const cls = &view.knownClass();
   Entry& entry = cache[(reinterpret_cast<std::uintptr_t>(cls) >> 6) % cache.size()];
   if (entry.cls != cls) entry = {cls, &findRow(*cls)};
   return *entry.row;

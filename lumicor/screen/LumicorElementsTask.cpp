@@ -23,8 +23,22 @@ constexpr std::string_view collectionMark = "LumicorCollectionView";
 constexpr int mostTreeChanges = 1000;
 
 /// Shared by all readings of the process, emptied by getAllElements.
-LumicorScrollDetails& scrollRegistry() {
-  static LumicorScrollDetails registry;
+struct ScrollRegistry {
+  LumicorScrollDetails details;
+  LumicorScrollDetails::iterator next = details.end();  ///< behind the last one: names often come in order
+
+  void clear() {
+    details.clear();
+    next = details.end();
+  }
+  std::int64_t count() const { return std::ssize(details); }
+  void set(const std::string& name, const LumicorScrollView& record) {
+    next = std::next(details.insert_or_assign(next, name, record));
+  }
+};
+
+ScrollRegistry& scrollRegistry() {
+  static ScrollRegistry registry;
   return registry;
 }
 
@@ -35,12 +49,11 @@ Ref<UIWindow> firstKeyWindow() {
   return nullptr;
 }
 
-/// An element as it is read from the screen: what only a recorded action knows stays empty.
 void appendElement(std::vector<LumicroElement>& elements, std::string&& identifier, CGPoint origin, CGSize size,
                    LumicorElementKind&& kind) {
-  elements.emplace_back(std::move(identifier), "", LumicorUtils::truncated(origin.x), LumicorUtils::truncated(origin.y),
-                        LumicorUtils::truncated(size.width), LumicorUtils::truncated(size.height), "", false, "", "",
-                        std::move(kind.value), "Default", kind.type, kind.inputType);
+  elements.emplace_back(std::move(identifier), LumicorUtils::truncated(origin.x), LumicorUtils::truncated(origin.y),
+                        LumicorUtils::truncated(size.width), LumicorUtils::truncated(size.height),
+                        std::move(kind.value), kind.type, kind.inputType);
 }
 
 /// Which screen views belong to, for as long as no tree changes: what lies inside a view whose screen is known is
@@ -100,7 +113,7 @@ std::optional<LumicorScrollView> scrollRecord(UIView& view, OwningScreens& scree
   if (x < 0 || y < 0) return std::nullopt;
   const std::string* const screen = screens.nameFor(view);
   if (!screen || *screen != Lumicor::shared().getCurrentView()) return std::nullopt;
-  return LumicorScrollView{std::ssize(scrollRegistry()), x, y};
+  return LumicorScrollView{scrollRegistry().count(), x, y};
 }
 
 /// One reading of a tree. Scroll positions go to the registry.
@@ -117,6 +130,7 @@ class Reading {
     window_ = firstKeyWindow();
     if (!window_) return {};
     elements_.reserve(expectedElements);  // elements are large: most are made where they stay
+    read_.reserve(expectedElements);
     for (int treeChanges = 0; !readOnce(); ++treeChanges) {
       if (treeChanges < mostTreeChanges) continue;
       readWhatIsInHand();
@@ -160,10 +174,10 @@ class Reading {
     const CGPoint origin = view.convertRect(bounds, window_.get()).origin;
     const auto record = scrollRecord(view, screens_);
     appendElement(elements_, std::move(identifier), origin, bounds.size, elementKindOf(view));
-    LumicorScrollDetails& registry = scrollRegistry();
-    if (record) registry.insert_or_assign(elements_.back().elementId(), *record);
+    ScrollRegistry& registry = scrollRegistry();
+    if (record) registry.set(elements_.back().elementId(), *record);
     // Once more for every named view, so that its index tells how many there were before the last one.
-    if (isCollection_) registry.insert_or_assign(actionName_, LumicorScrollView{std::ssize(registry), 0, 0});
+    if (isCollection_) registry.set(actionName_, {registry.count(), 0, 0});
   }
 
   static inline std::size_t expectedElements = 0;  ///< as many as the last time
@@ -183,7 +197,7 @@ class Reading {
 LumicorScreenElements LumicorElementsTask::traverseStoryboardView(const Ref<UIView>& view,
                                                                   std::string_view actionName) {
   std::vector<LumicroElement> elements = Reading(*view, actionName).elements();
-  return {std::move(elements), scrollRegistry()};
+  return {std::move(elements), scrollRegistry().details};
 }
 
 LumicorScreenElements LumicorElementsTask::getAllElements(const Ref<UIView>& view, std::string_view actionName) {

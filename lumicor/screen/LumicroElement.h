@@ -34,6 +34,20 @@ class LumicroElement {
         type_(type),
         inputType_(inputType) {}
 
+  /// As it is read from the screen: what only a recorded action knows stays empty.
+  LumicroElement(std::string&& elementId, std::int64_t x, std::int64_t y, std::int64_t width, std::int64_t height,
+                 std::string&& value, LumicorType type, LumicorInputType inputType)
+      : elementId_(std::move(elementId)),
+        x_(x),
+        y_(y),
+        width_(width),
+        height_(height),
+        isNavigational_(false),
+        value_(std::move(value)),
+        elementDescription_("Default"),
+        type_(type),
+        inputType_(inputType) {}
+
   const std::string& elementId() const { return elementId_; }
   const std::string& fragmentId() const { return fragmentId_; }
   /// Points, in the key window's coordinates.

@@ -17,27 +17,26 @@ void fetch(const void* object) {
 }  // namespace
 
 /// Has the memory sent for that will be needed soon: of the view that is visited now its first subview with a name; of
-/// those that wait, the third's layer and list of subviews, the second's first subview with a name, and the next one's
-/// first such subview's layer and name.
+/// those that wait, the third's layer and first subview with a name, and the next one's first such subview's layer and
+/// name. Where nobody waits, views may be nested: then it is what the next one holds, and the one after.
 void NamedViewWalk::lookAhead(const UIView& visited) const {
-  const auto firstNamed = [](const UIView& view) -> const UIView* {
-    const bool isCertain = view.namesBelow_ != 0 && view.namesBelow_ < UIView::namesUncertain;
-    if (!isCertain || view.subviews_.size() > UIView::nameGroups) return nullptr;
-    return view.subviews_[static_cast<std::size_t>(std::countr_zero(view.namesBelow_))].get();
-  };
-  if (const UIView* const named = firstNamed(visited)) fetch(named);
+  const UIView* const below = visited.firstNamed();
   const std::size_t left = pending_.size();
-  if (left == 0) return;
+  if (left == 0) {
+    if (!below) return;
+    fetch(below->layer_);
+    __builtin_prefetch(below->accessibilityIdentifier_.get());
+    if (const UIView* const afterwards = below->firstNamed()) fetch(afterwards);
+    return;
+  }
+  if (below) fetch(below);
   if (left >= 3) {
     const UIView& third = *pending_[left - 3];
-    fetch(third.layer_.get());
-    if (third.namesBelow_ != 0) __builtin_prefetch(third.subviews_.data());
+    fetch(third.layer_);
+    if (const UIView* const named = third.firstNamed()) fetch(named);
   }
-  if (left >= 2) {
-    if (const UIView* const named = firstNamed(*pending_[left - 2])) fetch(named);
-  }
-  if (const UIView* const named = firstNamed(*pending_[left - 1])) {
-    fetch(named->layer_.get());
+  if (const UIView* const named = pending_.back()->firstNamed()) {
+    fetch(named->layer_);
     __builtin_prefetch(named->accessibilityIdentifier_.get());
   }
 }
@@ -74,6 +73,10 @@ void NamedViewWalk::open(UIView& view) {
     return;
   }
   if (view.namesBelow_ & UIView::namesUncertain) view.findNamesBelow();
+  if (std::has_single_bit(view.namesBelow_) && view.subviews_.size() <= UIView::nameGroups) {  // as in most of them
+    pending_.push_back(view.firstNamed_);
+    return;
+  }
   const std::vector<Ref<UIView>>& subviews = view.subviews_;
   const std::size_t groupSize = (subviews.size() + UIView::nameGroups - 1) / UIView::nameGroups;
   for (std::uint64_t groups = view.namesBelow_; groups != 0;) {

@@ -31,8 +31,8 @@ namespace {
 std::uint64_t viewsMade = 0;
 }
 
-UIView::UIView() : storage_(std::make_unique<Storage>()), serialNumber_(++viewsMade) {
-  layer_ = CALayer::layer();
+UIView::UIView() : serialNumber_(++viewsMade), storage_(std::make_unique<Storage>()) {
+  layer_ = storage_->layer.get();
   storage_->drawing = std::make_unique<UIViewDrawing>(*this);
   layer_->setDelegate(storage_->drawing.get());
 }
@@ -64,7 +64,7 @@ void UIView::setHidden(bool hidden) {
 }
 bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
 void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
-const Ref<CALayer>& UIView::layer() const { return layer_; }
+const Ref<CALayer>& UIView::layer() const { return storage_->layer; }
 
 void UIView::draw(CGRect, CGContext&) {}
 void UIView::setNeedsDisplay() { layer_->setNeedsDisplay(); }

@@ -105,7 +105,7 @@ class UIView : public Object<UIView, TouchSurface> {
   /// Grows whenever a view comes into a superview, changes its place there or leaves it, and whenever a controller
   /// comes to a view or leaves it, anywhere: plain pointers into a tree whose root is held are good as long as it stays
   /// the same.
-  static std::uint64_t hierarchyChanges();
+  static std::uint64_t hierarchyChanges() { return hierarchyChanges_; }
   /// False when the class overrides its name, its subviews or its next responder: then every answer may differ from
   /// the one before.
   bool answersAsItIs() const { return (namesBelow_ & answersForItself) == 0; }
@@ -275,7 +275,8 @@ class UIView : public Object<UIView, TouchSurface> {
   Placement placement() const;
   static CGAffineTransform between(const Placement& from, const Placement& to);
   bool takeSafeArea();
-  static void hierarchyChanged();
+  static void hierarchyChanged() { ++hierarchyChanges_; }
+  inline static std::uint64_t hierarchyChanges_ = 0;
 
   // Which subviews may hold a name, themselves or below: the subviews fall into `nameGroups` groups of one size, one
   // bit each. A set bit may be wrong, a clear one never.
@@ -283,23 +284,26 @@ class UIView : public Object<UIView, TouchSurface> {
   static constexpr std::uint64_t namesUncertain = std::uint64_t{1} << 62;    ///< the bits are to be worked out anew
   static constexpr std::uint64_t answersForItself = std::uint64_t{1} << 63;  ///< see answersAsItIs; nothing is known
   bool mayHoldName() const { return accessibilityIdentifier_ || namesBelow_ != 0; }
+  /// The first subview that may hold a name; none also while nothing is certain.
+  const UIView* firstNamed() const { return namesBelow_ != 0 && namesBelow_ < namesUncertain ? firstNamed_ : nullptr; }
   void noteNameHere();
   void noteSubviewsChanged();
   void findNamesBelow();
 
-  // What a walk through a screen asks of every view, together in the object's first cache line: a screen may have
+  // What a walk through a screen asks of every view, together in the object's first two cache lines: a screen may have
   // thousands.
   std::unique_ptr<std::string> accessibilityIdentifier_;  // none for most views
   std::uint64_t namesBelow_ = answersForItself;
+  UIView* firstNamed_ = nullptr;  // of those with a bit set in namesBelow_, as long as that is certain
   // The parent owns its children, and clears their way up when it lets a child go or dies itself.
   std::vector<Ref<UIView>> subviews_;
   UIView* superview_ = nullptr;
-  Ref<CALayer> layer_;  // geometry and look: bounds, position, transform, opacity, hidden, background, clipping
+  CALayer* layer_;  // geometry and look: bounds, position, transform, opacity, hidden, background; the storage holds it
+  const std::uint64_t serialNumber_;
 
   struct Storage;
   std::unique_ptr<Storage>
       storage_;  // all else; platform/uikit/views/UIViewStorage.h, shared by the sources of this class
-  const std::uint64_t serialNumber_;
 };
 
 }  // namespace platform

@@ -16,7 +16,10 @@ namespace {
 /// number must not find 12.999999999 where 13 was meant.
 double withoutDust(double value) {
   constexpr double grain = 1024;
-  const double coarse = std::round(value * grain) / grain;
+  if (!(std::abs(value) < 1e12)) return value;  // it has no places so small
+  // Half grains may go either way: they are far from any.
+  const double coarse =
+      static_cast<double>(static_cast<std::int64_t>(value * grain + (value < 0 ? -0.5 : 0.5))) / grain;
   return std::abs(value - coarse) < 1e-9 ? coarse : value;
 }
 
@@ -104,11 +107,9 @@ struct UIView::Placement {
   const UIView* root;
 
   /// Whoever hands a placement out cleans it; sums on the way down are kept as they are.
-  Placement clean() const {
-    Placement result = *this;
-    result.toRoot.tx = withoutDust(toRoot.tx);
-    result.toRoot.ty = withoutDust(toRoot.ty);
-    return result;
+  void clean() {
+    toRoot.tx = withoutDust(toRoot.tx);
+    toRoot.ty = withoutDust(toRoot.ty);
   }
   /// From the coordinates of a superview to those of the view.
   void descendTo(const CALayer& layer) {
@@ -157,7 +158,8 @@ UIView::Placement UIView::placement() const {
     place(*view) = {*view, changes, at};
   }
   at.descendTo(*layer_);
-  return at.clean();
+  at.clean();
+  return at;
 }
 
 /// From one view's coordinates to another's.
@@ -169,6 +171,22 @@ CGAffineTransform UIView::between(const Placement& from, const Placement& to) {
   }
   return to.toRoot.isIdentity() ? whole : whole.then(to.toRoot.inverted());
 }
+
+namespace {
+
+/// As the transform does it, and quicker for the many that only move.
+CGRect applied(const CGAffineTransform& transform, const CGRect& rect) {
+  const bool moves = transform.a == 1 && transform.b == 0 && transform.c == 0 && transform.d == 1;
+  const double right = rect.origin.x + rect.size.width;
+  const double bottom = rect.origin.y + rect.size.height;
+  if (!moves || !(rect.size.width >= 0 && rect.size.height >= 0 && std::isfinite(right) && std::isfinite(bottom))) {
+    return transform.apply(rect);
+  }
+  const CGPoint origin{rect.origin.x + transform.tx, rect.origin.y + transform.ty};
+  return {origin, {right + transform.tx - origin.x, bottom + transform.ty - origin.y}};
+}
+
+}  // namespace
 
 CGPoint UIView::convertPoint(CGPoint point, const UIView* to) const {
   if (to == this) return point;
@@ -188,7 +206,7 @@ CGPoint UIView::convertPointFrom(CGPoint point, const UIView* from) const {
 CGRect UIView::convertRect(CGRect rect, const UIView* to) const {
   if (to == this) return rect;
   const Placement from = placement();
-  const CGRect result = (to && to != from.root ? between(from, to->placement()) : from.toRoot).apply(rect);
+  const CGRect result = applied(to && to != from.root ? between(from, to->placement()) : from.toRoot, rect);
   return {withoutDust(result.origin), result.size};
 }
 

@@ -38,6 +38,7 @@ struct UIViewLayoutStorage {
 };
 
 struct UIView::Storage {
+  const Ref<CALayer> layer = CALayer::layer();
   WindowHost* window = nullptr;
   Weak<RootViewHost> host;  ///< whose root view this is; set by the controller
   std::unique_ptr<CALayerDelegate> drawing;

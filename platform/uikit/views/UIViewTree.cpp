@@ -141,13 +141,6 @@ void UIView::removeFromSuperview() {
   inheritTintColor();
 }
 
-namespace {
-std::uint64_t changesOfTheTree = 0;
-}
-
-std::uint64_t UIView::hierarchyChanges() { return changesOfTheTree; }
-void UIView::hierarchyChanged() { ++changesOfTheTree; }
-
 // ---- Names below
 
 /// To be called when this view may hold a name that it did not hold there before.
@@ -167,8 +160,11 @@ void UIView::noteSubviewsChanged() {
 void UIView::findNamesBelow() {
   const std::size_t groupSize = (subviews_.size() + nameGroups - 1) / nameGroups;
   namesBelow_ = 0;
+  firstNamed_ = nullptr;
   for (std::size_t i = 0; i < subviews_.size(); ++i) {
-    if (subviews_[i]->mayHoldName()) namesBelow_ |= std::uint64_t{1} << (i / groupSize);
+    if (!subviews_[i]->mayHoldName()) continue;
+    namesBelow_ |= std::uint64_t{1} << (i / groupSize);
+    if (!firstNamed_) firstNamed_ = subviews_[i].get();
   }
   if (!mayHoldName() && superview_) superview_->noteSubviewsChanged();
 }
@@ -201,11 +197,11 @@ void UIView::moveInto(UIView& superview, std::size_t index) {
   superview.noteSubviewsChanged();
   if (mayHoldName()) noteNameHere();
 
-  const Ref<CALayer>& layer = layer_;
+  const Ref<CALayer>& layer = storage_->layer;
   if (index + 1 < all.size()) {
-    superview.layer_->insertSublayerBelow(layer, all[index + 1]->layer_.get());
+    superview.layer_->insertSublayerBelow(layer, all[index + 1]->layer_);
   } else if (index > 0) {
-    superview.layer_->insertSublayerAbove(layer, all[index - 1]->layer_.get());
+    superview.layer_->insertSublayerAbove(layer, all[index - 1]->layer_);
   } else {
     superview.layer_->addSublayer(layer);
   }
