@@ -1,5 +1,6 @@
-// One frame of the chat screen with 14 bubbles, at scale 2, against filling as many pixels once with memset; and the
-// chat opened after 14 messages and after 100,000: the short one is the reference of the long one.
+// One frame of the chat screen with 14 bubbles, at scale 2, against filling as many pixels once with memset; the same
+// where the screen keeps its picture, against clearing it first each time, and a part of it; and the chat opened after
+// 14 messages and after 100,000: the short one is the reference of the long one.
 
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -9,10 +10,13 @@
 
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/ui/TLChatViewController.h"
+#include "platform/animation/CALayer.h"
+#include "platform/animation/LayerDisplay.h"
 #include "platform/animation/LayerRenderer.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/application/UIWindow.h"
 
 namespace {
@@ -64,6 +68,32 @@ void drawWholeChatFrame(benchmark::State& state) {
   for (auto _ : state) chat.draw();
 }
 BENCHMARK(drawWholeChatFrame)->Unit(benchmark::kMillisecond);
+
+/// The picture that the device's screen keeps, drawn again: as a whole, and where one bubble is.
+void redraw(benchmark::State& state, bool isWhole, bool clearsFirst) {
+  const VirtualTime time;
+  setHistory(14);
+  const Chat chat;
+  const Ref<CALayer> mark = CALayer::layer();
+  mark->setFrame({200, 400, 150, 60});
+  chat.window->layer()->addSublayer(mark);
+  LayerDisplay display(UIApplication::shared().screenLayer(), screen, scale);
+  Bitmap cleared(780, 1688);
+  double drawn = 0;
+  for (auto _ : state) {
+    isWhole ? display.invalidate() : mark->setOpacity(mark->opacity() == 1 ? 0.5 : 1);
+    if (clearsFirst) cleared.clear();
+    const CGRect pixels = display.update();
+    drawn += pixels.width() * pixels.height();
+  }
+  state.counters["part_drawn"] = drawn / (780 * 1688) / static_cast<double>(state.iterations());
+}
+void redrawWholeChat(benchmark::State& state) { redraw(state, true, false); }
+void clearAndRedrawWholeChat(benchmark::State& state) { redraw(state, true, true); }
+void redrawOneBubble(benchmark::State& state) { redraw(state, false, false); }
+BENCHMARK(redrawWholeChat)->Unit(benchmark::kMillisecond);
+BENCHMARK(clearAndRedrawWholeChat)->Unit(benchmark::kMillisecond);
+BENCHMARK(redrawOneBubble)->Unit(benchmark::kMillisecond);
 
 /// From the screen's making to its first picture.
 void firstPictureOfChat(benchmark::State& state) {
