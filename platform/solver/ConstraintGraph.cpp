@@ -2,15 +2,28 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
+/// A constraint that is missed by no more counts as met; large numbers are rounded by such a part of them besides.
+constexpr double tolerance = 1e-6;
+constexpr double dust = 1e-12;
+/// Largest coefficients between the inverse of this and this are as good as any; and so far may others lie below them.
+constexpr double usualRange = 128;
 /// What is left of terms that cancel out.
 constexpr double tinyCoefficient = 1e-9;
+/// A coefficient that is smaller beside the largest of its constraint says nothing.
+constexpr double smallestPart = 1e-15;
 /// Circles are looked for as far as this; an equation whose surroundings are larger goes to the tableau.
 constexpr std::size_t circleLimit = 4096;
+
+/// The number within the limits; 0 when it is none.
+double within(double limit, double number) {
+  return std::abs(number) <= limit ? number : number > 0 ? limit : number < 0 ? -limit : 0;
+}
 
 }  // namespace
 
@@ -43,24 +56,13 @@ LayoutConstraintId ConstraintGraph::addConstraint(const LinearConstraint& given,
     constraints_[id] = Constraint{};
     constraints_[id].stamp = stamp;
   }
-  // An unknown that occurs twice is one term.
-  expanded_.clear();
-  for (const LinearTerm& term : given.expression.terms) {
-    const auto known = std::find_if(expanded_.begin(), expanded_.end(),
-                                    [&](const OpenTerm& each) { return each.variable == term.variable.index; });
-    if (known == expanded_.end()) {
-      expanded_.push_back({term.variable.index, term.coefficient});
-    } else {
-      known->coefficient += term.coefficient;
-    }
-  }
-  std::erase_if(expanded_, [](const OpenTerm& each) { return std::abs(each.coefficient) <= tinyCoefficient; });
   Constraint& made = constraints_[id];
-  made.constant = given.expression.constant;
   made.relation = given.relation;
   made.priority = given.priority;
   made.rank = rank;
+  made.sequence = ++sequence_;
   made.role = Role::pending;
+  takeTerms(made, given.expression);
   made.termCount = static_cast<std::uint32_t>(expanded_.size());
   made.firstTerm = newBlock(made.termCount);
   for (std::uint32_t i = 0; i < made.termCount; ++i) {
@@ -68,6 +70,54 @@ LayoutConstraintId ConstraintGraph::addConstraint(const LinearConstraint& given,
     link(made.firstTerm + i);
   }
   return id;
+}
+
+void ConstraintGraph::takeTerms(Constraint& made, const LinearExpression& given) {
+  // An unknown that occurs twice is one term.
+  expanded_.clear();
+  double largest = 0;
+  for (const LinearTerm& term : given.terms) {
+    const auto known = std::find_if(expanded_.begin(), expanded_.end(),
+                                    [&](const OpenTerm& each) { return each.variable == term.variable.index; });
+    if (known == expanded_.end()) {
+      expanded_.push_back({term.variable.index, term.coefficient});
+    } else {
+      known->coefficient += term.coefficient;
+    }
+    // Written so that what is not a number becomes the largest.
+    if (!(std::abs(term.coefficient) <= largest)) largest = std::abs(term.coefficient);
+  }
+  double sum = 0;
+  for (const OpenTerm& each : expanded_) sum += each.coefficient;
+  if (!std::isfinite(sum) || !std::isfinite(largest)) {
+    expanded_.clear();
+    made.relation = NSLayoutRelation::equal;
+    made.constant = 0;
+    return;
+  }
+  std::erase_if(expanded_, [=](const OpenTerm& each) { return std::abs(each.coefficient) <= smallestPart * largest; });
+  if (expanded_.empty()) largest = 1;
+  if (largest > usualRange || largest < 1 / usualRange) {
+    made.scale = std::ldexp(1.0, std::clamp(-std::ilogb(largest), -1000, 1000));
+    for (OpenTerm& each : expanded_) each.coefficient *= made.scale;
+    largest *= made.scale;
+  }
+  made.isWild = made.scale != 1;
+  for (const OpenTerm& each : expanded_) made.isWild |= std::abs(each.coefficient) * usualRange < largest;
+  made.farthest = farthest * largest;
+  made.constant = within(made.farthest, given.constant * made.scale);
+}
+
+bool ConstraintGraph::setConstant(LayoutConstraintId id, double constant) {
+  Constraint& constraint = constraints_[id];
+  const double scaled = within(constraint.farthest, constant * constraint.scale);
+  return std::exchange(constraint.constant, scaled) != scaled;
+}
+
+bool ConstraintGraph::isBefore(LayoutConstraintId a, LayoutConstraintId b) const {
+  const Constraint& first = constraints_[a];
+  const Constraint& second = constraints_[b];
+  return first.rank != second.rank ? first.rank < second.rank : first.sequence < second.sequence;
 }
 
 void ConstraintGraph::removeConstraint(LayoutConstraintId id) {
@@ -206,7 +256,7 @@ void ConstraintGraph::refreshBase(std::uint32_t index) {
     sum += term->coefficient * other.base;
     isFixed = isFixed && other.isFixed;
   }
-  variable.base = -sum / definition.coefficient;
+  variable.base = within(beyond, -sum / definition.coefficient);
   variable.isFixed = isFixed;
   if (isFixed) variable.value = variable.base;
 }
@@ -219,7 +269,7 @@ void ConstraintGraph::refreshValue(std::uint32_t index) {
   for (const Term* term = begin(definition); term != end(definition); ++term) {
     if (term->variable != index) sum += term->coefficient * variables_[term->variable].value;
   }
-  variable.value = -sum / definition.coefficient;
+  variable.value = within(beyond, -sum / definition.coefficient);
 }
 
 double ConstraintGraph::offsetOf(const Constraint& constraint) const {
@@ -228,6 +278,52 @@ double ConstraintGraph::offsetOf(const Constraint& constraint) const {
     sum += term->coefficient * variables_[term->variable].base;
   }
   return sum;
+}
+
+bool ConstraintGraph::isMissed(const Constraint& constraint) const {
+  double sum = constraint.constant;
+  double scale = std::abs(sum);
+  for (const Term* term = begin(constraint); term != end(constraint); ++term) {
+    const double part = term->coefficient * variables_[term->variable].value;
+    sum += part;
+    scale += std::abs(part);
+  }
+  const double off = constraint.relation == NSLayoutRelation::equal             ? std::abs(sum)
+                     : constraint.relation == NSLayoutRelation::lessThanOrEqual ? sum
+                                                                                : -sum;
+  return !(off <= tolerance * std::min(1.0, constraint.scale) + dust * scale);
+}
+
+void ConstraintGraph::collectMissed(std::vector<LayoutConstraintId>& missed) const {
+  for (LayoutConstraintId id = 0; id < constraints_.size(); ++id) {
+    const Constraint& constraint = constraints_[id];
+    if (constraint.role != Role::free && constraint.isRequired() && isMissed(constraint)) missed.push_back(id);
+  }
+}
+
+void ConstraintGraph::collectComponent(const std::vector<LayoutConstraintId>& from,
+                                       std::vector<LayoutConstraintId>& constraints,
+                                       std::vector<std::uint32_t>& variables) {
+  ++stamp_;
+  constraints.clear();
+  variables.clear();
+  const auto visit = [&](LayoutConstraintId id) {
+    if (constraints_[id].stamp == stamp_) return;
+    constraints_[id].stamp = stamp_;
+    constraints.push_back(id);
+  };
+  for (const LayoutConstraintId id : from) visit(id);
+  for (std::size_t next = 0; next < constraints.size(); ++next) {
+    const Constraint& constraint = constraints_[constraints[next]];
+    for (const Term* term = begin(constraint); term != end(constraint); ++term) {
+      Variable& variable = variables_[term->variable];
+      if (std::exchange(variable.stamp, stamp_) == stamp_) continue;
+      variables.push_back(term->variable);
+      for (std::uint32_t use = variable.firstUse; use != none; use = terms_[use].next) visit(terms_[use].constraint);
+    }
+  }
+  std::sort(constraints.begin(), constraints.end(),
+            [this](LayoutConstraintId a, LayoutConstraintId b) { return isBefore(a, b); });
 }
 
 // ---- Replacing what is defined

@@ -21,11 +21,18 @@ struct ConstraintMultiple {
 /// unknown that is defined is replaced by what its equation says, wherever it occurs. Definitions never go in circles.
 /// What is not defined is open.
 ///
+/// Numbers are kept within what can be calculated with. A constraint with a coefficient that is not finite says
+/// nothing. One whose largest coefficient is beyond 128 or below 1/128 is kept multiplied by its `scale`, which makes
+/// that one about 1; coefficients below 1e-15 of it are left out. Constants end at `farthest` times the largest
+/// coefficient, what is not a number is 0, and values that would pass `beyond` end there.
+///
 /// Every unknown has a `base`, its value if all open ones were 0. One that follows from no open unknown is fixed: its
 /// base is its value. Owner: LayoutSolver. Thread: that of its owner.
 class ConstraintGraph {
  public:
   static constexpr std::uint32_t none = 0xffffffff;
+  static constexpr double farthest = 1e9;
+  static constexpr double beyond = 1e30;
 
   enum class Role : std::uint8_t {
     free,        ///< no constraint
@@ -40,8 +47,11 @@ class ConstraintGraph {
     double constant = 0;
     double priority = 0;
     std::uint64_t rank = 0;
-    double offset = 0;       ///< the constant once defined unknowns are replaced by their bases
-    double coefficient = 0;  ///< of the subject
+    std::uint64_t sequence = 0;                   ///< of its coming, for equal ranks
+    double offset = 0;                            ///< the constant once defined unknowns are replaced by their bases
+    double coefficient = 0;                       ///< of the subject
+    double scale = 1;                             ///< what was asked has been multiplied by this
+    double farthest = ConstraintGraph::farthest;  ///< the largest constant
     std::uint32_t firstTerm = none;
     std::uint32_t termCount = 0;
     std::uint32_t subject = none;
@@ -50,8 +60,12 @@ class ConstraintGraph {
     std::uint32_t unknowns = 0;  ///< that are not fixed, of a candidate
     NSLayoutRelation relation = NSLayoutRelation::equal;
     Role role = Role::free;
-    bool yields = false;       ///< it is required, but others cannot hold together with it
-    bool isReported = false;   ///< that it yields
+    bool yields = false;      ///< it is required, but others cannot hold together with it
+    bool isReported = false;  ///< that it yields
+    bool isWild = false;      ///< its numbers lie far apart
+    bool isDecided = false;   ///< whether it yields, for this call of solve()
+    bool isCareful = false;   ///< what is published of it was found with care
+    bool carefullyYields = false;
     std::uint32_t proofs = 0;  ///< why others yield that it is part of
     bool isRequired() const { return priority >= 1000 && !yields; }
   };
@@ -65,12 +79,14 @@ class ConstraintGraph {
   struct Variable {
     double base = 0;
     double value = 0;
+    double carefulValue = 0;
     double sum = 0;  ///< scratch of expand()
     std::uint32_t firstUse = none;
     LayoutConstraintId definition = noLayoutConstraint;
     std::uint32_t stamp = 0;
     std::uint32_t occurrences = 0;  ///< in candidates
     bool isFixed = false;
+    bool isCareful = false;  ///< what is published is its carefulValue
     bool isOpen() const { return definition == noLayoutConstraint; }
   };
   struct OpenTerm {
@@ -82,6 +98,12 @@ class ConstraintGraph {
   void removeVariable(std::uint32_t index);
   LayoutConstraintId addConstraint(const LinearConstraint& constraint, std::uint64_t rank);
   void removeConstraint(LayoutConstraintId id);
+
+  /// Replaces the constant of what was asked; false when that changes nothing.
+  bool setConstant(LayoutConstraintId id, double constant);
+  double constantOf(LayoutConstraintId id) const { return constraints_[id].constant / constraints_[id].scale; }
+  /// By rank, and by coming within a rank.
+  bool isBefore(LayoutConstraintId a, LayoutConstraintId b) const;
 
   Variable& variable(std::uint32_t index) { return variables_[index]; }
   const Variable& variable(std::uint32_t index) const { return variables_[index]; }
@@ -109,12 +131,21 @@ class ConstraintGraph {
   void refreshValue(std::uint32_t variable);
   double offsetOf(const Constraint& constraint) const;
 
+  /// Whether the values miss the constraint, by more than rounding makes of numbers of that size.
+  bool isMissed(const Constraint& constraint) const;
+  /// Appends those that must hold and are missed.
+  void collectMissed(std::vector<LayoutConstraintId>& missed) const;
+  /// What hangs together with the constraints, by rank, and the unknowns that occur there.
+  void collectComponent(const std::vector<LayoutConstraintId>& from, std::vector<LayoutConstraintId>& constraints,
+                        std::vector<std::uint32_t>& variables);
+
   /// The constraint's open unknowns once defined ones are replaced.
   const std::vector<OpenTerm>& expand(const Constraint& constraint);
   /// Adds the definitions that the sum of the constraints relies on.
   void addDefinitions(std::vector<ConstraintMultiple>& sum);
 
  private:
+  void takeTerms(Constraint& made, const LinearExpression& given);
   std::uint32_t newBlock(std::uint32_t count);
   void link(std::uint32_t term);
   void unlink(const Term& term, std::uint32_t index);
@@ -128,6 +159,7 @@ class ConstraintGraph {
   std::vector<Term> terms_;
   std::vector<std::vector<std::uint32_t>> freeBlocks_;  // of terms, by size
   std::uint32_t stamp_ = 0;
+  std::uint64_t sequence_ = 0;
 
   struct Visit {
     std::uint32_t variable;

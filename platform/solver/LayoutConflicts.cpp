@@ -16,29 +16,35 @@ void LayoutSolver::resolve(LayoutConstraintId refused, std::vector<ConstraintMul
     if (std::abs(each.factor) > 1e-7 && graph_.constraint(each.id).isRequired()) proof.push_back(each.id);
   }
   proof.push_back(refused);
-  const auto byRank = [this](LayoutConstraintId a, LayoutConstraintId b) {
-    const std::uint64_t first = graph_.constraint(a).rank;
-    const std::uint64_t second = graph_.constraint(b).rank;
-    return first != second ? first < second : a < b;
-  };
-  std::sort(proof.begin(), proof.end(), byRank);
+  std::sort(proof.begin(), proof.end(),
+            [this](LayoutConstraintId a, LayoutConstraintId b) { return graph_.isBefore(a, b); });
   proof.erase(std::unique(proof.begin(), proof.end()), proof.end());
   LayoutConstraintId victim = proof.back();
-  const bool isUndecided = conflictsLeft_ == 0;  // rounding goes in circles: end it
-  if (graph_.constraint(victim).rank == graph_.constraint(refused).rank || isUndecided) victim = refused;
+  // Rounding goes in circles, or finds a contradiction where there was none: end it.
+  const bool isUndecided = conflictsLeft_ == 0 || graph_.constraint(refused).isDecided;
+  if (isUndecided) {
+    victim = refused;
+    doubtful_.push_back(refused);
+    undecided_.push_back(refused);
+  }
   if (conflictsLeft_ > 0) --conflictsLeft_;
+  if (victim != refused && turnsLeft_ > 0) --turnsLeft_;
 
-  displace(victim);
-  Constraint& yielding = graph_.constraint(victim);
-  yielding.yields = true;
+  std::erase(proof, victim);
+  if (graph_.constraint(victim).role != Role::pending) displace(victim);
   pending_.push_back(victim);
+  yieldFor(victim, std::move(proof));
   if (victim != refused) {
     if (graph_.constraint(refused).role != Role::pending) displace(refused);
     pending_.push_back(refused);
   }
   // What yields to the one that yields now may hold after all.
   if (!isUndecided) touch(victim);
-  std::erase(proof, victim);
+}
+
+void LayoutSolver::yieldFor(LayoutConstraintId victim, std::vector<LayoutConstraintId> proof) {
+  forget(victim);
+  graph_.constraint(victim).yields = true;
   for (const LayoutConstraintId id : proof) ++graph_.constraint(id).proofs;
   proofs_[victim] = std::move(proof);
 }
@@ -66,16 +72,24 @@ void LayoutSolver::touch(LayoutConstraintId id) {
     if (std::find(proof.begin(), proof.end(), id) != proof.end()) again.push_back(yielding);
   }
   for (const LayoutConstraintId yielding : again) tryAgain(yielding);
+  turnsLeft_ -= std::min(turnsLeft_, again.size());
 }
 
 void LayoutSolver::report() {
   for (const LayoutConstraintId id : std::exchange(tried_, {})) {
-    if (!graph_.constraint(id).yields) graph_.constraint(id).isReported = false;
+    if (!yields(id)) graph_.constraint(id).isReported = false;
+  }
+  for (const LayoutConstraintId id : careful_) {
+    if (!yields(id)) graph_.constraint(id).isReported = false;
   }
   for (const auto& [id, proof] : proofs_) {
-    if (std::exchange(graph_.constraint(id).isReported, true)) continue;
-    conflicts_.push_back({id, proof});
+    if (!graph_.constraint(id).isCareful) tell(id, proof);
   }
+  for (const auto& each : carefullyYielding_) tell(each.id, each.others);
+}
+
+void LayoutSolver::tell(LayoutConstraintId yielding, const std::vector<LayoutConstraintId>& others) {
+  if (!std::exchange(graph_.constraint(yielding).isReported, true)) conflicts_.push_back({yielding, others});
 }
 
 }  // namespace platform

@@ -23,6 +23,7 @@ void LayoutSolver::removeVariable(LayoutVariable variable) {
 LayoutConstraintId LayoutSolver::addConstraint(const LinearConstraint& constraint, std::uint64_t rank) {
   const LayoutConstraintId id = graph_.addConstraint(constraint, rank);
   pending_.push_back(id);
+  if (graph_.constraint(id).isWild) wild_.push_back(id);
   isDirty_ = true;
   return id;
 }
@@ -41,14 +42,16 @@ void LayoutSolver::removeConstraint(LayoutConstraintId id) {
     std::erase_if(conflicts_, [id](const Conflict& each) { return each.yielding == id; });
   }
   for (Conflict& each : conflicts_) std::erase(each.others, id);
+  if (graph_.constraint(id).isWild) std::erase(wild_, id);
+  if (graph_.constraint(id).isCareful) std::erase(careful_, id);
+  std::erase(undecided_, id);
   graph_.removeConstraint(id);
 }
 
 void LayoutSolver::setConstant(LayoutConstraintId id, double constant) {
-  Constraint& constraint = graph_.constraint(id);
-  if (constraint.constant == constant) return;
+  if (!graph_.setConstant(id, constant)) return;
+  const Constraint& constraint = graph_.constraint(id);
   isDirty_ = true;
-  constraint.constant = constant;
   touch(id);
   if (constraint.yields) {
     tryAgain(id);
@@ -82,13 +85,20 @@ void LayoutSolver::markLone(std::uint32_t variable) {
 
 void LayoutSolver::solve() {
   if (!isDirty_) return;
-  isDirty_ = false;
   conflictsLeft_ = 2 * graph_.constraintCount() + 100;
+  for (const LayoutConstraintId id : std::exchange(undecided_, {})) {
+    if (graph_.constraint(id).yields) tryAgain(id);
+  }
+  turnsLeft_ = turnsBeforeDecision;
   int rounds = 0;
   while (!takeChanges() && (conflictsLeft_ > 0 || ++rounds < roundsBesidesConflicts)) {
+    if (turnsLeft_ == 0) decide();
   }
+  for (const LayoutConstraintId id : std::exchange(decided_, {})) graph_.constraint(id).isDecided = false;
   publish();
+  takeCare();
   report();
+  isDirty_ = false;
   for (const std::uint32_t variable : std::exchange(leaving_, {})) graph_.removeVariable(variable);
 }
 
@@ -170,7 +180,7 @@ bool LayoutSolver::placePending() {
     const Constraint& first = graph_.constraint(a);
     const Constraint& second = graph_.constraint(b);
     if (first.isRequired() != second.isRequired()) return first.isRequired();
-    return first.isRequired() ? first.rank < second.rank : priorityOf(first) > priorityOf(second);
+    return first.isRequired() ? graph_.isBefore(a, b) : priorityOf(first) > priorityOf(second);
   };
   if (!std::is_sorted(batch.begin(), batch.end(), isBefore)) std::stable_sort(batch.begin(), batch.end(), isBefore);
   for (std::size_t i = 0; i < batch.size(); ++i) {
@@ -262,7 +272,8 @@ bool LayoutSolver::enterTableau(LayoutConstraintId id, const LinearExpression& e
   Constraint& constraint = graph_.constraint(id);
   const double priority = constraint.isRequired() ? 1000 : priorityOf(constraint);
   constraint.role = Role::coupled;
-  SimplexSolver::AddResult added = tableau_.addConstraint({expression, constraint.relation, priority});
+  SimplexSolver::AddResult added =
+      tableau_.addConstraint({expression, constraint.relation, priority}, 1 / constraint.scale);
   if (added) {
     constraint.inTableau = added.id;
     if (ownerOfTableauConstraint_.size() <= added.id) ownerOfTableauConstraint_.resize(added.id + 1);
@@ -357,15 +368,14 @@ bool LayoutSolver::solveLone() {
     bounds.clear();
     for (const LayoutConstraintId id : open.bounds) {
       const Constraint& bound = graph_.constraint(id);
-      bounds.push_back({id, bound.coefficient, bound.offset, priorityOf(bound), bound.relation, bound.isRequired()});
+      bounds.push_back({id, bound.coefficient, bound.offset, std::abs(bound.coefficient) / bound.scale,
+                        priorityOf(bound), bound.relation, bound.isRequired()});
     }
     if (!lone_.solve()) {
       changedLone_.erase(changedLone_.begin(), changedLone_.begin() + static_cast<std::ptrdiff_t>(next) + 1);
       markLone(variable);
       const std::vector<ConstraintMultiple> conflict = lone_.conflict();
-      const LayoutConstraintId later = graph_.constraint(conflict[0].id).rank > graph_.constraint(conflict[1].id).rank
-                                           ? conflict[0].id
-                                           : conflict[1].id;
+      const LayoutConstraintId later = conflict[graph_.isBefore(conflict[0].id, conflict[1].id) ? 1 : 0].id;
       resolve(later, conflict);
       return false;
     }
@@ -397,7 +407,8 @@ bool LayoutSolver::takeRefusals() {
 
 void LayoutSolver::publish() {
   for (const std::uint32_t variable : coupled_) {
-    const double found = tableau_.value(openOf(variable).inTableau);
+    double found = tableau_.value(openOf(variable).inTableau);
+    if (!(std::abs(found) <= ConstraintGraph::beyond)) found = 0;  // it is spoilt
     if (graph_.variable(variable).value == found) continue;
     graph_.variable(variable).value = found;
     valuesFrom_.push_back(variable);

@@ -9,6 +9,7 @@
 #include "platform/solver/LinearExpression.h"
 #include "platform/solver/LoneUnknown.h"
 #include "platform/solver/Presolve.h"
+#include "platform/solver/RankedDecision.h"
 #include "platform/solver/SimplexSolver.h"
 
 namespace platform {
@@ -28,11 +29,19 @@ namespace platform {
 /// and are followed in order of dependence. An open unknown that is related to no other is found by looking at its
 /// bounds. Only what is left, open unknowns that compete, goes to a SimplexSolver.
 ///
-/// Owner: its creator. Thread: any one at a time. Failure: see above; nothing throws. Numbers must be finite (the
-/// caller checks).
+/// Where that is in doubt the constraints that hang together with the doubtful ones are taken by rank by a solver of
+/// their own: when much has to be turned round, to decide what yields; when coefficients lie far apart, or what must
+/// hold is missed, to find the values too, in numbers of twice the length (of at most `carefulLimit` constraints: more
+/// would take too long).
+///
+/// Owner: its creator. Thread: any one at a time. Failure: see above; nothing throws. Values are always finite,
+/// whatever numbers were given: what cannot be calculated with is cut off as ConstraintGraph says. A constraint with a
+/// coefficient that is not finite has no effect; a constant beyond 1e9 (times the largest coefficient) counts as 1e9,
+/// so `width <= 1e308` stays the limit that nothing reaches, and one that is not a number counts as 0.
 class LayoutSolver {
  public:
   static constexpr double yieldingPriority = 999.9;
+  static constexpr std::size_t carefulLimit = 400;
 
   LayoutSolver() : presolve_(graph_) {}
   LayoutSolver(const LayoutSolver&) = delete;
@@ -46,13 +55,19 @@ class LayoutSolver {
   void removeConstraint(LayoutConstraintId id);
   /// Replaces the constant of the constraint's expression, as a difference `expression + constant relation 0`.
   void setConstant(LayoutConstraintId id, double constant);
-  double constantOf(LayoutConstraintId id) const { return graph_.constraint(id).constant; }
+  double constantOf(LayoutConstraintId id) const { return graph_.constantOf(id); }
 
   void solve();
   /// As of the last solve().
-  double value(LayoutVariable variable) const { return graph_.variable(variable.index).value; }
+  double value(LayoutVariable variable) const {
+    const Variable& known = graph_.variable(variable.index);
+    return known.isCareful ? known.carefulValue : known.value;
+  }
   double valueOf(const LinearExpression& expression) const;
-  bool yields(LayoutConstraintId id) const { return graph_.constraint(id).yields; }
+  bool yields(LayoutConstraintId id) const {
+    const Constraint& constraint = graph_.constraint(id);
+    return constraint.isCareful ? constraint.carefullyYields : constraint.yields;
+  }
 
   /// A constraint that began to yield, and those that it contradicts, itself left out, by rank.
   struct Conflict {
@@ -79,6 +94,9 @@ class LayoutSolver {
     std::uint32_t couplings = 0;  ///< constraints in the tableau that relate it to others
     bool isChanged = false;       ///< waits in changedLone_
   };
+
+  /// So many contradictions may turn round what was decided before it is quicker to take all by rank.
+  static constexpr std::size_t turnsBeforeDecision = 24;
 
   void displace(LayoutConstraintId id);
   void displaceAndWait(LayoutConstraintId id);
@@ -107,6 +125,13 @@ class LayoutSolver {
   void touch(LayoutConstraintId id);
   void forget(LayoutConstraintId yielding);
   void report();
+  void tell(LayoutConstraintId yielding, const std::vector<LayoutConstraintId>& others);
+  void yieldFor(LayoutConstraintId victim, std::vector<LayoutConstraintId> proof);
+
+  // Doubt
+  void decide();
+  void takeCare();
+  bool needsCare(const Constraint& constraint) const;
 
   ConstraintGraph graph_;
   Presolve presolve_;
@@ -128,6 +153,15 @@ class LayoutSolver {
   std::vector<LayoutConstraintId> tried_;
   std::vector<Conflict> conflicts_;
   std::size_t conflictsLeft_ = 0;
+  std::size_t turnsLeft_ = 0;  // contradictions that turn earlier decisions round, until all are decided afresh
+  std::vector<LayoutConstraintId> decided_;
+  std::vector<LayoutConstraintId> wild_;
+  std::vector<LayoutConstraintId> doubtful_;
+  std::vector<LayoutConstraintId> undecided_;  // yield for want of a decision, until the next call
+  std::vector<LayoutConstraintId> careful_;
+  std::vector<std::uint32_t> carefulUnknowns_;
+  std::vector<RankedDecision<TwoDoubles>::Yielding> carefullyYielding_;
+  std::uint64_t checkedPivots_ = 0;
   bool isDirty_ = false;
 
   // Kept for their memory.
@@ -135,6 +169,7 @@ class LayoutSolver {
   std::vector<LayoutConstraintId> mentioning_;
   std::vector<LayoutConstraintId> equations_;
   std::vector<LayoutConstraintId> others_;
+  std::vector<std::uint32_t> unknowns_;
 };
 
 }  // namespace platform

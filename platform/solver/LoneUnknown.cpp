@@ -55,7 +55,7 @@ bool LoneUnknown::requireBounds() {
     }
   }
   if (low_ <= high_) return true;
-  if ((low_ - high_) * std::min(std::abs(lowest->coefficient), std::abs(highest->coefficient)) <= tolerance) {
+  if ((low_ - high_) * std::max(std::abs(lowest->coefficient), std::abs(highest->coefficient)) <= tolerance) {
     low_ = high_;
     return true;
   }
@@ -67,16 +67,18 @@ bool LoneUnknown::requireBounds() {
 
 void LoneUnknown::narrow(double priority) {
   turns_.clear();
+  double weights = 0;
   double slope = 0;  // of the sum of violations, far below
   for (const Bound& bound : bounds_) {
     if (bound.isRequired || bound.priority != priority) continue;
     const double at = -bound.constant / bound.coefficient;
-    const double weight = std::abs(bound.coefficient);
+    const double weight = bound.weight;
+    weights += weight;
     if (limitsBelow(bound)) slope -= weight;
     turns_.push_back({at, bound.relation == NSLayoutRelation::equal ? 2 * weight : weight});
   }
   std::sort(turns_.begin(), turns_.end(), [](const Turn& a, const Turn& b) { return a.at < b.at; });
-  constexpr double flat = 1e-9;
+  const double flat = 1e-9 * std::min(1.0, weights);
   double left = -infinity;
   double right = infinity;
   auto turn = turns_.cbegin();

@@ -18,6 +18,7 @@ class LoneUnknown {
     LayoutConstraintId id;
     double coefficient;  ///< `coefficient * unknown + constant relation 0`
     double constant;
+    double weight;  ///< of a violation, in units of the unknown
     double priority;
     NSLayoutRelation relation;
     bool isRequired;

@@ -7,6 +7,8 @@ namespace platform {
 
 namespace {
 
+using std::abs;
+
 /// By how much a constraint may be missed before the tableau counts as spoilt.
 constexpr double tolerance = 1e-6;
 /// What rounding leaves of a sum of large numbers, as a part of them.
@@ -21,7 +23,8 @@ int turnOf(const LinearConstraint& constraint) {
 
 }  // namespace
 
-LayoutVariable SimplexSolver::addVariable() {
+template <class Number>
+LayoutVariable BasicSimplexSolver<Number>::addVariable() {
   const SimplexSymbol symbol = tableau_.makeSymbol(SimplexKind::external);
   if (freeVariables_.empty()) {
     unknowns_.push_back(symbol);
@@ -33,18 +36,22 @@ LayoutVariable SimplexSolver::addVariable() {
   return {index};
 }
 
-void SimplexSolver::removeVariable(LayoutVariable variable) {
+template <class Number>
+void BasicSimplexSolver<Number>::removeVariable(LayoutVariable variable) {
   tableau_.eraseSymbol(unknowns_[variable.index]);
-  unknowns_[variable.index] = SimplexTableau::noSymbol;
+  unknowns_[variable.index] = Tableau::noSymbol;
   freeVariables_.push_back(variable.index);
 }
 
 // ---- Constraints
 
-SimplexSolver::AddResult SimplexSolver::addConstraint(const LinearConstraint& constraint) {
+template <class Number>
+typename BasicSimplexSolver<Number>::AddResult BasicSimplexSolver<Number>::addConstraint(
+    const LinearConstraint& constraint, double weight) {
   const LayoutConstraintId id = newId();
   Kept kept;
   kept.constraint = constraint;
+  kept.weight = weight;
   kept.isFree = false;
   bool isIn = install(kept, id);
   if (!isIn && isWorn()) {
@@ -60,7 +67,8 @@ SimplexSolver::AddResult SimplexSolver::addConstraint(const LinearConstraint& co
   return refused;
 }
 
-LayoutConstraintId SimplexSolver::newId() {
+template <class Number>
+LayoutConstraintId BasicSimplexSolver<Number>::newId() {
   if (freeIds_.empty()) {
     kept_.emplace_back();
     return static_cast<LayoutConstraintId>(kept_.size() - 1);
@@ -70,7 +78,8 @@ LayoutConstraintId SimplexSolver::newId() {
   return id;
 }
 
-bool SimplexSolver::install(Kept& kept, LayoutConstraintId id) {
+template <class Number>
+bool BasicSimplexSolver<Number>::install(Kept& kept, LayoutConstraintId id) {
   const LinearConstraint& constraint = kept.constraint;
   const bool isEquation = constraint.relation == NSLayoutRelation::equal;
   tableau_.beginWork(constraint.expression.constant);
@@ -83,13 +92,13 @@ bool SimplexSolver::install(Kept& kept, LayoutConstraintId id) {
   } else {
     kept.marker = tableau_.makeSymbol(SimplexKind::slack);
   }
-  kept.error = SimplexTableau::noSymbol;
+  kept.error = Tableau::noSymbol;
   tableau_.addToWork(kept.marker, kept.markerSign());
   if (!kept.isRequired()) {
     kept.error = tableau_.makeSymbol(SimplexKind::error);
     tableau_.addToWork(kept.error, -kept.markerSign());
-    tableau_.addToObjective(constraint.priority, kept.error, 1);
-    if (isEquation) tableau_.addToObjective(constraint.priority, kept.marker, 1);
+    tableau_.addToObjective(constraint.priority, kept.error, kept.weight);
+    if (isEquation) tableau_.addToObjective(constraint.priority, kept.marker, kept.weight);
   }
   tableau_.markChanged();  // also by an attempt that fails: it may have moved on
   const bool isIn = installWork(kept);
@@ -99,42 +108,44 @@ bool SimplexSolver::install(Kept& kept, LayoutConstraintId id) {
     markerOwners_[index] = id;
   } else {
     ownFactor_ = 0;
-    for (const SimplexTableau::Cell& cell : tableau_.work().cells) {
+    for (const typename Tableau::Cell& cell : tableau_.work().cells) {
       if (cell.symbol == kept.marker) ownFactor_ = cell.coefficient / kept.markerSign();
     }
     tableau_.eraseSymbol(kept.marker);
-    kept.marker = SimplexTableau::noSymbol;
+    kept.marker = Tableau::noSymbol;
   }
   return isIn;
 }
 
-bool SimplexSolver::installWork(const Kept& kept) {
+template <class Number>
+bool BasicSimplexSolver<Number>::installWork(const Kept& kept) {
   const SimplexSymbol subject = chooseSubject(kept);
-  if (subject != SimplexTableau::noSymbol) {
+  if (subject != Tableau::noSymbol) {
     tableau_.installWork(subject);
     return true;
   }
+  const double allowed = Tableau::tinyLength / std::max(1.0, kept.weight);
   const auto& cells = tableau_.work().cells;
-  const bool onlyDummies = std::none_of(cells.begin(), cells.end(), [](const SimplexTableau::Cell& cell) {
-    return SimplexTableau::isPivotable(cell.symbol);
-  });
+  const bool onlyDummies = std::none_of(
+      cells.begin(), cells.end(), [](const typename Tableau::Cell& cell) { return Tableau::isPivotable(cell.symbol); });
   if (onlyDummies) {  // says nothing new, or the opposite of what stands
-    if (std::abs(tableau_.work().constant) > SimplexTableau::tinyLength) return false;
+    if (abs(tableau_.work().constant) > allowed) return false;
     tableau_.work().constant = 0;
     tableau_.installWork(kept.marker);
     return true;
   }
-  return tableau_.installWorkWithArtificial(kept.marker);
+  return tableau_.installWorkWithArtificial(kept.marker, allowed);
 }
 
-SimplexSymbol SimplexSolver::chooseSubject(const Kept& kept) const {
-  const SimplexTableau::Row& work = tableau_.work();
-  double largest = 0;
-  double markerCoefficient = 0;
-  double errorCoefficient = 0;
-  for (const SimplexTableau::Cell& cell : work.cells) {
-    if (!SimplexTableau::isRestricted(cell.symbol)) {
-      largest = std::max(largest, std::abs(cell.coefficient));
+template <class Number>
+SimplexSymbol BasicSimplexSolver<Number>::chooseSubject(const Kept& kept) const {
+  const typename Tableau::Row& work = tableau_.work();
+  Number largest = 0;
+  Number markerCoefficient = 0;
+  Number errorCoefficient = 0;
+  for (const typename Tableau::Cell& cell : work.cells) {
+    if (!Tableau::isRestricted(cell.symbol)) {
+      largest = std::max(largest, abs(cell.coefficient));
     } else if (cell.symbol == kept.marker) {
       markerCoefficient = cell.coefficient;
     } else if (cell.symbol == kept.error) {
@@ -142,12 +153,12 @@ SimplexSymbol SimplexSolver::chooseSubject(const Kept& kept) const {
     }
   }
   if (largest > 0) {
-    SimplexSymbol best = SimplexTableau::noSymbol;
+    SimplexSymbol best = Tableau::noSymbol;
     std::size_t fewest = 0;
-    for (const SimplexTableau::Cell& cell : work.cells) {
-      if (SimplexTableau::isRestricted(cell.symbol) || std::abs(cell.coefficient) < 0.05 * largest) continue;
+    for (const typename Tableau::Cell& cell : work.cells) {
+      if (Tableau::isRestricted(cell.symbol) || abs(cell.coefficient) < largest * 0.05) continue;
       const std::size_t occurrences = tableau_.column(cell.symbol).size();
-      if (best == SimplexTableau::noSymbol || occurrences < fewest) {
+      if (best == Tableau::noSymbol || occurrences < fewest) {
         best = cell.symbol;
         fewest = occurrences;
       }
@@ -155,44 +166,48 @@ SimplexSymbol SimplexSolver::chooseSubject(const Kept& kept) const {
     return best;
   }
   // Its own slack or error, when that comes out at 0 or above.
-  const double constant = work.constant;
-  if (SimplexTableau::isPivotable(kept.marker) && -constant / markerCoefficient >= 0) return kept.marker;
+  const Number constant = work.constant;
+  if (Tableau::isPivotable(kept.marker) && -constant / markerCoefficient >= 0) return kept.marker;
   if (errorCoefficient != 0 && -constant / errorCoefficient >= 0) return kept.error;
-  return SimplexTableau::noSymbol;
+  return Tableau::noSymbol;
 }
 
-std::vector<ConstraintMultiple> SimplexSolver::conflictInWork(double ownFactor) const {
+template <class Number>
+std::vector<ConstraintMultiple> BasicSimplexSolver<Number>::conflictInWork(Number ownFactor) const {
   // What is left of the equation is a sum of constraints, and each marker stands in one of them alone.
   std::vector<ConstraintMultiple> sum;
-  for (const SimplexTableau::Cell& cell : tableau_.work().cells) {
-    if (std::abs(cell.coefficient) < 1e-7) continue;
+  for (const typename Tableau::Cell& cell : tableau_.work().cells) {
+    if (abs(cell.coefficient) < SimplexLimits<Number>::pivot) continue;
     const std::size_t index = cell.symbol >> 2;
     if (index >= markerOwners_.size() || markerOwners_[index] == noLayoutConstraint) continue;
     const Kept& kept = kept_[markerOwners_[index]];
     if (kept.marker != cell.symbol || !kept.isRequired()) continue;
-    sum.push_back({markerOwners_[index], cell.coefficient / kept.markerSign() / (ownFactor == 0 ? 1 : ownFactor)});
+    const Number factor = cell.coefficient / kept.markerSign() / (ownFactor == 0 ? Number(1) : ownFactor);
+    sum.push_back({markerOwners_[index], static_cast<double>(factor)});
   }
   return sum;
 }
 
-void SimplexSolver::removeConstraint(LayoutConstraintId id) {
+template <class Number>
+void BasicSimplexSolver<Number>::removeConstraint(LayoutConstraintId id) {
   std::erase_if(refusals_, [id](const Refusal& each) { return each.id == id; });
   uninstall(kept_[id]);
   kept_[id] = Kept{};
   freeIds_.push_back(id);
 }
 
-void SimplexSolver::uninstall(Kept& kept) {
-  if (kept.marker == SimplexTableau::noSymbol) return;
-  if (kept.error != SimplexTableau::noSymbol) {
-    tableau_.addToObjective(kept.constraint.priority, kept.error, -1);
-    if (SimplexTableau::kindOf(kept.marker) == SimplexKind::error) {
-      tableau_.addToObjective(kept.constraint.priority, kept.marker, -1);
+template <class Number>
+void BasicSimplexSolver<Number>::uninstall(Kept& kept) {
+  if (kept.marker == Tableau::noSymbol) return;
+  if (kept.error != Tableau::noSymbol) {
+    tableau_.addToObjective(kept.constraint.priority, kept.error, -kept.weight);
+    if (Tableau::kindOf(kept.marker) == SimplexKind::error) {
+      tableau_.addToObjective(kept.constraint.priority, kept.marker, -kept.weight);
     }
   }
-  if (tableau_.basicRow(kept.marker) == SimplexTableau::noRow) tableau_.bringIntoBasis(kept.marker);
+  if (tableau_.basicRow(kept.marker) == Tableau::noRow) tableau_.bringIntoBasis(kept.marker);
   tableau_.eraseSymbol(kept.marker);  // and its row
-  if (kept.error != SimplexTableau::noSymbol) tableau_.eraseSymbol(kept.error);
+  if (kept.error != Tableau::noSymbol) tableau_.eraseSymbol(kept.error);
   tableau_.markChanged();
   markerOwners_[kept.marker >> 2] = noLayoutConstraint;
   ++removals_;
@@ -200,10 +215,11 @@ void SimplexSolver::uninstall(Kept& kept) {
 
 // ---- Constants
 
-void SimplexSolver::move(Kept& kept, double constant) {
+template <class Number>
+void BasicSimplexSolver<Number>::move(Kept& kept, double constant) {
   // The marker takes the difference up: marker before = marker after + difference / sign.
-  const double step = (constant - kept.constraint.expression.constant) / kept.markerSign();
-  if (const auto index = tableau_.basicRow(kept.marker); index != SimplexTableau::noRow) {
+  const Number step = (Number(constant) - kept.constraint.expression.constant) / kept.markerSign();
+  if (const auto index = tableau_.basicRow(kept.marker); index != Tableau::noRow) {
     tableau_.row(index).constant -= step;
   } else {
     for (const auto row : tableau_.column(kept.marker)) {
@@ -213,34 +229,38 @@ void SimplexSolver::move(Kept& kept, double constant) {
   kept.constraint.expression.constant = constant;
 }
 
-bool SimplexSolver::shift(Kept& kept, double constant) {
+template <class Number>
+bool BasicSimplexSolver<Number>::shift(Kept& kept, double constant) {
   move(kept, constant);
   return tableau_.restoreFeasibility();
 }
 
-void SimplexSolver::shiftConstant(LayoutConstraintId id, double constant) {
+template <class Number>
+void BasicSimplexSolver<Number>::shiftConstant(LayoutConstraintId id, double constant) {
   Kept& kept = kept_[id];
   if (constant == kept.constraint.expression.constant) return;
   if (!isShifted_) tableau_.optimise();
   isShifted_ = true;
-  if (kept.marker == SimplexTableau::noSymbol) {
+  if (kept.marker == Tableau::noSymbol) {
     kept.constraint.expression.constant = constant;
   } else {
     move(kept, constant);
   }
 }
 
-void SimplexSolver::settle() {
+template <class Number>
+void BasicSimplexSolver<Number>::settle() {
   if (!isShifted_) return;
   isShifted_ = false;
   if (!tableau_.restoreFeasibility()) rebuild();
 }
 
-bool SimplexSolver::setConstant(LayoutConstraintId id, double constant) {
+template <class Number>
+bool BasicSimplexSolver<Number>::setConstant(LayoutConstraintId id, double constant) {
   Kept& kept = kept_[id];
   const double before = kept.constraint.expression.constant;
   if (constant == before) return true;
-  if (kept.marker == SimplexTableau::noSymbol) {
+  if (kept.marker == Tableau::noSymbol) {
     kept.constraint.expression.constant = constant;
     return rebuild();
   }
@@ -258,7 +278,8 @@ bool SimplexSolver::setConstant(LayoutConstraintId id, double constant) {
 
 // ---- Solving
 
-void SimplexSolver::solve() {
+template <class Number>
+void BasicSimplexSolver<Number>::solve() {
   const bool found = tableau_.optimise();
   const std::uint64_t pivots = tableau_.pivotCount();
   if (found && pivots == checkedAt_) return;
@@ -271,39 +292,43 @@ void SimplexSolver::solve() {
   checkedAt_ = tableau_.pivotCount();
 }
 
-bool SimplexSolver::isWorn() const { return removals_ > 0 || tableau_.pivotCount() > pivotsWhenNew_ + trustedPivots; }
+template <class Number>
+bool BasicSimplexSolver<Number>::isWorn() const {
+  return removals_ > 0 || tableau_.pivotCount() > pivotsWhenNew_ + trustedPivots;
+}
 
-bool SimplexSolver::isSound() const {
+template <class Number>
+bool BasicSimplexSolver<Number>::isSound() const {
   const auto valueOfSymbol = [this](SimplexSymbol symbol) {
-    return symbol == SimplexTableau::noSymbol || SimplexTableau::kindOf(symbol) == SimplexKind::dummy
-               ? 0
-               : tableau_.valueOf(symbol);
+    return symbol == Tableau::noSymbol || Tableau::kindOf(symbol) == SimplexKind::dummy ? Number(0)
+                                                                                        : tableau_.valueOf(symbol);
   };
   for (const Kept& kept : kept_) {
     if (kept.isFree) continue;
-    if (kept.marker == SimplexTableau::noSymbol) return false;
-    const double marker = valueOfSymbol(kept.marker);
-    const double error = valueOfSymbol(kept.error);
-    double sum = kept.constraint.expression.constant + kept.markerSign() * (marker - error);
-    double scale = std::abs(kept.constraint.expression.constant) + std::abs(marker) + std::abs(error);
+    if (kept.marker == Tableau::noSymbol) return false;
+    const Number marker = valueOfSymbol(kept.marker);
+    const Number error = valueOfSymbol(kept.error);
+    Number sum = (marker - error) * kept.markerSign() + kept.constraint.expression.constant;
+    Number scale = abs(marker) + abs(error) + std::abs(kept.constraint.expression.constant);
     for (const LinearTerm& term : kept.constraint.expression.terms) {
-      const double part = term.coefficient * value(term.variable);
+      const Number part = numberOf(term.variable) * term.coefficient;
       sum += part;
-      scale += std::abs(part);
+      scale += abs(part);
     }
     // Written so that what is not a number is not sound either.
-    const double allowed = tolerance + dust * scale;
-    if (!(std::abs(sum) <= allowed && marker >= -allowed && error >= -allowed)) return false;
+    const Number allowed = scale * dust + tolerance;
+    if (!(abs(sum) <= allowed && marker >= -allowed && error >= -allowed)) return false;
   }
   return true;
 }
 
-bool SimplexSolver::rebuild() {
+template <class Number>
+bool BasicSimplexSolver<Number>::rebuild() {
   pivotsBefore_ += tableau_.pivotCount();
-  tableau_ = SimplexTableau();
+  tableau_ = Tableau();
   std::fill(markerOwners_.begin(), markerOwners_.end(), noLayoutConstraint);
   for (SimplexSymbol& symbol : unknowns_) {
-    if (symbol != SimplexTableau::noSymbol) symbol = tableau_.makeSymbol(SimplexKind::external);
+    if (symbol != Tableau::noSymbol) symbol = tableau_.makeSymbol(SimplexKind::external);
   }
   std::vector<LayoutConstraintId> order;
   for (LayoutConstraintId id = 0; id < kept_.size(); ++id) {
@@ -325,10 +350,14 @@ bool SimplexSolver::rebuild() {
   return refusals_.empty();
 }
 
-double SimplexSolver::valueOf(const LinearExpression& expression) const {
+template <class Number>
+double BasicSimplexSolver<Number>::valueOf(const LinearExpression& expression) const {
   double sum = expression.constant;
   for (const LinearTerm& term : expression.terms) sum += term.coefficient * value(term.variable);
   return sum;
 }
+
+template class BasicSimplexSolver<double>;
+template class BasicSimplexSolver<TwoDoubles>;
 
 }  // namespace platform

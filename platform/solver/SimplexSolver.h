@@ -29,8 +29,13 @@ namespace platform {
 ///
 /// Owner: its creator. Thread: any one at a time. Failure: a required constraint that contradicts others is not taken
 /// and is told with the ones it contradicts; nothing throws. Numbers must be finite (the caller checks).
-class SimplexSolver {
+///
+/// `SimplexSolver` is quick and good for coefficients within a few powers of ten of one another. `CarefulSimplexSolver`
+/// takes about ten times as long and any that lie 1e12 apart.
+template <class Number>
+class BasicSimplexSolver {
  public:
+  using Tableau = SimplexTableau<Number>;
   struct AddResult {
     LayoutConstraintId id = noLayoutConstraint;  ///< none when it contradicts
     /// The required constraints that cannot hold together with it, as the sum that shows it; the new one counts once.
@@ -42,7 +47,9 @@ class SimplexSolver {
   /// The constraints on it must have been removed before.
   void removeVariable(LayoutVariable variable);
 
-  AddResult addConstraint(const LinearConstraint& constraint);
+  /// The violation counts `weight` times: in the sum of its level, and when it is above 1 in what may be missed of what
+  /// must hold.
+  AddResult addConstraint(const LinearConstraint& constraint, double weight = 1);
   void removeConstraint(LayoutConstraintId id);
   /// Replaces the constant of the constraint's expression, as a difference `expression + constant relation 0`.
   /// False, and nothing changed, when a required constraint could then not hold.
@@ -62,7 +69,7 @@ class SimplexSolver {
 
   void solve();
   /// As of the last solve().
-  double value(LayoutVariable variable) const { return tableau_.valueOf(unknowns_[variable.index]); }
+  double value(LayoutVariable variable) const { return static_cast<double>(numberOf(variable)); }
   double valueOf(const LinearExpression& expression) const;
 
   std::size_t constraintCount() const { return kept_.size() - freeIds_.size(); }
@@ -72,17 +79,19 @@ class SimplexSolver {
  private:
   struct Kept {
     LinearConstraint constraint;
-    SimplexSymbol marker = SimplexTableau::noSymbol;  ///< none while it is not in the tableau
-    SimplexSymbol error = SimplexTableau::noSymbol;   ///< the second error (equation) or the only one (inequality)
+    double weight = 1;
+    SimplexSymbol marker = Tableau::noSymbol;  ///< none while it is not in the tableau
+    SimplexSymbol error = Tableau::noSymbol;   ///< the second error (equation) or the only one (inequality)
     bool isFree = true;
     bool isRequired() const { return constraint.priority >= 1000; }
     double markerSign() const { return constraint.relation == NSLayoutRelation::greaterThanOrEqual ? -1 : 1; }
   };
+  Number numberOf(LayoutVariable variable) const { return tableau_.valueOf(unknowns_[variable.index]); }
   bool install(Kept& kept, LayoutConstraintId id);
   bool installWork(const Kept& kept);
   void uninstall(Kept& kept);
   SimplexSymbol chooseSubject(const Kept& kept) const;
-  std::vector<ConstraintMultiple> conflictInWork(double ownFactor) const;
+  std::vector<ConstraintMultiple> conflictInWork(Number ownFactor) const;
   LayoutConstraintId newId();
   bool shift(Kept& kept, double constant);
   void move(Kept& kept, double constant);
@@ -90,7 +99,7 @@ class SimplexSolver {
   bool isWorn() const;
   bool rebuild();
 
-  SimplexTableau tableau_;
+  Tableau tableau_;
   std::vector<SimplexSymbol> unknowns_;  // by variable
   std::vector<std::uint32_t> freeVariables_;
   std::vector<Kept> kept_;
@@ -101,8 +110,11 @@ class SimplexSolver {
   std::uint64_t checkedAt_ = 0;  // pivots when the tableau was last found sound
   std::size_t removals_ = 0;     // since the tableau was made
   std::vector<Refusal> refusals_;  // of the last rebuild
-  double ownFactor_ = 1;           // of the constraint that was refused last, in what was left of its equation
+  Number ownFactor_ = 1;           // of the constraint that was refused last, in what was left of its equation
   bool isShifted_ = false;
 };
+
+using SimplexSolver = BasicSimplexSolver<double>;
+using CarefulSimplexSolver = BasicSimplexSolver<TwoDoubles>;
 
 }  // namespace platform

@@ -8,26 +8,23 @@ namespace platform {
 
 namespace {
 
-/// Reduced costs are sums of many coefficients; below this they count as 0.
-constexpr double tinyCost = 1e-8;
-/// A restricted symbol may be this far below 0 before it counts as infeasible.
-constexpr double tinyDeficit = 1e-8;
-/// A smaller coefficient may be what rounding left of a zero; dividing by it would make nonsense of the whole tableau.
-constexpr double smallestPivot = 1e-7;
+using std::abs;
 
 /// The sum, or 0 when it is so small beside its parts that rounding has made it.
-double sumOf(double a, double b) {
-  const double sum = a + b;
-  return std::abs(sum) <= 1e-11 * (std::abs(a) + std::abs(b)) ? 0 : sum;
+template <class Number>
+Number sumOf(Number a, Number b) {
+  const Number sum = a + b;
+  return abs(sum) <= (abs(a) + abs(b)) * SimplexLimits<Number>::cancelled ? Number(0) : sum;
 }
 
-bool bySymbol(const SimplexTableau::Cell& cell, SimplexSymbol symbol) { return cell.symbol < symbol; }
-
-std::vector<SimplexTableau::Cell>::iterator lowerBound(std::vector<SimplexTableau::Cell>& cells, SimplexSymbol symbol) {
-  return std::lower_bound(cells.begin(), cells.end(), symbol, bySymbol);
+template <class Cells>
+auto lowerBound(Cells& cells, SimplexSymbol symbol) {
+  return std::lower_bound(cells.begin(), cells.end(), symbol,
+                          [](const auto& cell, SimplexSymbol wanted) { return cell.symbol < wanted; });
 }
 
-void eraseCell(std::vector<SimplexTableau::Cell>& cells, SimplexSymbol symbol) {
+template <class Cell>
+void eraseCell(std::vector<Cell>& cells, SimplexSymbol symbol) {
   const auto at = lowerBound(cells, symbol);
   if (at != cells.end() && at->symbol == symbol) cells.erase(at);
 }
@@ -39,20 +36,22 @@ std::size_t pivotLimit(std::size_t rows) { return 8 * rows + 500; }
 
 }  // namespace
 
-double SimplexTableau::find(const std::vector<Cell>& cells, SimplexSymbol symbol) {
+template <class Number>
+Number SimplexTableau<Number>::find(const std::vector<Cell>& cells, SimplexSymbol symbol) {
   if (cells.size() <= 8) {
     for (const Cell& cell : cells) {
       if (cell.symbol == symbol) return cell.coefficient;
     }
     return 0;
   }
-  const auto at = std::lower_bound(cells.begin(), cells.end(), symbol, bySymbol);
+  const auto at = lowerBound(cells, symbol);
   return at != cells.end() && at->symbol == symbol ? at->coefficient : 0;
 }
 
 // ---- Symbols and rows
 
-SimplexSymbol SimplexTableau::makeSymbol(SimplexKind kind) {
+template <class Number>
+SimplexSymbol SimplexTableau<Number>::makeSymbol(SimplexKind kind) {
   std::uint32_t index;
   if (freeSlots_.empty()) {
     index = static_cast<std::uint32_t>(slots_.size());
@@ -64,9 +63,13 @@ SimplexSymbol SimplexTableau::makeSymbol(SimplexKind kind) {
   return (index << 2) | static_cast<std::uint32_t>(kind);
 }
 
-void SimplexTableau::releaseSymbol(SimplexSymbol symbol) { freeSlots_.push_back(symbol >> 2); }
+template <class Number>
+void SimplexTableau<Number>::releaseSymbol(SimplexSymbol symbol) {
+  freeSlots_.push_back(symbol >> 2);
+}
 
-SimplexTableau::RowIndex SimplexTableau::makeRow() {
+template <class Number>
+typename SimplexTableau<Number>::RowIndex SimplexTableau<Number>::makeRow() {
   if (!freeRows_.empty()) {
     const RowIndex index = freeRows_.back();
     freeRows_.pop_back();
@@ -76,7 +79,8 @@ SimplexTableau::RowIndex SimplexTableau::makeRow() {
   return static_cast<RowIndex>(rows_.size() - 1);
 }
 
-void SimplexTableau::freeRow(RowIndex index) {
+template <class Number>
+void SimplexTableau<Number>::freeRow(RowIndex index) {
   Row& row = rows_[index];
   row.basic = noSymbol;
   row.constant = 0;
@@ -84,7 +88,8 @@ void SimplexTableau::freeRow(RowIndex index) {
   freeRows_.push_back(index);
 }
 
-void SimplexTableau::leaveColumn(SimplexSymbol symbol, RowIndex row) {
+template <class Number>
+void SimplexTableau<Number>::leaveColumn(SimplexSymbol symbol, RowIndex row) {
   std::vector<RowIndex>& column = slots_[symbol >> 2].column;
   const auto at = std::find(column.rbegin(), column.rend(), row);
   if (at == column.rend()) return;
@@ -92,8 +97,9 @@ void SimplexTableau::leaveColumn(SimplexSymbol symbol, RowIndex row) {
   column.pop_back();
 }
 
-void SimplexTableau::merge(std::vector<Cell>& cells, const std::vector<Cell>& source, double factor,
-                           SimplexSymbol without, RowIndex owner) {
+template <class Number>
+void SimplexTableau<Number>::merge(std::vector<Cell>& cells, const std::vector<Cell>& source, Number factor,
+                                   SimplexSymbol without, RowIndex owner) {
   merged_.clear();
   merged_.reserve(cells.size() + source.size());
   auto mine = cells.cbegin();
@@ -103,15 +109,15 @@ void SimplexTableau::merge(std::vector<Cell>& cells, const std::vector<Cell>& so
       if (mine->symbol != without) merged_.push_back(*mine);
       ++mine;
     } else if (mine == cells.cend() || theirs->symbol < mine->symbol) {
-      const double coefficient = theirs->coefficient * factor;
-      if (std::abs(coefficient) > tinyCoefficient) {
+      const Number coefficient = theirs->coefficient * factor;
+      if (abs(coefficient) > Limits::coefficient) {
         merged_.push_back({theirs->symbol, coefficient});
         if (owner != noRow) enterColumn(theirs->symbol, owner);
       }
       ++theirs;
     } else {
-      const double coefficient = sumOf(mine->coefficient, theirs->coefficient * factor);
-      if (std::abs(coefficient) > tinyCoefficient) {
+      const Number coefficient = sumOf(mine->coefficient, theirs->coefficient * factor);
+      if (abs(coefficient) > Limits::coefficient) {
         merged_.push_back({mine->symbol, coefficient});
       } else if (owner != noRow) {
         leaveColumn(mine->symbol, owner);
@@ -125,14 +131,16 @@ void SimplexTableau::merge(std::vector<Cell>& cells, const std::vector<Cell>& so
 
 // ---- Equations
 
-SimplexTableau::Row& SimplexTableau::beginWork(double constant) {
+template <class Number>
+typename SimplexTableau<Number>::Row& SimplexTableau<Number>::beginWork(Number constant) {
   work_.basic = noSymbol;
   work_.constant = constant;
   work_.cells.clear();
   return work_;
 }
 
-void SimplexTableau::addToWork(SimplexSymbol symbol, double coefficient) {
+template <class Number>
+void SimplexTableau<Number>::addToWork(SimplexSymbol symbol, Number coefficient) {
   if (const RowIndex index = basicRow(symbol); index != noRow) {
     work_.constant += coefficient * rows_[index].constant;
     merge(work_.cells, rows_[index].cells, coefficient, noSymbol, noRow);
@@ -140,15 +148,16 @@ void SimplexTableau::addToWork(SimplexSymbol symbol, double coefficient) {
   }
   const auto at = lowerBound(work_.cells, symbol);
   if (at == work_.cells.end() || at->symbol != symbol) {
-    if (std::abs(coefficient) > tinyCoefficient) work_.cells.insert(at, {symbol, coefficient});
-  } else if (std::abs(at->coefficient += coefficient) <= tinyCoefficient) {
+    if (abs(coefficient) > Limits::coefficient) work_.cells.insert(at, {symbol, coefficient});
+  } else if (abs(at->coefficient += coefficient) <= Limits::coefficient) {
     work_.cells.erase(at);
   }
 }
 
-SimplexTableau::RowIndex SimplexTableau::installWork(SimplexSymbol subject) {
+template <class Number>
+typename SimplexTableau<Number>::RowIndex SimplexTableau<Number>::installWork(SimplexSymbol subject) {
   const auto at = lowerBound(work_.cells, subject);
-  const double factor = -1 / at->coefficient;
+  const Number factor = -1 / at->coefficient;
   work_.cells.erase(at);
   const RowIndex index = makeRow();
   Row& row = rows_[index];
@@ -164,7 +173,8 @@ SimplexTableau::RowIndex SimplexTableau::installWork(SimplexSymbol subject) {
   return index;
 }
 
-bool SimplexTableau::installWorkWithArtificial(SimplexSymbol marker) {
+template <class Number>
+bool SimplexTableau<Number>::installWorkWithArtificial(SimplexSymbol marker, double allowed) {
   if (work_.constant < 0) {
     work_.constant = -work_.constant;
     for (Cell& cell : work_.cells) cell.coefficient = -cell.coefficient;
@@ -174,7 +184,7 @@ bool SimplexTableau::installWorkWithArtificial(SimplexSymbol marker) {
   const auto at = lowerBound(work_.cells, artificial);
   work_.cells.insert(at, {artificial, -1});
   const RowIndex index = installWork(artificial);
-  if (!minimiseArtificial(index)) {
+  if (!minimiseArtificial(index, allowed)) {
     work_.constant = rows_[index].constant;
     work_.cells.assign(rows_[index].cells.begin(), rows_[index].cells.end());
     dropRow(index);
@@ -185,11 +195,11 @@ bool SimplexTableau::installWorkWithArtificial(SimplexSymbol marker) {
     Row& row = rows_[index];
     row.constant = 0;
     SimplexSymbol best = marker;
-    double size = 0;
+    Number size = 0;
     for (const Cell& cell : row.cells) {
-      if (isPivotable(cell.symbol) && std::abs(cell.coefficient) > size) {
+      if (isPivotable(cell.symbol) && abs(cell.coefficient) > size) {
         best = cell.symbol;
-        size = std::abs(cell.coefficient);
+        size = abs(cell.coefficient);
       }
     }
     pivot(index, best);
@@ -198,12 +208,13 @@ bool SimplexTableau::installWorkWithArtificial(SimplexSymbol marker) {
   return true;
 }
 
-bool SimplexTableau::minimiseArtificial(RowIndex artificial) {
+template <class Number>
+bool SimplexTableau<Number>::minimiseArtificial(RowIndex artificial, double allowed) {
   const SimplexSymbol symbol = rows_[artificial].basic;
   const std::size_t patience = pivotsBeforeBland(rows_.size());
   for (std::size_t turn = 0; turn < pivotLimit(rows_.size()); ++turn) {
     SimplexSymbol entering = noSymbol;
-    double best = -tinyCost;
+    Number best = -Limits::cost;
     for (const Cell& cell : rows_[artificial].cells) {
       if (cell.coefficient >= best || !isPivotable(cell.symbol)) continue;
       entering = cell.symbol;
@@ -216,32 +227,34 @@ bool SimplexTableau::minimiseArtificial(RowIndex artificial) {
     pivot(leaving, entering);
     if (basicRow(symbol) == noRow) return true;
   }
-  return rows_[artificial].constant <= tinyLength;
+  return rows_[artificial].constant <= allowed;
 }
 
 // ---- Pivots
 
-void SimplexTableau::substitute(SimplexSymbol symbol, RowIndex by) {
+template <class Number>
+void SimplexTableau<Number>::substitute(SimplexSymbol symbol, RowIndex by) {
   affected_.clear();
   affected_.swap(slots_[symbol >> 2].column);
   for (const RowIndex index : affected_) {
     Row& row = rows_[index];
-    const double coefficient = find(row.cells, symbol);
+    const Number coefficient = find(row.cells, symbol);
     row.constant += coefficient * rows_[by].constant;
     merge(row.cells, rows_[by].cells, coefficient, symbol, index);
   }
   for (Level& level : levels_) {
-    const double coefficient = find(level.cells, symbol);
+    const Number coefficient = find(level.cells, symbol);
     if (coefficient != 0) merge(level.cells, rows_[by].cells, coefficient, symbol, noRow);
   }
 }
 
-void SimplexTableau::pivot(RowIndex leaving, SimplexSymbol entering) {
+template <class Number>
+void SimplexTableau<Number>::pivot(RowIndex leaving, SimplexSymbol entering) {
   ++pivots_;
   Row& row = rows_[leaving];
   const SimplexSymbol old = row.basic;
   const auto at = lowerBound(row.cells, entering);
-  const double factor = -1 / at->coefficient;
+  const Number factor = -1 / at->coefficient;
   row.cells.erase(at);
   leaveColumn(entering, leaving);
   row.constant *= factor;
@@ -254,18 +267,20 @@ void SimplexTableau::pivot(RowIndex leaving, SimplexSymbol entering) {
   substitute(entering, leaving);
 }
 
-void SimplexTableau::dropRow(RowIndex index) {
+template <class Number>
+void SimplexTableau<Number>::dropRow(RowIndex index) {
   for (const Cell& cell : rows_[index].cells) leaveColumn(cell.symbol, index);
   slots_[rows_[index].basic >> 2].basicRow = noRow;
   freeRow(index);
 }
 
-bool SimplexTableau::bringIntoBasis(SimplexSymbol marker) {
+template <class Number>
+bool SimplexTableau<Number>::bringIntoBasis(SimplexSymbol marker) {
   RowIndex down = noRow;  // rows that shrink as the marker grows, and so on
   RowIndex up = noRow;
   RowIndex any = noRow;
-  double downRatio = 0;
-  double upRatio = 0;
+  Number downRatio = 0;
+  Number upRatio = 0;
   for (const RowIndex index : column(marker)) {
     const Row& row = rows_[index];
     if (!isRestricted(row.basic)) {
@@ -276,9 +291,9 @@ bool SimplexTableau::bringIntoBasis(SimplexSymbol marker) {
       pivot(index, marker);
       return true;
     }
-    const double coefficient = find(row.cells, marker);
-    if (std::abs(coefficient) < smallestPivot && column(marker).size() > 1) continue;
-    const double ratio = std::max(row.constant, 0.0) / std::abs(coefficient);
+    const Number coefficient = find(row.cells, marker);
+    if (abs(coefficient) < Limits::pivot && column(marker).size() > 1) continue;
+    const Number ratio = std::max(row.constant, Number(0)) / abs(coefficient);
     if (coefficient < 0 && (down == noRow || ratio < downRatio)) {
       down = index;
       downRatio = ratio;
@@ -293,7 +308,8 @@ bool SimplexTableau::bringIntoBasis(SimplexSymbol marker) {
   return true;
 }
 
-void SimplexTableau::eraseSymbol(SimplexSymbol symbol) {
+template <class Number>
+void SimplexTableau<Number>::eraseSymbol(SimplexSymbol symbol) {
   if (const RowIndex index = basicRow(symbol); index != noRow) dropRow(index);
   std::vector<RowIndex>& column = slots_[symbol >> 2].column;
   for (const RowIndex index : column) eraseCell(rows_[index].cells, symbol);
@@ -302,16 +318,18 @@ void SimplexTableau::eraseSymbol(SimplexSymbol symbol) {
   releaseSymbol(symbol);
 }
 
-SimplexTableau::RowIndex SimplexTableau::leavingRow(SimplexSymbol entering, RowIndex preferred) const {
+template <class Number>
+typename SimplexTableau<Number>::RowIndex SimplexTableau<Number>::leavingRow(SimplexSymbol entering,
+                                                                             RowIndex preferred) const {
   RowIndex best = noRow;
-  double bestRatio = 0;
+  Number bestRatio = 0;
   for (const RowIndex index : slots_[entering >> 2].column) {
     const Row& row = rows_[index];
     if (!isRestricted(row.basic)) continue;
-    const double coefficient = find(row.cells, entering);
-    if (coefficient > -smallestPivot) continue;
-    const double ratio = std::max(row.constant, 0.0) / -coefficient;
-    const bool isTie = best != noRow && std::abs(ratio - bestRatio) <= 1e-12 * (1 + bestRatio);
+    const Number coefficient = find(row.cells, entering);
+    if (coefficient > -Limits::pivot) continue;
+    const Number ratio = std::max(row.constant, Number(0)) / -coefficient;
+    const bool isTie = best != noRow && abs(ratio - bestRatio) <= (bestRatio + 1) * Limits::tie;
     const bool isBetter =
         best == noRow ||
         (isTie ? index == preferred || (best != preferred && row.basic < rows_[best].basic) : ratio < bestRatio);
@@ -325,7 +343,8 @@ SimplexTableau::RowIndex SimplexTableau::leavingRow(SimplexSymbol entering, RowI
 
 // ---- Objective
 
-void SimplexTableau::addToObjective(double priority, SimplexSymbol symbol, double weight) {
+template <class Number>
+void SimplexTableau<Number>::addToObjective(double priority, SimplexSymbol symbol, double weight) {
   auto level = std::find_if(levels_.begin(), levels_.end(), [=](const Level& l) { return l.priority <= priority; });
   if (level == levels_.end() || level->priority != priority) level = levels_.insert(level, {priority, 0, {}});
   level->members += weight > 0 ? 1u : -1u;
@@ -339,21 +358,22 @@ void SimplexTableau::addToObjective(double priority, SimplexSymbol symbol, doubl
     const auto at = lowerBound(level->cells, symbol);
     if (at == level->cells.end() || at->symbol != symbol) {
       level->cells.insert(at, {symbol, weight});
-    } else if (std::abs(at->coefficient += weight) <= tinyCoefficient) {
+    } else if (abs(at->coefficient += weight) <= Limits::coefficient) {
       level->cells.erase(at);
     }
   }
   optimal_ = false;
 }
 
-SimplexSymbol SimplexTableau::enteringSymbol(std::size_t level, bool lowestIndex) const {
+template <class Number>
+SimplexSymbol SimplexTableau<Number>::enteringSymbol(std::size_t level, bool lowestIndex) const {
   SimplexSymbol entering = noSymbol;
-  double best = -tinyCost;
+  Number best = -Limits::cost;
   for (const Cell& cell : levels_[level].cells) {
     if (cell.coefficient >= best || !isPivotable(cell.symbol)) continue;
     bool isBlocked = false;  // a gain here that a higher level would pay for
     for (std::size_t above = 0; above < level && !isBlocked; ++above) {
-      isBlocked = std::abs(find(levels_[above].cells, cell.symbol)) > tinyCost;
+      isBlocked = abs(find(levels_[above].cells, cell.symbol)) > Limits::cost;
     }
     if (isBlocked) continue;
     entering = cell.symbol;
@@ -363,7 +383,8 @@ SimplexSymbol SimplexTableau::enteringSymbol(std::size_t level, bool lowestIndex
   return entering;
 }
 
-bool SimplexTableau::optimise() {
+template <class Number>
+bool SimplexTableau<Number>::optimise() {
   if (optimal_) return true;
   const std::size_t patience = pivotsBeforeBland(rows_.size());
   for (std::size_t level = 0; level < levels_.size(); ++level) {
@@ -383,20 +404,23 @@ bool SimplexTableau::optimise() {
   return true;
 }
 
-bool SimplexTableau::ratioIsSmaller(SimplexSymbol a, double coefficientA, SimplexSymbol b, double coefficientB) const {
+template <class Number>
+bool SimplexTableau<Number>::ratioIsSmaller(SimplexSymbol a, Number coefficientA, SimplexSymbol b,
+                                            Number coefficientB) const {
   for (const Level& level : levels_) {
-    const double ratioA = find(level.cells, a) / coefficientA;  // may be negative below a level that decides
-    const double ratioB = find(level.cells, b) / coefficientB;
-    if (std::abs(ratioA - ratioB) > tinyCost) return ratioA < ratioB;
+    const Number ratioA = find(level.cells, a) / coefficientA;  // may be negative below a level that decides
+    const Number ratioB = find(level.cells, b) / coefficientB;
+    if (abs(ratioA - ratioB) > Limits::cost) return ratioA < ratioB;
   }
   return false;
 }
 
-SimplexSymbol SimplexTableau::dualEntering(const Row& row) const {
+template <class Number>
+SimplexSymbol SimplexTableau<Number>::dualEntering(const Row& row) const {
   SimplexSymbol best = noSymbol;
-  double bestCoefficient = 0;
+  Number bestCoefficient = 0;
   for (const Cell& cell : row.cells) {
-    if (cell.coefficient < smallestPivot || !isPivotable(cell.symbol)) continue;
+    if (cell.coefficient < Limits::pivot || !isPivotable(cell.symbol)) continue;
     if (best == noSymbol || ratioIsSmaller(cell.symbol, cell.coefficient, best, bestCoefficient)) {
       best = cell.symbol;
       bestCoefficient = cell.coefficient;
@@ -405,13 +429,14 @@ SimplexSymbol SimplexTableau::dualEntering(const Row& row) const {
   return best;
 }
 
-bool SimplexTableau::restoreFeasibility() {
+template <class Number>
+bool SimplexTableau<Number>::restoreFeasibility() {
   const std::size_t patience = pivotsBeforeBland(rows_.size());
   for (std::size_t turn = 0; turn < pivotLimit(rows_.size()); ++turn) {
     RowIndex leaving = noRow;
     for (RowIndex index = 0; index < rows_.size(); ++index) {
       const Row& row = rows_[index];
-      if (!isRestricted(row.basic) || row.constant >= -tinyDeficit) {
+      if (!isRestricted(row.basic) || row.constant >= -Limits::deficit) {
         if (kindOf(row.basic) == SimplexKind::dummy && row.constant > tinyLength) return false;
         continue;
       }
@@ -434,5 +459,8 @@ bool SimplexTableau::restoreFeasibility() {
   }
   return false;
 }
+
+template class SimplexTableau<double>;
+template class SimplexTableau<TwoDoubles>;
 
 }  // namespace platform

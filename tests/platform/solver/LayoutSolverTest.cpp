@@ -1,4 +1,5 @@
 #include <cmath>
+#include <limits>
 
 #include "platform/solver/LayoutSolver.h"
 
@@ -150,6 +151,56 @@ TEST_F(LayoutSolverTest, LeavesWhatNothingDecidesAtZeroAgain) {
   EXPECT_DOUBLE_EQ(value(x), 0);
   EXPECT_DOUBLE_EQ(value(y), 0);
   EXPECT_EQ(solver.constraintCount(), 0u);
+}
+
+// ---- Numbers that lie far apart, and more than can hold
+
+TEST_F(LayoutSolverTest, HoldsWhatIsRequiredWhenCoefficientsLieFarApart) {
+  const auto a = var(), b = var(), c = var();
+  const auto least = a * 1000 + c * 0.001 - 46;
+  const auto same = c - a + b * 0.001 - 31;
+  add(least >= 0);
+  add((a + b >= 46) | 999);
+  add(same == 0);
+  add((c == -6) | 250);
+  EXPECT_GE(value(least), -1e-6);
+  EXPECT_NEAR(value(same), 0, 1e-9);
+  EXPECT_GE(value(a + b), 46 - 1e-6);
+  EXPECT_NEAR(value(c), -6, 1e-6);
+  EXPECT_THAT(solver.takeConflicts(), IsEmpty());
+}
+
+TEST_F(LayoutSolverTest, CountsTheViolationsOfAWishInItsOwnUnitsHoweverLargeTheyAre) {
+  const auto x = var(), y = var();
+  add(x + y == 100);
+  add((x * 1e6 == 10e6) | 250);
+  add((y * 1e-6 == 10e-6) | 250);
+  EXPECT_NEAR(value(x), 10, 1e-6);
+}
+
+TEST_F(LayoutSolverTest, PublishesOnlyFiniteNumbersAndKeepsTheMeaningOfOthers) {
+  constexpr double huge = 1e308;
+  const double infinity = std::numeric_limits<double>::infinity(), none = std::nan("");
+  const auto x = var(), y = var(), z = var(), far = var(), last = var();
+  add(x <= huge);
+  add(x >= -infinity);
+  add((x == 20) | 250);
+  add((y * (huge / 10) == 4 * (huge / 10)) | 250);
+  add(x + z == 50);
+  add((z == huge) | 100);
+  add(z * none == 1);
+  add(z * infinity == 1);
+  add((far == huge) | 999);
+  add(last == far * huge);
+  const auto moved = add((y >= 1) | 100);
+  EXPECT_NEAR(value(x), 20, 1e-9);
+  EXPECT_NEAR(value(y), 4, 1e-9);
+  EXPECT_NEAR(value(z), 30, 1e-9);
+  for (const double constant : {none, -infinity, huge}) {
+    solver.setConstant(moved, constant);
+    for (const auto& each : {x, y, z, far, last}) EXPECT_TRUE(std::isfinite(value(each))) << constant;
+  }
+  EXPECT_NEAR(value(z), 30, 1e-9);
 }
 
 }  // namespace

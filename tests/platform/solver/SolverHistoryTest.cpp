@@ -97,6 +97,19 @@ class Asked {
     variables_[0] = solver_.addVariable();
   }
 
+  /// Says what differs from a solver for layout that is asked all at once.
+  std::string compareWithFresh() {
+    solver_.solve();
+    Asked fresh(unknowns_);
+    for (const Each& each : asked_) fresh.add(each.constraint, each.rank);
+    fresh.solver_.solve();
+    for (std::size_t i = 0; i < asked_.size(); ++i) {
+      if (solver_.yields(asked_[i].id) == fresh.solver_.yields(fresh.asked_[i].id)) continue;
+      return "rank " + std::to_string(asked_[i].rank) + " yields in one only";
+    }
+    return "";
+  }
+
   /// Says what differs from the plain solver, nothing when all is well.
   std::string compare() {
     solver_.solve();
@@ -161,6 +174,29 @@ TEST_P(LongHistories, OfTheLayoutSolverAgreeWithThePlainOneOnWhatHoldsWhatYields
     }
     if (history.pick(0, 2) != 0) continue;
     ASSERT_EQ(asked.compare(), "") << "step " << step;
+  }
+}
+
+/// Hundreds of requirements on a dozen unknowns, of which only a few can hold at any time.
+TEST(CrowdedHistories, EndAsAFreshSolverEndsAndAsThePlainOneDoes) {
+  for (unsigned seed = 1; seed <= 12; ++seed) {
+    SolverHistory history(seed, 6);
+    Asked asked(history.unknowns());
+    for (std::uint64_t step = 1; step <= 500; ++step) {
+      const int what = history.pick(0, 9);
+      if (what < 7) {
+        HistoryConstraint made = history.next();
+        if (history.pick(0, 1) == 0) made.priority = 1000;
+        asked.add(made, step);
+      } else if (asked.size() > 0 && what == 7) {
+        asked.remove(history.index(asked.size()));
+      } else if (asked.size() > 0) {
+        asked.move(history.index(asked.size()), history.pick(-60, 60));
+      }
+      if (step % 20 != 0) continue;
+      ASSERT_EQ(asked.compare(), "") << "seed " << seed << ", step " << step;
+    }
+    ASSERT_EQ(asked.compareWithFresh(), "") << "seed " << seed;
   }
 }
 
