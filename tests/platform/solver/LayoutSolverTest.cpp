@@ -158,7 +158,7 @@ TEST_F(LayoutSolverTest, LeavesWhatNothingDecidesAtZeroAgain) {
 TEST_F(LayoutSolverTest, HoldsWhatIsRequiredWhenCoefficientsLieFarApart) {
   const auto a = var(), b = var(), c = var();
   const auto least = a * 1000 + c * 0.001 - 46;
-  const auto same = c - a + b * 0.001 - 31;
+  const auto same = a * -1 + c + b * 0.001 - 31;
   add(least >= 0);
   add((a + b >= 46) | 999);
   add(same == 0);
