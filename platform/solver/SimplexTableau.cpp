@@ -236,7 +236,9 @@ template <class Number>
 void SimplexTableau<Number>::substitute(SimplexSymbol symbol, RowIndex by) {
   affected_.clear();
   affected_.swap(slots_[symbol >> 2].column);
-  for (const RowIndex index : affected_) {
+  // The last first: they stand last in the columns that they leave, which are searched from the end.
+  for (auto at = affected_.rbegin(); at != affected_.rend(); ++at) {
+    const RowIndex index = *at;
     Row& row = rows_[index];
     const Number coefficient = find(row.cells, symbol);
     row.constant += coefficient * rows_[by].constant;
