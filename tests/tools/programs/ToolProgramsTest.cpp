@@ -80,6 +80,24 @@ TEST_F(ToolProgramsTest, InspectWritesASnapshotAndAPictureOfEachScreen) {
   }
 }
 
+TEST_F(ToolProgramsTest, InspectKnowsAllScreensAndWhatAroundOneWasActedOn) {
+  const Ended all = inspect({"--all", "--out", path("all")});
+  EXPECT_EQ(all.code, 0) << all.error;
+  const Ended usage = inspect({"--help"});
+  std::istringstream lines(usage.output.substr(usage.output.find("screens:\n") + 9));
+  int screens = 0;
+  for (std::string name, rest; lines >> name && std::getline(lines, rest); ++screens) {
+    EXPECT_THAT(all.output, HasSubstr(name + " "));
+    EXPECT_TRUE(read("all/" + name + ".json").ends_with("}\n")) << name;
+    EXPECT_TRUE(read("all/" + name + ".png").starts_with("\x89PNG")) << name;
+  }
+  EXPECT_GT(screens, 5);
+  const Ended acted = inspect({"shop", "--acted", "product-sencha", "--out", path("acted")});
+  EXPECT_EQ(acted.code, 0) << acted.error;
+  EXPECT_THAT(read("all/shop.json"), HasSubstr("\"actionElement\":"));
+  EXPECT_NE(read("acted/shop.json"), read("all/shop.json"));
+}
+
 TEST_F(ToolProgramsTest, InspectSaysWhatItCannotDo) {
   for (const std::vector<std::string>& words :
        std::vector<std::vector<std::string>>{{}, {"no-such-screen"}, {"shop", "--out"}, {"--help"}}) {
@@ -112,6 +130,12 @@ TEST_F(ToolProgramsTest, PlayRefusesWhatIsNoListOfSteps) {
   EXPECT_THAT(play({}).error, HasSubstr("usage: play"));
   EXPECT_THAT(play({"-", "nowhere"}).error, HasSubstr("the shop has no screen \"nowhere\""));
   EXPECT_THAT(play({path("none.json"), "shop"}).error, HasSubstr("cannot be read"));
+  write("occupied", "a file where a folder is wanted");
+  const Ended unwritten =
+      play({"-", "shop", "--pictures", path("occupied/below")}, stepsPressing("product-sencha", "ShopScreen"));
+  EXPECT_EQ(unwritten.code, 2);
+  EXPECT_THAT(unwritten.error, HasSubstr("occupied/below: "));
+  EXPECT_THAT(unwritten.output, IsEmpty()) << "nothing is played whose pictures would be lost";
   for (const char* bad : {"", "{", "[1]", R"([{"elementId":"a"}])", "[]"}) {
     const Ended ended = play({"-", "shop"}, bad);
     EXPECT_EQ(ended.code, 2) << bad;
