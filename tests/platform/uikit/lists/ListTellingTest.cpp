@@ -37,6 +37,10 @@ class Diary : public Object<Diary, Sheet> {
   void didUnhighlight(const Ref<NSObject>&, IndexPath path) {
     journal.note("unhighlight" + std::to_string(path.row()));
   }
+  /// A section is named after its first row.
+  std::string title(const Ref<NSObject>&, std::int64_t section) {
+    return sections.at(static_cast<std::size_t>(section)).front();
+  }
   std::string footer(const Ref<NSObject>&, std::int64_t section) { return "foot " + std::to_string(section); }
   static void exportMethods(MethodTable<Diary>& table) {
     table.add<&Diary::willDisplay>("tableView:willDisplayCell:forRowAtIndexPath:");
@@ -44,6 +48,7 @@ class Diary : public Object<Diary, Sheet> {
     table.add<&Diary::shouldHighlight>("tableView:shouldHighlightRowAtIndexPath:");
     table.add<&Diary::didHighlight>("tableView:didHighlightRowAtIndexPath:");
     table.add<&Diary::didUnhighlight>("tableView:didUnhighlightRowAtIndexPath:");
+    table.add<&Diary::title>("tableView:titleForHeaderInSection:");
   }
 
  private:
@@ -62,6 +67,10 @@ class ListTellingTest : public TableFixture {
   std::string told() { return sheet->journal.take(); }
   double shownTop(const UITableViewCell& cell) const { return cell.layer()->presentationLayer()->frame().minY(); }
   double shownAlpha(const UITableViewCell& cell) const { return cell.layer()->presentationLayer()->opacity(); }
+  static std::string titleOf(const Ref<UIView>& view) {
+    const auto header = as<UITableViewHeaderFooterView>(view);
+    return header ? *header->textLabel()->text() : "(none)";
+  }
   Ref<UITableViewCell> cellAt(std::int64_t row, std::int64_t section = 0) const {
     return table->cellForRowAtIndexPath(IndexPath(row, section));
   }
@@ -83,6 +92,8 @@ TEST_F(ListTellingTest, WhatComesIsToldByItsNewPathAndWhatGoesByItsOld) {
   });
   EXPECT_EQ(told(), "+n0@0.0 +n1@0.1 +n2@0.2");
   EXPECT_EQ(cellAt(0, 1), moved);
+  EXPECT_EQ(titleOf(table->headerViewForSection(0)), "n0");
+  EXPECT_EQ(titleOf(table->headerViewForSection(1)), "c1");
   EXPECT_EQ(table->indexPathsForSelectedRows(), std::vector<IndexPath>{IndexPath(1, 1)});
   advance(1);
   EXPECT_EQ(told(), "-a0@0.0 -a1@0.1 -b0@1.0") << "the paths that they had";
@@ -102,6 +113,7 @@ TEST_F(ListTellingTest, WhatComesIsToldByItsNewPathAndWhatGoesByItsOld) {
 }
 
 TEST_F(ListTellingTest, AReloadedRowFadesInItsPlaceAndAMovedOneSlidesFromItsOld) {
+  table->setSectionHeaderHeight(0);
   table->setRowHeight(50);
   const auto diary = make<Diary>();
   diary->sections = Sheet::numbered(60)->sections;
@@ -157,6 +169,14 @@ TEST_F(ListTellingTest, LightAndChoiceAreToldInOrderAndFadeOnlyWhereThatIsWished
   table->selectRow(IndexPath(6, 0), false, Position::none);
   table->deselectRow(IndexPath(6, 0), false);
   EXPECT_EQ(told(), "dark~ lit dark");
+  table->selectRow(IndexPath(6, 0), false, Position::none);
+  NoticedRow::journal = nullptr;
+  table->reloadData();
+  settle();
+  EXPECT_EQ(table->indexPathForSelectedRow(), std::nullopt);
+  EXPECT_FALSE(cellAt(6)->isSelected());
+  told();
+  NoticedRow::journal = &diary->journal;
 
   const CGPoint at = cellAt(2)->convertPoint({50, 10}, nullptr);
   const auto rest = [&](UITouchPhase phase, CGPoint point) {
@@ -171,6 +191,42 @@ TEST_F(ListTellingTest, LightAndChoiceAreToldInOrderAndFadeOnlyWhereThatIsWished
   EXPECT_FALSE(cellAt(2)->isHighlighted());
   rest(UITouchPhase::ended, at);
   EXPECT_EQ(told(), "") << "what does not light up cannot be chosen";
+}
+
+/// Counts how often each cell came and went, and lets a test act as one goes.
+class Gatekeeper : public Object<Gatekeeper, Sheet> {
+ public:
+  std::map<NSObject*, int> inside;
+  std::function<void()> onLeave;
+  void willDisplay(const Ref<NSObject>&, const Ref<NSObject>& cell, IndexPath) { EXPECT_EQ(++inside[cell.get()], 1); }
+  void didEnd(const Ref<NSObject>&, const Ref<NSObject>& cell, IndexPath) {
+    EXPECT_EQ(--inside[cell.get()], 0) << "gone twice";
+    if (onLeave) std::exchange(onLeave, nullptr)();
+  }
+  static void exportMethods(MethodTable<Gatekeeper>& table) {
+    table.add<&Gatekeeper::willDisplay>("tableView:willDisplayCell:forRowAtIndexPath:");
+    table.add<&Gatekeeper::didEnd>("tableView:didEndDisplayingCell:forRowAtIndexPath:");
+  }
+};
+
+TEST_F(ListTellingTest, ACellThatCameGoesOnceAlsoWhenTheHostReloadsWhileItScrolls) {
+  const auto keeper = make<Gatekeeper>();
+  table->setRowHeight(50);
+  keeper->sections = Sheet::numbered(300)->sections;
+  use(keeper);
+  for (int i = 1; i < 12; ++i) {
+    keeper->onLeave = [&] { table->reloadData(); };
+    table->setContentOffset({0, i * 330.0});
+    settle();
+    EXPECT_EQ(textAt(i * 7), "row " + std::to_string(i * 7));
+  }
+  table->setContentOffset({0, 0});
+  table->scrollToRow(IndexPath(50, 0), Position::top, true);
+  advance(0.1);
+  table->setTableHeaderView(make<UIView>(CGRect{0, 0, 10, 100}));
+  table->reloadData();
+  advance(2);
+  EXPECT_EQ(table->contentOffset().y, 2500) << "which row was meant is not known any more";
 }
 
 // ---- Cells, headers and footers of several kinds
@@ -213,10 +269,6 @@ TEST_F(ListTellingTest, CellsHeadersAndFootersOfSeveralKindsAreNotMixedUp) {
   const auto diary = make<MixedDiary>();
   diary->sections.assign(60, std::vector<std::string>(7));
   use(diary);
-  const auto titleOf = [](const Ref<UIView>& view) {
-    const auto header = as<UITableViewHeaderFooterView>(view);
-    return header ? *header->textLabel()->text() : "(none)";
-  };
   for (double y = 0; y < 9000; y += 130) {
     table->setContentOffset({0, y});
     settle();
@@ -249,6 +301,7 @@ TEST_F(ListTellingTest, CellsHeadersAndFootersOfSeveralKindsAreNotMixedUp) {
 class Shelf : public Object<Shelf, NSObject> {
  public:
   std::vector<int> counts{5, 5};
+  std::string names = "abcdefghijklmnopqrstuvwxyzABCDEF";
   Journal journal;
   std::int64_t sections(const Ref<NSObject>&) { return std::ssize(counts); }
   std::int64_t count(const Ref<NSObject>&, std::int64_t section) {
@@ -260,6 +313,7 @@ class Shelf : public Object<Shelf, NSObject> {
   Ref<UICollectionReusableView> edge(const Ref<UICollectionView>& view, std::string kind, IndexPath path) {
     const auto edge = view->dequeueReusableSupplementaryView(kind, "edge", path);
     edge->setTag(path.section());
+    edge->setAccessibilityLabel(names.substr(static_cast<std::size_t>(path.section()), 1));
     return edge;
   }
   void didSelect(const Ref<NSObject>&, IndexPath path) { journal.note("select" + name(path)); }
@@ -311,6 +365,17 @@ class ShelfTellingTest : public AppFixture {
     }
     std::sort(found.begin(), found.end());
     return found;
+  }
+  /// The names of the headers (footers) that are there, from top to bottom.
+  template <class Edge>
+  std::string named() const {
+    std::map<double, std::string> found;
+    for (const Ref<UIView>& child : view->subviews()) {
+      if (as<Edge>(child)) found[child->frame().minY()] += child->accessibilityLabel().value_or("?");
+    }
+    std::string all;
+    for (const auto& [top, label] : found) all += label;
+    return all;
   }
   Ref<Shelf> shelf = make<Shelf>();
   Ref<UICollectionViewFlowLayout> layout = make<UICollectionViewFlowLayout>();
@@ -365,7 +430,9 @@ TEST_F(ShelfTellingTest, ItemsHeadersAndFootersOfSeveralKindsAreNotMixedUp) {
   view->setContentOffset({0, 0});
   view->reloadData();
   settle();
+  EXPECT_EQ(named<Head>() + named<Foot>(), "abcabc");
   shelf->counts = {2, 1, 3};
+  shelf->names = "bnc";
   view->performBatchUpdates([&] {
     view->deleteSections({0});
     view->insertSections({1});
@@ -373,6 +440,7 @@ TEST_F(ShelfTellingTest, ItemsHeadersAndFootersOfSeveralKindsAreNotMixedUp) {
   advance(1);
   EXPECT_EQ(edges<Head>(), (std::vector<std::int64_t>{0, 1, 2}));
   EXPECT_EQ(edges<Foot>(), (std::vector<std::int64_t>{0, 1, 2}));
+  EXPECT_EQ(named<Head>() + named<Foot>(), "bncbnc") << "each of its own section";
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include "platform/graphics/UIImage.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/text/UndoManager.h"
 #include "tests/platform/uikit/text/TextEditingFixture.h"
 
 // What a hand does to a text is the same in a field and in a text view.
@@ -213,6 +216,91 @@ TYPED_TEST(TextEditingTest, EditingEndsWithTheWindowAndALongPressThatIsLiftedIsN
   this->settle();
   this->longPress(this->at(3), 0.4);
   EXPECT_EQ(this->offered(), "");
+}
+
+TYPED_TEST(TextEditingTest, AttributesStayWithATextThatIsEditedAndGoWithThePlainOneThatIsSet) {
+  const auto& text = this->text;
+  NSTextAttributes attributes;
+  attributes.font = UIFont::systemFont(30);
+  attributes.foregroundColor = UIColor(1, 0, 0, 1);
+  text->insertText("before");
+  text->setAttributedText(make<NSAttributedString>("green", attributes));
+  EXPECT_FALSE(text->undoManager()->canUndo());
+  text->insertText(" tea");
+  EXPECT_EQ(text->attributedText()->string(), "green tea");
+  EXPECT_EQ(text->attributedText()->attributes().foregroundColor, attributes.foregroundColor);
+  EXPECT_EQ(text->attributedText()->attributes().font->pointSize(), 30);
+  this->settle();
+  const std::string red = UIApplication::shared().screenshot()->pngRepresentation();
+  text->setText("green tea");
+  this->settle();
+  EXPECT_NE(UIApplication::shared().screenshot()->pngRepresentation(), red);
+  EXPECT_NE(text->attributedText()->attributes().font->pointSize(), 30);
+  text->setAttributedText(nullptr);
+  EXPECT_EQ(text->text(), std::nullopt);
+}
+
+using FieldTest = TextEditingFixture<UITextField>;
+
+TEST_F(FieldTest, AFingerFindsTheLettersOfAnAlignedText) {
+  text->setText("tea");
+  text->becomeFirstResponder();
+  TextStyle style;
+  style.font = text->font();
+  const double width = TextLayout::measure("tea", style).width;
+  const std::pair<NSTextAlignment, double> table[] = {
+      {NSTextAlignment::left, 0}, {NSTextAlignment::center, (300 - width) / 2}, {NSTextAlignment::right, 300 - width}};
+  for (const auto& [alignment, left] : table) {
+    SCOPED_TRACE(left);
+    text->setTextAlignment(alignment);
+    for (const std::int64_t position : {0, 1, 2, 3}) {
+      const double x =
+          TextLayout::measure(std::string("tea").substr(0, static_cast<std::size_t>(position)), style).width;
+      tap(CGPoint{20 + left + x + (position == 0 ? 1 : -1), 118});
+      advance(1);
+      EXPECT_EQ(text->selectedRange(), (NSRange{position, 0}));
+    }
+  }
+}
+
+TEST_F(FieldTest, OneThatEmptiesItselfAsEditingBeginsCanBeAskedForWhatWasThere) {
+  text->setText("old");
+  text->setClearsOnBeginEditing(true);
+  text->becomeFirstResponder();
+  EXPECT_EQ(shown(), "|");
+  keys({command("z")});
+  EXPECT_EQ(text->text(), "old");
+  text->resignFirstResponder();
+  const auto refusal = make<Refusal>();
+  text->setDelegate(refusal);
+  text->becomeFirstResponder();
+  EXPECT_EQ(text->text(), "old") << "its delegate keeps it";
+  EXPECT_EQ(refusal->asked, 1);
+}
+
+TEST_F(FieldTest, AccessoriesTakeTheirRoomOnlyWhileTheyAreShown) {
+  const auto left = make<UIView>(CGRect{0, 0, 30, 20});
+  const auto right = make<UIView>(CGRect{0, 0, 40, 20});
+  text->setLeftView(left);
+  text->setRightView(right);
+  text->setLeftViewMode(UITextFieldViewMode::whileEditing);
+  text->setRightViewMode(UITextFieldViewMode::unlessEditing);
+  text->setClearButtonMode(UITextFieldViewMode::whileEditing);
+  text->setText("tea");
+  settle();
+  EXPECT_TRUE(left->isHidden());
+  EXPECT_FALSE(right->isHidden());
+  EXPECT_EQ(text->textRect(text->bounds()), CGRect(0, 0, 260, 36));
+  text->becomeFirstResponder();
+  settle();
+  EXPECT_FALSE(left->isHidden());
+  EXPECT_TRUE(right->isHidden());
+  EXPECT_EQ(text->editingRect(text->bounds()).minX(), 30);
+  EXPECT_EQ(text->editingRect(text->bounds()).maxX(), text->clearButtonRect(text->bounds()).minX() - 2);
+  keys({command("a"), key(Code::backspace)});
+  EXPECT_EQ(text->editingRect(text->bounds()).maxX(), 300) << "an empty text has nothing to clear";
+  text->setLeftView(nullptr);
+  EXPECT_EQ(left->superview(), nullptr);
 }
 
 }  // namespace
