@@ -361,7 +361,8 @@ TEST_F(DesktopTest, ShowsFramesAsTheApplicationChanges) {
 TEST_F(DesktopTest, KeysEditATextAndAFingerThatIsCancelledPressesNothing) {
   const auto window = make<UIWindow>(UIScreen::main().bounds());
   const auto root = make<UIViewController>();
-  const auto button = make<UIButton>(CGRect{20, 100, 100, 44});
+  // A cancelled touch is told at the window's corner: the button lies there too, so that an ended one would press it.
+  const auto button = make<UIButton>(CGRect{0, 0, 120, 150});
   const auto text = make<UITextView>(CGRect{20, 160, 300, 100});
   root->view()->addSubview(button);
   root->view()->addSubview(text);
