@@ -107,8 +107,8 @@ class BasicSimplexSolver {
   std::vector<LayoutConstraintId> markerOwners_;  // by symbol index
   std::uint64_t pivotsBefore_ = 0;                // of tableaux that were given up
   std::uint64_t pivotsWhenNew_ = 0;
-  std::uint64_t checkedAt_ = 0;  // pivots when the tableau was last found sound
-  std::size_t removals_ = 0;     // since the tableau was made
+  std::uint64_t checkedAt_ = 0;    // pivots when the tableau was last found sound
+  std::size_t removals_ = 0;       // since the tableau was made
   std::vector<Refusal> refusals_;  // of the last rebuild
   Number ownFactor_ = 1;           // of the constraint that was refused last, in what was left of its equation
   bool isShifted_ = false;
