@@ -32,7 +32,7 @@ namespace platform {
 /// Where that is in doubt the constraints that hang together with the doubtful ones are taken by rank by a solver of
 /// their own: when much has to be turned round, to decide what yields; when coefficients lie far apart, or what must
 /// hold is missed, to find the values too, in numbers of twice the length (of at most `carefulLimit` constraints: more
-/// would take too long).
+/// would take too long, and are left as following the changes found them).
 ///
 /// Owner: its creator. Thread: any one at a time. Failure: see above; nothing throws. Values are always finite,
 /// whatever numbers were given: what cannot be calculated with is cut off as ConstraintGraph says. A constraint with a

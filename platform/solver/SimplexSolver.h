@@ -31,7 +31,8 @@ namespace platform {
 /// and is told with the ones it contradicts; nothing throws. Numbers must be finite (the caller checks).
 ///
 /// `SimplexSolver` is quick and good for coefficients within a few powers of ten of one another. `CarefulSimplexSolver`
-/// takes about ten times as long and any that lie 1e12 apart.
+/// calculates in numbers of twice the length and is slower. Where several coefficients 1e6 apart meet it may still take
+/// what is small for 0 and miss what is required.
 template <class Number>
 class BasicSimplexSolver {
  public:
