@@ -107,8 +107,10 @@ class History {
 
 void solver(std::string_view input) {
   constexpr double factors[] = {-1, -1, 1, -0.5}, priorities[] = {1000, 1000, 999, 750, 250};
+  // What was kept before there were such histories goes on meaning what it meant.
+  const bool isWide = input.starts_with("\xff\xff");
   History history;
-  std::size_t at = 0;
+  std::size_t at = isWide ? 2 : 0;
   const auto next = [&] { return at < input.size() ? static_cast<unsigned char>(input[at++]) : 0u; };
   for (int step = 0; at < input.size() && step < 2000; ++step) {
     const unsigned what = next();
@@ -118,9 +120,9 @@ void solver(std::string_view input) {
       history.add({a, b, 1, factors[kind % 4], static_cast<double>(next()) - 128, priorities[kind / 4 % 5],
                    static_cast<NSLayoutRelation>(static_cast<int>(kind / 20 % 3) - 1)},
                   static_cast<std::uint64_t>(step));
-    } else if (what < 190) {
+    } else if (what < (isWide ? 190u : 200u)) {
       history.remove(next());
-    } else if (what < 200) {  // coefficients and constants far from the others
+    } else if (isWide && what < 200) {  // coefficients and constants far from the others
       constexpr double scales[] = {1e3, 1e-3, 1e6, 1e-6}, extremes[] = {1e308, -1e308, 1e9, 1e20};
       const std::size_t a = next() % unknowns, b = (a + 1 + next() % (unknowns - 1)) % unknowns;
       const unsigned kind = next(), constant = next();
@@ -128,7 +130,7 @@ void solver(std::string_view input) {
                    constant >= 252 ? extremes[constant % 4] : static_cast<double>(constant) - 128,
                    priorities[kind / 64 % 4], static_cast<NSLayoutRelation>(static_cast<int>(what % 3) - 1)},
                   static_cast<std::uint64_t>(step));
-    } else if (what < 208) {  // a ring of inequalities, which can be or not
+    } else if (isWide && what < 208) {  // a ring of inequalities, which can be or not
       const std::size_t first = next() % unknowns, count = 2 + next() % (unknowns - 1);
       const double gap = static_cast<double>(next()) - 250;
       for (std::size_t i = 0; i < count; ++i) {
