@@ -1,8 +1,8 @@
 #include "lumicor/ui/LumicorImageCache.h"
 
+#include "lumicor/ui/LumicorAnimatedImage.h"
 #include "platform/foundation/URLSession.h"
 #include "platform/foundation/URLSessionTask.h"
-#include "platform/graphics/PictureBudget.h"
 
 namespace lumicor {
 
@@ -69,7 +69,7 @@ void LumicorImageCache::fetch(const std::string& address, std::function<void(con
   const auto received = [key, completion = std::move(completion)](const auto& data, const auto&, const auto& error) {
     if (error || !data) return;
     decodingQueue().async([key, completion, data = *data] {
-      const Ref<UIImage> image = UIImage::imageWithData(data, PictureBudget::forAddresses());
+      const Ref<UIImage> image = downloadedImage(data);
       if (!image) return;
       shared().setImage(image, key);
       DispatchQueue::main().async([image, completion] { completion(image); });
