@@ -84,6 +84,8 @@ class TextLayout {
   const std::vector<TextLine>& lines() const { return lines_; }
   /// True when a mark stands for text that was left out, or lines were.
   bool isTruncated() const { return truncated_; }
+  /// Letters of the lines that no font on this machine has: they show as boxes.
+  virtual std::size_t missingGlyphs() const = 0;
   double firstBaseline() const { return lines_.front().baseline; }
   double lastBaseline() const { return lines_.back().baseline; }
 

@@ -13,10 +13,12 @@ namespace {
 
 std::atomic<bool> isMade{false};
 
-/// Qt's warnings go where the platform's do. What it says about the machine when nobody sees a window is left out.
+/// Qt's warnings go where the platform's do. What it says about the machine when nobody sees a window,
+/// and about letters that another font draws, is left out.
 void tell(QtMsgType type, const QMessageLogContext&, const QString& message) {
   if (type == QtDebugMsg || type == QtInfoMsg) return;
-  if (message.contains(QLatin1String("XDG_RUNTIME_DIR")) || message.contains(QLatin1String("propagateSizeHints"))) {
+  if (message.contains(QLatin1String("XDG_RUNTIME_DIR")) || message.contains(QLatin1String("propagateSizeHints")) ||
+      message.contains(QLatin1String("OpenType support missing"))) {
     return;
   }
   std::fprintf(stderr, "engine: %s\n", message.toUtf8().constData());

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/engine/TextLayout.h"
+#include "platform/engine/qt/QtEmoji.h"
 #include "platform/engine/qt/QtFonts.h"
 #include "platform/engine/qt/QtTextLayout.h"
 
@@ -66,11 +67,13 @@ std::unique_ptr<QTextLayout> QtShapedText::newLayout(const QString& text) const 
   option.setTextDirection(Qt::LayoutDirectionAuto);
   layout->setTextOption(option);
   layout->setCacheEnabled(true);
+  QList<QTextLayout::FormatRange> formats = emojiRanges(text, layout->font());
   if (isUnderlined()) {
     QTextLayout::FormatRange range{0, static_cast<int>(text.size()), {}};
     range.format.setFontUnderline(true);
-    layout->setFormats({range});
+    formats.append(range);
   }
+  if (!formats.isEmpty()) layout->setFormats(formats);
   return layout;
 }
 

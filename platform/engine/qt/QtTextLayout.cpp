@@ -97,14 +97,12 @@ void QtTextLayout::shorten(qsizetype start, qsizetype end, bool moreFollows) {
 }
 
 QString QtTextLayout::shortened(const QString& text, bool moreFollows, qsizetype& kept) const {
-  const QFont font = qtShaped_->qtFont();
   const auto measured = [&](const QString& part) {
-    QTextLayout layout(part, font);
-    return setAsOneLine(layout).naturalTextWidth();
+    return setAsOneLine(*qtShaped_->newLayout(part)).naturalTextWidth();
   };
   const double room = std::max(0.0, std::min(width_, endless) - measured(QString(ellipsis)));
-  QTextLayout whole(text, font);
-  const QTextLine line = setAsOneLine(whole);
+  const auto whole = qtShaped_->newLayout(text);
+  const QTextLine line = setAsOneLine(*whole);
   const qsizetype size = text.size();
   kept = size;
   if (moreFollows && widthOf(line, 0, size) <= room) return text + ellipsis;
@@ -118,7 +116,7 @@ QString QtTextLayout::shortened(const QString& text, bool moreFollows, qsizetype
       fits ? low = middle : high = middle - 1;
     }
     // Not inside a letter of several units.
-    while (low > 0 && !whole.isValidCursorPosition(static_cast<int>(fromFront ? low : size - low))) --low;
+    while (low > 0 && !whole->isValidCursorPosition(static_cast<int>(fromFront ? low : size - low))) --low;
     return low;
   };
   const auto trimmedEnd = [](QString part) {
@@ -189,7 +187,7 @@ QTextLayout& QtTextLayout::layoutOf(const SetLine& wanted) const {
 
 QTextLine QtTextLayout::qtLine(std::size_t line) const { return layoutOf(set_[line]).lineAt(set_[line].line); }
 
-void QtTextLayout::draw(QPainter& painter, QPointF origin) const {
+const QList<QGlyphRun>& QtTextLayout::glyphs() const {
   if (!hasGlyphs_) {
     hasGlyphs_ = true;
     for (std::size_t i = 0; i < set_.size(); ++i) {
@@ -197,7 +195,20 @@ void QtTextLayout::draw(QPainter& painter, QPointF origin) const {
       if (qt.textLength() > 0) glyphs_.append(qt.glyphRuns(qt.textStart(), qt.textLength()));
     }
   }
-  for (const QGlyphRun& run : glyphs_) painter.drawGlyphRun(origin, run);
+  return glyphs_;
+}
+
+void QtTextLayout::draw(QPainter& painter, QPointF origin) const {
+  for (const QGlyphRun& run : glyphs()) painter.drawGlyphRun(origin, run);
+}
+
+std::size_t QtTextLayout::missingGlyphs() const {
+  std::size_t missing = 0;
+  for (const QGlyphRun& run : glyphs()) {
+    const QList<quint32> indexes = run.glyphIndexes();
+    missing += static_cast<std::size_t>(std::count(indexes.begin(), indexes.end(), 0u));
+  }
+  return missing;
 }
 
 double QtTextLayout::caretX(std::size_t line, std::size_t index) const {

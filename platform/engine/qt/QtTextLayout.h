@@ -21,6 +21,7 @@ class QtTextLayout final : public TextLayout {
   ~QtTextLayout() override;
 
   void draw(QPainter& painter, QPointF origin) const;
+  std::size_t missingGlyphs() const override;
 
  protected:
   double caretX(std::size_t line, std::size_t index) const override;
@@ -30,6 +31,7 @@ class QtTextLayout final : public TextLayout {
   bool isWordBoundary(std::size_t index) const override { return source().isWordBoundary(index); }
 
  private:
+  const QList<QGlyphRun>& glyphs() const;
   /// Part of the source.
   struct Units {
     qsizetype start;
@@ -62,7 +64,7 @@ class QtTextLayout final : public TextLayout {
   std::shared_ptr<QtShapedText> qtShaped_;
   std::unique_ptr<QTextLayout> shortened_;
   std::vector<SetLine> set_;
-  mutable QList<QGlyphRun> glyphs_;  ///< once it was drawn
+  mutable QList<QGlyphRun> glyphs_;  ///< see glyphs()
   mutable bool hasGlyphs_ = false;
 };
 

@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include "platform/engine/TextLayout.h"
+#include "platform/graphics/CGContext.h"
 #include "platform/graphics/UIFont.h"
+#include "platform/graphics/UIGraphicsImageRenderer.h"
 
 namespace platform {
 namespace {
@@ -210,6 +214,58 @@ TEST(TextLayout, BoundsEnormousTexts) {
   const CGSize size = TextLayout::measure(std::string(1'000'000, 'W'), giant);
   EXPECT_GT(size.width, 0);
   EXPECT_LT(size.width, 4e7);
+}
+
+TEST(TextScripts, FindsAFontForEveryLetter) {
+  constexpr const char* samples[] = {
+      "The kettle is on — “tea”, 5 °C, €3", "Ευχαριστώ πολύ", "Спасибо, чай готов", "Շնորհակալություն", "გმადლობთ",
+      "תודה רבה", "شكرا جزيلا، الشاي جاهز", "धन्यवाद, चाय तैयार है", "ধন্যবাদ, চা তৈরি", "நன்றி, தேநீர் தயார்",
+      "ขอบคุณ ชาพร้อมแล้ว", "谢谢，茶泡好了", "ありがとう、お茶が入りました", "감사합니다, 차가 준비되었습니다", "አመሰግናለሁ",
+      "😀 ❤ ❤️ 👩‍👩‍👧‍👦 👍🏽 🇯🇵 7️⃣ ☕"};
+  for (const char* sample : samples) {
+    const auto layout = TextLayout::make(sample, styled());
+    EXPECT_EQ(layout->missingGlyphs(), 0u) << sample;
+    EXPECT_GT(layout->size().width, 20) << sample;
+  }
+  EXPECT_EQ(TextLayout::make("\U000FFFFD", styled())->missingGlyphs(), 1u) << "for private use: nobody has it";
+}
+
+/// How many pixels of the text, drawn in black, have a colour, and how many are black.
+struct Ink {
+  int coloured = 0;
+  int black = 0;
+};
+Ink inkOf(const char* text) {
+  const auto layout = TextLayout::make(text, styled());
+  const auto image = UIGraphicsImageRenderer(layout->size()).imageWithActions([&](CGContext& context) {
+    context.drawText(layout, {}, UIColor::black());
+  });
+  Ink ink;
+  for (int y = 0; y < image->cgImage()->height(); ++y) {
+    for (int x = 0; x < image->cgImage()->width(); ++x) {
+      const UIColor color = image->cgImage()->color(x, y);
+      if (color.alpha() < 0.5) continue;
+      const auto [least, most] = std::minmax({color.red(), color.green(), color.blue()});
+      ink.coloured += most - least > 0.3;
+      ink.black += most < 0.1;
+    }
+  }
+  return ink;
+}
+
+TEST(TextScripts, ShowsEmojiInColourUnlessTheTextWantsLetters) {
+  for (const char* emoji : {"😀", "❤", "❤️", "☀️", "👩‍🚀", "👍🏽", "🇯🇵"}) {
+    SCOPED_TRACE(emoji);
+    EXPECT_GT(inkOf(emoji).coloured, 100);
+    EXPECT_LT(inkOf(emoji).black, 20);
+  }
+  for (const char* letters : {"❤︎", "→ 5 # ©", "tea"}) {
+    SCOPED_TRACE(letters);
+    EXPECT_EQ(inkOf(letters).coloured, 0);
+    EXPECT_GT(inkOf(letters).black, 20);
+  }
+  const double line = TextLayout::make("tea", styled())->size().height;
+  EXPECT_EQ(TextLayout::make("tea 😀", styled())->size().height, line) << "emoji do not push lines apart";
 }
 
 }  // namespace
