@@ -15,6 +15,7 @@ constexpr double outerMargin = 16;    // from the label to the row's top and bot
 constexpr double bubblePadding = 10;  // from the text to the bubble's edge
 constexpr double sideMargin = 32;     // from the text to the row's side
 constexpr double maximumTextWidth = 250;
+constexpr double typingBubbleWidth = TLTypingChatMessageCell::width + 2 * 16;
 
 /// The colours of a cell that was given no layout. The second one has eight digits and so leads with its alpha: clear.
 constexpr const char* plainReceiveBubble = "#d3d3d3";
@@ -51,7 +52,7 @@ void TLChatMessageCell::makeConstraints() {
   widthLimit->setPriority(UILayoutPriorityDefaultHigh);
   leadingConstraint_ = messageLabel_->leadingAnchor().constraintEqualToAnchor(content->leadingAnchor(), sideMargin);
   trailingConstraint_ = messageLabel_->trailingAnchor().constraintEqualToAnchor(content->trailingAnchor(), -sideMargin);
-  bubbleWidthConstraint_ = bubbleBackgroundView_->widthAnchor().constraintEqualToConstant(0);
+  bubbleWidthConstraint_ = bubbleBackgroundView_->widthAnchor().constraintEqualToConstant(typingBubbleWidth);
   NSLayoutConstraint::activateConstraints({
       messageLabel_->topAnchor().constraintEqualToAnchor(content->topAnchor(), outerMargin),
       messageLabel_->bottomAnchor().constraintEqualToAnchor(content->bottomAnchor(), -outerMargin),
@@ -84,7 +85,9 @@ void TLChatMessageCell::configure() {
   const bool isTyping = messageLabel_->text() == TLChatMessage::typingMarker;
   messageLabel_->setHidden(isTyping);
   typingIndicatorView_->setHidden(!isTyping);
-  if (!isTyping) bubbleWidthConstraint_->setActive(false);
+  // The hidden marker still gives the bubble its height, that of one line.
+  messageLabel_->setNumberOfLines(isTyping ? 1 : 0);
+  bubbleWidthConstraint_->setActive(isTyping);
   applyFont();
 }
 

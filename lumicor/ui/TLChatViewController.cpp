@@ -24,6 +24,9 @@ namespace {
 
 constexpr const char* white = "#FFFFFFFF";
 constexpr double defaultKeyboardDuration = 0.3;
+constexpr double hairlineFade = 0.15;
+/// Behind the grey title of a button that cannot be pressed.
+constexpr UIColor disabledButton(0.92, 0.92, 0.93, 1);
 
 std::int64_t lastRow(const std::vector<TLChatMessage>& messages) {
   return static_cast<std::int64_t>(messages.size()) - 1;
@@ -37,6 +40,8 @@ TLChatViewController::~TLChatViewController() = default;
 void TLChatViewController::exportMethods(MethodTable<TLChatViewController>& table) {
   table.add<&TLChatViewController::numberOfRows>("tableView:numberOfRowsInSection:")
       .add<&TLChatViewController::cellForRow>("tableView:cellForRowAtIndexPath:")
+      .add<&TLChatViewController::didScroll>("scrollViewDidScroll:")
+      .add<&TLChatViewController::fieldShouldReturn>("textFieldShouldReturn:")
       .add<&TLChatViewController::sendMessage>("sendMessage")
       .add<&TLChatViewController::dismissChatView>("dismissChatView")
       .add<&TLChatViewController::dismissKeyboard>("dismissKeyboard")
@@ -82,7 +87,18 @@ void TLChatViewController::scrollToBottom(bool animated) {
   if (rows > 0) tableView_->scrollToRow(IndexPath(rows - 1, 0), UITableViewScrollPosition::bottom, animated);
 }
 
+void TLChatViewController::didScroll(const Ref<UIScrollView>& list) {
+  const double alpha = list->contentOffset().y > -list->adjustedContentInset().top + 0.5 ? 1 : 0;
+  if (headerLine_->alpha() == alpha) return;
+  UIView::animateWithDuration(hairlineFade, [this, alpha] { headerLine_->setAlpha(alpha); });
+}
+
 // ---- Talking
+
+bool TLChatViewController::fieldShouldReturn(const Ref<UITextField>&) {
+  sendMessage();
+  return false;
+}
 
 void TLChatViewController::sendMessage() {
   const std::string text = inputTextField_->text().value_or("");
@@ -114,6 +130,7 @@ void TLChatViewController::addMessage(const std::string& text) {
 
 void TLChatViewController::setInputEnabled(bool enabled) {
   sendButton_->setEnabled(enabled);
+  sendButton_->setBackgroundColor(enabled ? styleColor(&TLStyles::sendButtonBackgroundColor, white) : disabledButton);
   if (enabled) {
     sendButton_->setTitleColor(styleColor(&TLStyles::sendButtonTextColor, white), UIControlState::normal);
     inputTextField_->becomeFirstResponder();
@@ -165,6 +182,18 @@ void TLChatViewController::viewWillAppear(bool animated) {
   UIView::performWithoutAnimation([this] { setBottomBarHidden(true); });
   if (navigation) navigation->setNavigationBarHidden(true, false);
   scrollToBottom(false);
+  isArriving_ = true;
+}
+
+void TLChatViewController::viewDidLayoutSubviews() {
+  Super::viewDidLayoutSubviews();
+  // How high the last rows are is only known once they are laid out.
+  if (isArriving_) scrollToBottom(false);
+}
+
+void TLChatViewController::viewDidAppear(bool animated) {
+  Super::viewDidAppear(animated);
+  isArriving_ = false;
 }
 
 void TLChatViewController::viewWillDisappear(bool animated) {
@@ -198,7 +227,7 @@ void TLChatViewController::closeWithoutAnimation() {
     if (navigation->topViewController().get() == this) navigation->popViewControllerAnimated(false);
   });
   // No transition runs that would bring the button back.
-  if (const auto& button = TLFloaterManager::shared().floaterView()) button->setShow(true);
+  TLFloaterManager::shared().bringButtonBack();
 }
 
 void TLChatViewController::reopen(const Ref<UINavigationController>& navigation) {

@@ -41,6 +41,8 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
 
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
+  void viewDidLayoutSubviews() override;
+  void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
   void willMoveToParent(Ref<UIViewController> parent) override;
 
@@ -63,6 +65,8 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
 
   std::int64_t numberOfRows(const Ref<UITableView>& table, std::int64_t section);
   Ref<UITableViewCell> cellForRow(const Ref<UITableView>& table, const IndexPath& path);
+  void didScroll(const Ref<UIScrollView>& list);
+  bool fieldShouldReturn(const Ref<UITextField>& field);
   void handleKeyboardWillShow(const Notification& notification);
   void handleKeyboardWillHide(const Notification& notification);
   void keyboardChanged(const Notification& notification, bool isShowing);
@@ -79,6 +83,9 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   Ref<UIButton> sendButton_;
   Ref<UIButton> crossButton_;
   Ref<UILabel> titleLabel_;
+  Ref<UIView> headerLine_;
+  Ref<UIView> inputBackdrop_;
+  bool isArriving_ = false;  // from the moment it is about to appear until it has
   bool wasNavigationBarHidden_ = false;
   bool wasBottomNavBarHidden_ = false;
   std::vector<TLChatMessage> messages_;

@@ -6,6 +6,7 @@
 #include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLChatFont.h"
 #include "lumicor/ui/TLChatMessageCell.h"
+#include "lumicor/ui/TLCrossButton.h"
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
@@ -26,6 +27,9 @@ constexpr std::int64_t plainSendButtonSize = 16;
 constexpr std::int64_t plainFontWeight = 400;
 
 constexpr double cornerRadius = 10;
+constexpr UIColor hairline(0.78, 0.78, 0.80, 1);
+/// A little darker than what counts as the edge of a control on white.
+constexpr UIColor fieldEdge(0.56, 0.56, 0.58, 1);
 
 }  // namespace
 
@@ -41,7 +45,8 @@ void TLChatViewController::viewDidLoad() {
   buildInputBar();
   buildList();
   for (const Ref<UIView>& part :
-       std::initializer_list<Ref<UIView>>{tableView_, inputContainerView_, crossButton_, titleLabel_}) {
+       std::initializer_list<Ref<UIView>>{tableView_, headerLine_, inputBackdrop_, inputContainerView_, crossButton_,
+                                          titleLabel_}) {
     part->setTranslatesAutoresizingMaskIntoConstraints(false);
     view()->addSubview(part);
   }
@@ -51,7 +56,7 @@ void TLChatViewController::viewDidLoad() {
 }
 
 void TLChatViewController::buildHeader() {
-  crossButton_ = make<UIButton>(UIButtonType::system);
+  crossButton_ = make<TLCrossButton>(UIButtonType::system);
   crossButton_->addTarget(self(), sel("dismissChatView"), UIControlEvents::touchUpInside);
   crossButton_->setAccessibilityLabel("Close");
   if (layoutData) {
@@ -74,6 +79,11 @@ void TLChatViewController::buildInputBar() {
   inputContainerView_->layer()->setBorderWidth(0.5);
   inputContainerView_->layer()->setBorderColor(UIColor::lightGray());
 
+  // What lies below the bar, down to the screen's edge or to the keyboard, belongs to it.
+  inputBackdrop_ = make<UIView>();
+  inputBackdrop_->setBackgroundColor(inputContainerView_->backgroundColor());
+  inputBackdrop_->setUserInteractionEnabled(false);
+
   inputTextField_ = make<PaddedTextField>();
   inputTextField_->setTranslatesAutoresizingMaskIntoConstraints(false);
   NSTextAttributes pale;
@@ -82,6 +92,11 @@ void TLChatViewController::buildInputBar() {
   inputTextField_->setTextColor(UIColor::black());
   inputTextField_->setBackgroundColor(UIColor::white());
   inputTextField_->layer()->setCornerRadius(cornerRadius);
+  inputTextField_->layer()->setBorderWidth(1);
+  inputTextField_->layer()->setBorderColor(fieldEdge);
+  inputTextField_->setReturnKeyType(UIReturnKeyType::send);
+  inputTextField_->setDelegate(self());
+  inputTextField_->setAccessibilityLabel("Message");
 
   sendButton_ = make<UIButton>(UIButtonType::system);
   sendButton_->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -107,6 +122,12 @@ void TLChatViewController::buildList() {
   tableView_->registerClass<TLChatMessageCell>(TLChatMessageCell::reuseIdentifier);
   tableView_->setEstimatedRowHeight(44);
   tableView_->setRowHeight(UITableViewAutomaticDimension);
+
+  // Shows where messages slide under the title.
+  headerLine_ = make<UIView>();
+  headerLine_->setBackgroundColor(hairline);
+  headerLine_->setUserInteractionEnabled(false);
+  headerLine_->setAlpha(0);
 }
 
 void TLChatViewController::makeConstraints() {
@@ -138,6 +159,14 @@ void TLChatViewController::makeConstraints() {
       tableView_->topAnchor().constraintEqualToAnchor(crossButton_->bottomAnchor(), 10),
       tableView_->leftAnchor().constraintEqualToAnchor(root->leftAnchor()),
       tableView_->rightAnchor().constraintEqualToAnchor(root->rightAnchor()),
+      headerLine_->topAnchor().constraintEqualToAnchor(tableView_->topAnchor()),
+      headerLine_->leftAnchor().constraintEqualToAnchor(root->leftAnchor()),
+      headerLine_->rightAnchor().constraintEqualToAnchor(root->rightAnchor()),
+      headerLine_->heightAnchor().constraintEqualToConstant(0.5),
+      inputBackdrop_->topAnchor().constraintEqualToAnchor(bar->bottomAnchor()),
+      inputBackdrop_->leftAnchor().constraintEqualToAnchor(root->leftAnchor()),
+      inputBackdrop_->rightAnchor().constraintEqualToAnchor(root->rightAnchor()),
+      inputBackdrop_->bottomAnchor().constraintEqualToAnchor(root->bottomAnchor()),
   });
 }
 

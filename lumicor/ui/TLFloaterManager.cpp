@@ -24,6 +24,10 @@ constexpr const char* didShowSelector = "navigationController:didShowViewControl
 constexpr double closeTargetSlideIn = 0.2;
 constexpr double closeTargetSlideOut = 0.35;
 
+/// Over the close target the button lets the target's ring shine through.
+constexpr double alphaOverTarget = 0.55;
+constexpr double targetFade = 0.15;
+
 CGSize screenSize() {
   static const CGSize size = UIScreen::main().bounds().size;
   return size;
@@ -69,6 +73,7 @@ void TLFloaterManager::init() {
 }
 
 void TLFloaterManager::show() {
+  wasDismissed_ = false;
   if (floaterView_) floaterView_->removeFromSuperview();
   floaterView_ =
       make<TLFloaterView>(floaterPlacement::initialFrame(screenSize(), static_cast<double>(layoutData_.size)));
@@ -98,11 +103,22 @@ void TLFloaterManager::openChat() {
   UIApplication::shared().beginIgnoringInteractionEvents();
   overrideNavigationDelegate();
   const auto navigation = LumicorUtils::getNavigationControllerFromRoot();
-  if (navigation && !chatViewController_->parentViewController()) {
+  const bool isOpen = navigation && navigation->topViewController() == chatViewController_;
+  if (navigation && !isOpen) {
+    leaveStack();
     navigation->pushViewController(chatViewController_, true);
   }
-  LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_VIEW_OPEN, "");
+  if (!isOpen) LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_VIEW_OPEN, "");
   UIApplication::shared().endIgnoringInteractionEvents();
+}
+
+/// A chat that the host has covered, or left in another tab, is taken out from under what covers it.
+void TLFloaterManager::leaveStack() {
+  const auto holder = as<UINavigationController>(chatViewController_->parentViewController());
+  if (!holder) return;
+  auto others = holder->viewControllers();
+  std::erase(others, chatViewController_);
+  if (!others.empty()) holder->setViewControllers(std::move(others), false);
 }
 
 void TLFloaterManager::overrideNavigationDelegate() {
@@ -168,14 +184,24 @@ void TLFloaterManager::floatViewMoved(TLFloaterView& floatView, CGPoint) {
   if (isInside == bottomCloseView_->insideBottomSelected) return;
   bottomCloseView_->insideBottomSelected = isInside;
   bottomCloseView_->setNeedsDisplay();
+  UIView::animateWithDuration(targetFade, [&] { floatView.setAlpha(isInside ? alphaOverTarget : 1); });
 }
 
 void TLFloaterManager::floatViewCancelMove(TLFloaterView&) {
   if (floaterView_ && bottomCloseView_->insideBottomSelected) {
+    wasDismissed_ = true;
     floaterView_->setShow(false);
     LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_FLOATER_DISMISSED, "");
   }
+  parkCloseTarget();
+}
+
+void TLFloaterManager::parkCloseTarget() {
   UIView::animateWithDuration(closeTargetSlideOut, [this] { bottomCloseView_->setFrame(closeTargetFrame(false)); });
+}
+
+void TLFloaterManager::bringButtonBack() {
+  if (floaterView_ && !wasDismissed_) floaterView_->setShow(true);
 }
 
 }  // namespace lumicor

@@ -48,12 +48,18 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   bool respondsToSelector(SEL selector) const override;
   Ref<NSObject> forwardingTargetForSelector(SEL selector) const override;
 
+  /// Lets the button fade in again, unless the person has dismissed it.
+  void bringButtonBack();
+  /// The close target slides out of the screen.
+  void parkCloseTarget();
+
   void floatViewBeginMove(TLFloaterView& floatView, CGPoint point) override;
   void floatViewMoved(TLFloaterView& floatView, CGPoint point) override;
   void floatViewCancelMove(TLFloaterView& floatView) override;
 
  private:
   void openChat();
+  void leaveStack();
   void giveDelegateBack();
 
   Ref<TLFloaterView> floaterView_;
@@ -62,6 +68,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   Ref<TLChatViewController> chatViewController_;
   Weak<UINavigationController> overridden_;
   Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
+  bool wasDismissed_ = false;    // the button, over the close target
   bool chatWasShown_ = false;    // there, since it was overridden
 };
 

@@ -1,6 +1,7 @@
 #include "lumicor/ui/TLFloaterView.h"
 
 #include "lumicor/ui/LumicorImageCache.h"
+#include "lumicor/ui/TLFloaterGlyph.h"
 #include "lumicor/ui/TLFloaterManager.h"
 #include "lumicor/ui/TLFloaterPlacement.h"
 #include "lumicor/ui/UIColorHex.h"
@@ -17,6 +18,8 @@ namespace {
 
 constexpr double fadeDuration = 0.3;
 constexpr double snapDuration = 0.3;
+constexpr double ringWidth = 1.5;
+constexpr double ringAlpha = 0.3;
 
 }  // namespace
 
@@ -31,23 +34,34 @@ void TLFloaterView::initWithFrame(CGRect frame) {
   tap->setDelaysTouchesBegan(true);
   addGestureRecognizer(tap);
 
+  setAccessibilityLabel("Tessel Lumicor");
+  showImage();
+  setBackgroundColor(UIColorHex(layoutData->styles.backgroundColor));
+  layer()->setMasksToBounds(true);
+  setAlpha(0);
+}
+
+/// The service's picture; until it has come a glyph in the assistant's colour, with a ring that makes a button of it.
+void TLFloaterView::showImage() {
+  const UIColor color = UIColorHex(layoutData->styles.receiveBubbleColor);
+  const auto imageSize = static_cast<double>(layoutData->imageSize);
   auto picture = make<UIImageView>();
+  picture->setImage(floaterGlyph(imageSize, color));
+  layer()->setBorderWidth(ringWidth);
+  layer()->setBorderColor(color.colorWithAlphaComponent(ringAlpha));
   picture->setTranslatesAutoresizingMaskIntoConstraints(false);
   picture->setContentMode(UIViewContentMode::scaleAspectFit);
   addSubview(picture);
-  const auto imageSize = static_cast<double>(layoutData->imageSize);
   NSLayoutConstraint::activateConstraints({
       picture->centerXAnchor().constraintEqualToAnchor(centerXAnchor()),
       picture->centerYAnchor().constraintEqualToAnchor(centerYAnchor()),
       picture->widthAnchor().constraintEqualToConstant(imageSize),
       picture->heightAnchor().constraintEqualToConstant(imageSize),
   });
-  LumicorImageCache::shared().fetch(layoutData->image, [weak = Weak<UIImageView>(picture)](const Ref<UIImage>& image) {
-    if (const auto view = weak.lock()) view->setImage(image);
+  LumicorImageCache::shared().fetch(layoutData->image, [weak = weakSelf(), picture](const Ref<UIImage>& image) {
+    picture->setImage(image);
+    if (const auto button = weak.lock()) button->layer()->setBorderWidth(0);
   });
-  setBackgroundColor(UIColorHex(layoutData->styles.backgroundColor));
-  layer()->setMasksToBounds(true);
-  setAlpha(0);
 }
 
 void TLFloaterView::layoutSubviews() {
@@ -94,12 +108,33 @@ void TLFloaterView::touchesEnded(const UITouches&, const Ref<UIEvent>&) {
   const Ref<TLFloaterView> keep = self();
   if (const auto receiver = delegate.lock()) receiver->floatViewCancelMove(*this);
   beginPoint.reset();
+  snap();
+}
+
+void TLFloaterView::touchesCancelled(const UITouches&, const Ref<UIEvent>&) {
+  if (!beginPoint) return;
+  beginPoint.reset();
+  TLFloaterManager::shared().parkCloseTarget();
+  snap();
+}
+
+void TLFloaterView::didMoveToWindow() {
+  Super::didMoveToWindow();
+  if (window() || !beginPoint) return;
+  beginPoint.reset();
+  TLFloaterManager::shared().parkCloseTarget();
+}
+
+void TLFloaterView::snap() {
   const Ref<UIView> container = superview();
   if (!container) return;
   const double side = layoutData ? static_cast<double>(layoutData->size) : bounds().size.width;
   const CGRect resting =
       floaterPlacement::restingFrame(frame(), container->bounds().size, TLFloaterManager::screenInsets(), side);
-  UIView::animateWithDuration(snapDuration, [keep, resting] { keep->setFrame(resting); });
+  UIView::animateWithDuration(snapDuration, [this, resting] {
+    setFrame(resting);
+    if (show_) setAlpha(1);
+  });
 }
 
 }  // namespace lumicor

@@ -35,6 +35,8 @@ class TLFloaterView : public Object<TLFloaterView, UIView> {
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
+  void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
+  void didMoveToWindow() override;
   void layoutSubviews() override;
   void tapGesture();
 
@@ -45,6 +47,10 @@ class TLFloaterView : public Object<TLFloaterView, UIView> {
   std::optional<TLLayout> layoutData;
 
  private:
+  void showImage();
+  /// Glides from where it was let go to where it rests.
+  void snap();
+
   bool show_ = false;
 };
 

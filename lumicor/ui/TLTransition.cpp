@@ -100,7 +100,7 @@ void TLTransitionPop::animationDidStop(const Ref<NSObject>& animation, bool fini
   const auto& button = TLFloaterManager::shared().floaterView();
   if (!button) return;
   if (button->changeStatusInNextTransaction) {
-    button->setShow(true);
+    TLFloaterManager::shared().bringButtonBack();
   } else {
     button->changeStatusInNextTransaction = true;
   }

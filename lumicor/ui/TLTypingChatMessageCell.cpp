@@ -38,6 +38,7 @@ void TLTypingChatMessageCell::startAnimation() {
     bob->setToValue(y - rise);
     bob->setDuration(duration);
     bob->setAutoreverses(true);
+    bob->setTimingFunction(CAMediaTimingFunction::functionWithName(kCAMediaTimingFunctionEaseInEaseOut));
     bob->setRepeatCount(std::numeric_limits<double>::infinity());
     bob->setBeginTime(CACurrentMediaTime() + delay);
     dot->addAnimation(bob, "bobbing");

@@ -165,6 +165,13 @@ bool CollectionContent::tileItems(CGRect rect) {
       visible[path] = cell;
       display(path, cell, *frame);
       if (reloads != before) return false;
+      // One that takes part in a movement moves as it will look: what it holds does not come flying in.
+      if (UIView::inheritedAnimationDuration() > 0) {
+        UIView::performWithoutAnimation([&] {
+          cell->setFrame({cell->frame().origin, frame->size});
+          cell->layoutIfNeeded();
+        });
+      }
     }
     if (cell->frame() != *frame) cell->setFrame(*frame);
     if (cell->alpha() != 1) cell->setAlpha(1);

@@ -90,6 +90,17 @@ void TableContent::display(IndexPath path, const Ref<UITableViewCell>& cell) {
   tell(willDisplay, cell, path);
 }
 
+/// A new cell that takes part in a movement moves as it will look: what it holds does not come flying in.
+void TableContent::layOutBeforeItMoves(IndexPath path, UITableViewCell& cell) {
+  if (UIView::inheritedAnimationDuration() <= 0) return;
+  UIView::performWithoutAnimation([&] {
+    CGRect start = cell.frame();
+    start.size = rowRect(geometry, path).size;
+    cell.setFrame(start);
+    cell.layoutIfNeeded();
+  });
+}
+
 void TableContent::place(IndexPath path, UITableViewCell& cell) {
   const bool grouped = style != UITableViewStyle::plain;
   UITableViewCell::Placement placement;
@@ -195,7 +206,8 @@ bool TableContent::tileRows() {
   wanted.reserve(visible.size() + 1);
   std::optional<IndexPath> path = geometry.firstRowBelow(top);
   while (path && geometry.row(*path).top < bottom) {
-    if (!visible.contains(*path)) {
+    const bool isNew = !visible.contains(*path);
+    if (isNew) {
       if (!countsStillHold(checked, path->section())) {
         unload();
         return false;
@@ -208,6 +220,7 @@ bool TableContent::tileRows() {
     }
     measureRow(*path);
     if (reloads != before) return false;
+    if (isNew) layOutBeforeItMoves(*path, *visible[*path]);
     wanted.push_back(*path);
     path = geometry.rowAfter(*path);
   }

@@ -149,6 +149,7 @@ class TableContent {
   bool countsStillHold(std::set<std::int64_t>& checked, std::int64_t section) const;
   Ref<UITableViewCell> makeCell(IndexPath path);
   void display(IndexPath path, const Ref<UITableViewCell>& cell);
+  void layOutBeforeItMoves(IndexPath path, UITableViewCell& cell);
   void recycle(const Ref<UITableViewCell>& cell, IndexPath path);
   void place(IndexPath path, UITableViewCell& cell);
   bool tileRows();

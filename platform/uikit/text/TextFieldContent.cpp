@@ -191,7 +191,10 @@ void UITextField::draw(CGRect, CGContext& context) {
   if (!layout->text().empty()) context.drawText(layout, {left, top}, color);
   if (active && content_->blink.isShown() && !content_->edit.hasSelection()) {
     const CGRect caret = layout->caretRect(content_->toShown(content_->edit.caret()));
-    const double x = std::clamp(left + caret.minX(), rect.minX(), std::max(rect.minX(), rect.maxX() - caretWidth));
+    // In the middle of the gap, so that it stands on no letter; before the first one of a padded field, wholly outside.
+    const double least = std::max(rect.minX() - caretWidth, 0.0);
+    const double wanted = left + caret.minX() - caretWidth / 2;
+    const double x = std::clamp(wanted, least, std::max(least, rect.maxX() - caretWidth));
     context.setFillColor(tintColor());
     context.fillPath(CGPath::roundedRect({toPixel(x), top + caret.minY(), caretWidth, caret.size.height}, 1));
   }

@@ -14,6 +14,7 @@ namespace platform {
 
 namespace {
 
+constexpr UIViewAnimationCurve slideCurve = UIViewAnimationCurve::easeOut;
 constexpr UIColor panelColor(0.820, 0.831, 0.859, 1);
 
 /// An input view is as high as it was made, or as high as the keys.
@@ -194,7 +195,7 @@ void UIKeyboard::State::slideTo(CGRect frame, const std::string& will, const std
   post(will);
   if (mine != slide) return;  // an observer turned it round
   UIView::animateWithDuration(
-      animationDuration, 0, UIViewAnimationCurve::easeOut, [&] { panel->setFrame(frame); },
+      animationDuration, 0, slideCurve, [&] { panel->setFrame(frame); },
       [this, mine, did](bool) {
         if (mine != slide) return;
         if (!visible) {
@@ -207,9 +208,12 @@ void UIKeyboard::State::slideTo(CGRect frame, const std::string& will, const std
 }
 
 void UIKeyboard::State::post(const std::string& name) const {
-  NotificationCenter::defaultCenter().post(
-      name, nullptr,
-      {{UIKeyboardFrameEndUserInfoKey, endFrame()}, {UIKeyboardAnimationDurationUserInfoKey, animationDuration}});
+  UIView::performAlongside(animationDuration, slideCurve, [&] {
+    NotificationCenter::defaultCenter().post(name, nullptr,
+                                             {{UIKeyboardFrameEndUserInfoKey, endFrame()},
+                                              {UIKeyboardAnimationDurationUserInfoKey, animationDuration},
+                                              {UIKeyboardAnimationCurveUserInfoKey, slideCurve}});
+  });
 }
 
 // ---- Finding keys

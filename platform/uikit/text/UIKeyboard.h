@@ -11,14 +11,16 @@
 
 namespace platform {
 
-/// Posted with the keyboard's end frame in screen coordinates (UIKeyboardFrameEndUserInfoKey, a CGRect) and the seconds
-/// that it slides (UIKeyboardAnimationDurationUserInfoKey, a double). The object is none.
+/// Posted with the keyboard's end frame in screen coordinates (UIKeyboardFrameEndUserInfoKey, a CGRect), the seconds
+/// that it slides (UIKeyboardAnimationDurationUserInfoKey, a double) and its pace (UIKeyboardAnimationCurveUserInfoKey, a
+/// UIViewAnimationCurve). The object is none. What observers animate while they are told takes that time and pace.
 inline const std::string UIKeyboardWillShowNotification = "UIKeyboardWillShowNotification";
 inline const std::string UIKeyboardDidShowNotification = "UIKeyboardDidShowNotification";
 inline const std::string UIKeyboardWillHideNotification = "UIKeyboardWillHideNotification";
 inline const std::string UIKeyboardDidHideNotification = "UIKeyboardDidHideNotification";
 inline const std::string UIKeyboardFrameEndUserInfoKey = "UIKeyboardFrameEndUserInfoKey";
 inline const std::string UIKeyboardAnimationDurationUserInfoKey = "UIKeyboardAnimationDurationUserInfoKey";
+inline const std::string UIKeyboardAnimationCurveUserInfoKey = "UIKeyboardAnimationCurveUserInfoKey";
 
 /// The software keyboard: a panel in a window of its own above the application's. It slides in when a responder that
 /// wants it becomes first responder (or its input view in the keys' place), and out when that resigns. Main thread.

@@ -254,6 +254,11 @@ class UIView : public Object<UIView, TouchSurface> {
   static void animateWithSpring(double seconds, double delay, double damping, double velocity,
                                 std::function<void()> animations, Completion completion = nullptr);
   static void performWithoutAnimation(const std::function<void()>& actions);
+  /// Blocks of animation that `actions` begin take this time and pace, whatever theirs is: for what moves along with
+  /// something. What is changed outside of a block changes at once, as ever.
+  static void performAlongside(double seconds, UIViewAnimationCurve curve, const std::function<void()>& actions);
+  /// Seconds of the block of animation that is being run; 0 outside of one.
+  static double inheritedAnimationDuration();
   static bool areAnimationsEnabled();
   static void setAnimationsEnabled(bool enabled);
 

@@ -1,3 +1,6 @@
+#include <optional>
+#include <utility>
+
 #include "platform/animation/CATransaction.h"
 #include "platform/uikit/views/UIView.h"
 
@@ -14,6 +17,8 @@ struct Pace {
   double delay;
   CAMediaTimingFunction timing;
 };
+/// That of what the blocks move along with.
+std::optional<Pace> alongside;
 
 CAMediaTimingFunction timingOf(UIViewAnimationCurve curve) {
   switch (curve) {
@@ -34,9 +39,10 @@ void animate(const Pace& pace, const std::function<void()>& animations, UIView::
   if (completion) CATransaction::setCompletionBlock(std::move(completion));
   if (!animationsEnabled) CATransaction::setDisableActions(true);
   if (blocks == 0) {
-    CATransaction::setAnimationDuration(pace.seconds);
-    CATransaction::setAnimationDelay(pace.delay);
-    CATransaction::setAnimationTimingFunction(pace.timing);
+    const Pace& taken = alongside ? *alongside : pace;
+    CATransaction::setAnimationDuration(taken.seconds);
+    CATransaction::setAnimationDelay(taken.delay);
+    CATransaction::setAnimationTimingFunction(taken.timing);
   }
   ++blocks;
   if (animations) animations();
@@ -68,6 +74,14 @@ void UIView::performWithoutAnimation(const std::function<void()>& actions) {
   if (actions) actions();
   CATransaction::commit();
 }
+
+void UIView::performAlongside(double seconds, UIViewAnimationCurve curve, const std::function<void()>& actions) {
+  const auto before = std::exchange(alongside, Pace{seconds, 0, timingOf(curve)});
+  if (actions) actions();
+  alongside = before;
+}
+
+double UIView::inheritedAnimationDuration() { return blocks > 0 ? CATransaction::animationDuration() : 0; }
 
 bool UIView::areAnimationsEnabled() { return animationsEnabled; }
 void UIView::setAnimationsEnabled(bool enabled) { animationsEnabled = enabled; }

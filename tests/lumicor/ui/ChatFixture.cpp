@@ -20,6 +20,8 @@ ChatFixture::ChatFixture() {
 }
 
 ChatFixture::~ChatFixture() {
+  if (const auto responder = UIResponder::firstResponder()) responder->resignFirstResponder();
+  pass(1);
   if (button()) button()->removeFromSuperview();
   TLFloaterManager::shared().setChatViewController(nullptr);
 }

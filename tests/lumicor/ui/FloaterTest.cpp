@@ -1,6 +1,7 @@
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/RunLoop.h"
+#include "platform/graphics/UIImage.h"
 #include "platform/uikit/views/UIImageView.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
@@ -135,6 +136,83 @@ TEST_F(Floater, IsThereOnceAfterASecondStart) {
   pass(1);
   EXPECT_NE(button(), first);
   EXPECT_EQ(first->superview(), nullptr);
+}
+
+TEST_F(Floater, PutsTheCloseTargetAwayHoweverADragEnds) {
+  const auto& target = TLFloaterManager::shared().bottomCloseView();
+  const Ref<UITouch> finger = make<UITouch>();
+  const auto beginDrag = [&] {
+    button()->touchesBegan({finger}, nullptr);
+    pass(1);
+    EXPECT_EQ(target->frame().origin, (CGPoint{230, 684}));
+  };
+  beginDrag();
+  button()->touchesCancelled({finger}, nullptr);
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844})) << "cancelled";
+  EXPECT_TRUE(button()->show());
+  beginDrag();
+  button()->removeFromSuperview();
+  EXPECT_EQ(target->frame().origin, (CGPoint{390, 844})) << "taken off the window";
+  button()->touchesCancelled({finger}, nullptr);
+  EXPECT_TRUE(service_.events().empty());
+}
+
+TEST_F(Floater, LetsTheTargetShineThroughWhileItIsOverIt) {
+  driver_.drag({centerOfButton(), {350, 800}}, 0.5);
+  pass(0.5);
+  EXPECT_LT(button()->alpha(), 1);
+  EXPECT_TRUE(button()->show()) << "not yet let go";
+  pass(1);
+}
+
+TEST_F(Floater, StaysDismissedWhenAChatThatStepsReopenedCloses) {
+  drag({350, 800});
+  EXPECT_FALSE(button()->show());
+  chat()->reopen(navigation_);
+  pass(1);
+  tap(chat()->crossButton());
+  pass(1);
+  EXPECT_FALSE(chatIsOpen());
+  EXPECT_FALSE(button()->show());
+  TLFloaterManager::shared().show();
+  button()->setShow(true);
+  EXPECT_TRUE(button()->show()) << "a new one";
+}
+
+TEST_F(Floater, OpensAChatThatTheHostHasCovered) {
+  tap(button());
+  pass(1);
+  const auto cover = make<test::PlainScreen>();
+  navigation_->pushViewController(cover, false);
+  pass(1);
+  chat()->closeWithoutAnimation();
+  pass(1);
+  EXPECT_TRUE(button()->show());
+  tap(button());
+  pass(1);
+  EXPECT_TRUE(chatIsOpen());
+  EXPECT_EQ(navigation_->viewControllers().size(), 3u) << "the host's screens are all there";
+  EXPECT_THAT(service_.events(), ElementsAre("CHAT_VIEW_OPEN", "CHAT_VIEW_OPEN"));
+  tap(chat()->crossButton());
+  pass(1);
+  EXPECT_EQ(navigation_->topViewController(), cover);
+}
+
+TEST_F(Floater, ShowsAGlyphAndARingUntilItsPictureHasCome) {
+  TLLayout layout;
+  layout.image = "https://floater.test/slow.png";
+  service_.answer("/slow.png",
+                  URLProtocol::Reply::data(200, UIImage::imageWithBitmap(Bitmap(4, 4))->pngRepresentation()).after(2));
+  TLFloaterManager::shared().setLayoutData(layout);
+  TLFloaterManager::shared().show();
+  const auto picture = as<UIImageView>(button()->subviews().front());
+  const auto glyph = picture->image();
+  ASSERT_NE(glyph, nullptr);
+  EXPECT_EQ(glyph->size(), (CGSize{30, 30}));
+  EXPECT_GT(button()->layer()->borderWidth(), 0);
+  pass(3);
+  EXPECT_NE(picture->image(), glyph);
+  EXPECT_EQ(button()->layer()->borderWidth(), 0);
 }
 
 /// A host that watches its own navigation.

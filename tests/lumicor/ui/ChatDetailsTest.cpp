@@ -1,0 +1,138 @@
+// What a person notices: where things rest, how they move, what a finger meets.
+
+#include "lumicor/ui/TLChatMessageCell.h"
+#include "lumicor/ui/UIColorHex.h"
+#include "platform/animation/CALayer.h"
+#include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/application/UIKeyboardWindow.h"
+#include "platform/uikit/text/UIKeyboard.h"
+#include "tests/lumicor/ui/ChatFixture.h"
+
+namespace lumicor {
+namespace {
+
+class ChatDetails : public test::ChatFixture {
+ protected:
+  void SetUp() override {
+    service_.answer("/sdk/steps/get", URLProtocol::Reply::failure(URLError::Code::networkConnectionLost).after(30));
+  }
+  // A request under way keeps itself alive until it is answered.
+  void TearDown() override { pass(31); }
+
+  /// A chat of so many messages of one to four lines, opened by a tap on the button.
+  void openWith(int messages) {
+    std::vector<TLChatMessage> history;
+    std::string text;
+    for (int i = 0; i < messages; ++i) {
+      text = i % 4 == 0 ? "A message" : text + " that grows longer than the one before it";
+      history.push_back({text, i % 2 == 0, i});
+    }
+    Lumicor::shared().setChatHistory(history);
+    TLFloaterManager::shared().show();
+    button()->setShow(true);
+    pass(1);
+    tap(button());
+    pass(1);
+  }
+  double roomBelowTheList() const {
+    const auto& list = chat()->tableView();
+    return list->contentSize().height - list->contentOffset().y - list->bounds().size.height;
+  }
+  Ref<TLChatMessageCell> cell(std::int64_t row) const {
+    return as<TLChatMessageCell>(chat()->tableView()->cellForRowAtIndexPath(IndexPath(row, 0)));
+  }
+  static CGRect shown(const Ref<UIView>& view) { return view->layer()->presentationLayer()->frame(); }
+};
+
+TEST_F(ChatDetails, ALongChatOpensAtItsEnd) {
+  openWith(40);
+  EXPECT_NEAR(roomBelowTheList(), 0, 0.5);
+  ASSERT_TRUE(cell(39)) << "the last message is on the screen";
+}
+
+TEST_F(ChatDetails, ANewBubbleDoesNotComeFlyingIn) {
+  openWith(3);
+  tap(chat()->inputTextField());
+  pass(1);
+  chat()->inputTextField()->setText("short");
+  chat()->sendMessage();
+  for (int i = 0; i < 4; ++i) {
+    pass(0.06);
+    SCOPED_TRACE(i);
+    const auto sent = cell(3);
+    ASSERT_TRUE(sent);
+    EXPECT_EQ(shown(sent->bubbleBackgroundView()), sent->bubbleBackgroundView()->frame());
+    EXPECT_EQ(shown(sent->messageLabel()), sent->messageLabel()->frame());
+    EXPECT_EQ(shown(sent->contentView()).size, sent->contentView()->bounds().size);
+  }
+}
+
+TEST_F(ChatDetails, TheInputBarKeepsAboveTheKeyboardAllTheWay) {
+  openWith(20);
+  chat()->inputTextField()->becomeFirstResponder();
+  Ref<UIView> panel;
+  for (const Ref<UIWindow>& window : UIApplication::shared().windows()) {
+    if (as<UIKeyboardWindow>(window)) panel = window->subviews().front();
+  }
+  ASSERT_TRUE(panel);
+  for (double seconds = 0; seconds < 0.3; seconds += 0.02) {
+    EXPECT_LE(shown(chat()->inputContainerView()).maxY(), shown(panel).minY() + 0.5) << seconds;
+    pass(0.02);
+  }
+  pass(0.5);
+  EXPECT_NEAR(roomBelowTheList(), 0, 0.5) << "the list follows";
+}
+
+TEST_F(ChatDetails, ReturnSends) {
+  openWith(1);
+  tap(chat()->inputTextField());
+  driver_.type("tea\n");
+  pass(2);
+  ASSERT_EQ(chat()->messages().size(), 3u);
+  EXPECT_EQ(chat()->messages()[1].message, "tea");
+}
+
+TEST_F(ChatDetails, TheCrossTakesAFingerBesideIt) {
+  openWith(1);
+  const CGRect cross = chat()->crossButton()->frame();
+  tap({cross.midX(), cross.minY() - 6});
+  pass(1);
+  EXPECT_NE(navigation_->topViewController(), chat());
+}
+
+TEST_F(ChatDetails, TheTypingBubbleFitsItsDots) {
+  openWith(1);
+  chat()->inputTextField()->setText("hello");
+  chat()->sendMessage();
+  pass(0.5);
+  const CGRect typing = cell(2)->bubbleBackgroundView()->frame();
+  EXPECT_EQ(typing.width(), 52 + 2 * 16);
+  EXPECT_EQ(typing.height(), cell(1)->bubbleBackgroundView()->frame().height()) << "as high as one line";
+}
+
+TEST_F(ChatDetails, ASendButtonThatCannotBePressedLooksSo) {
+  openWith(1);
+  const auto enabled = chat()->sendButton()->backgroundColor();
+  chat()->setInputEnabled(false);
+  EXPECT_NE(chat()->sendButton()->backgroundColor(), enabled);
+  EXPECT_EQ(chat()->sendButton()->currentTitleColor(), UIColor::gray());
+  chat()->setInputEnabled(true);
+  EXPECT_EQ(chat()->sendButton()->backgroundColor(), enabled);
+  EXPECT_EQ(chat()->sendButton()->currentTitleColor(), UIColorHex("#ffffff"));
+}
+
+TEST_F(ChatDetails, ALineShowsWhereMessagesSlideUnderTheTitle) {
+  openWith(20);
+  const auto line = [&] {
+    for (const Ref<UIView>& view : chat()->view()->subviews()) {
+      if (view->bounds().size.height == 0.5) return view->alpha();
+    }
+    return -1.0;
+  };
+  EXPECT_EQ(line(), 1);
+  chat()->tableView()->setContentOffset({0, 0}, false);
+  EXPECT_EQ(line(), 0);
+}
+
+}  // namespace
+}  // namespace lumicor
