@@ -177,7 +177,9 @@ void UITextField::draw(CGRect, CGContext& context) {
   const double left = content_->textLeft(*layout, rect);
   const double top = toPixel(rect.midY() - layout->size().height / 2);
   context.saveGState();
-  context.clip(CGRect(rect.minX(), all.minY(), rect.size.width, all.size.height));
+  // The caret before the first letter may stand in the padding.
+  const double clipLeft = std::max(rect.minX() - caretWidth, 0.0);
+  context.clip(CGRect(clipLeft, all.minY(), rect.maxX() - clipLeft, all.size.height));
   const bool active = content_->editing && isFirstResponder();
   if (active && content_->edit.hasSelection()) {
     const NSRange selection = content_->edit.selection();
@@ -191,10 +193,9 @@ void UITextField::draw(CGRect, CGContext& context) {
   if (!layout->text().empty()) context.drawText(layout, {left, top}, color);
   if (active && content_->blink.isShown() && !content_->edit.hasSelection()) {
     const CGRect caret = layout->caretRect(content_->toShown(content_->edit.caret()));
-    // In the middle of the gap, so that it stands on no letter; before the first one of a padded field, wholly outside.
-    const double least = std::max(rect.minX() - caretWidth, 0.0);
+    // In the middle of the gap, so that it stands on no letter.
     const double wanted = left + caret.minX() - caretWidth / 2;
-    const double x = std::clamp(wanted, least, std::max(least, rect.maxX() - caretWidth));
+    const double x = std::clamp(wanted, clipLeft, std::max(clipLeft, rect.maxX() - caretWidth));
     context.setFillColor(tintColor());
     context.fillPath(CGPath::roundedRect({toPixel(x), top + caret.minY(), caretWidth, caret.size.height}, 1));
   }
