@@ -1,6 +1,7 @@
 #include "lumicor/ui/TLChatViewController.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "lumicor/actions/TLChatMessagesTask.h"
 #include "lumicor/core/Lumicor.h"
@@ -13,6 +14,7 @@
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/constraints/NSLayoutAnchor.h"
 #include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controllers/UITabBarController.h"
@@ -175,6 +177,7 @@ void TLChatViewController::keyboardChanged(const Notification& notification, boo
 
 void TLChatViewController::viewWillAppear(bool animated) {
   Super::viewWillAppear(animated);
+  releaseInsets();
   const auto navigation = navigationController();
   const auto tabs = tabBarController();
   wasNavigationBarHidden_ = navigation ? navigation->isNavigationBarHidden() : true;
@@ -207,6 +210,7 @@ void TLChatViewController::viewWillDisappear(bool animated) {
 void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
   Super::willMoveToParent(parent);
   if (parent) return;
+  holdInsets();
   if (const auto navigation = navigationController()) navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);
   UIView::performWithoutAnimation([this] { setBottomBarHidden(wasBottomNavBarHidden_); });
 }
@@ -214,9 +218,27 @@ void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
 void TLChatViewController::dismissChatView() {
   const auto navigation = navigationController();
   if (!navigation) return;
+  holdInsets();
   navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);
   UIView::performWithoutAnimation([this] { setBottomBarHidden(false); });
   navigation->popViewControllerAnimated(true);
+}
+
+void TLChatViewController::holdInsets() {
+  if (!isViewLoaded() || !heldInsets_.empty()) return;
+  const UIEdgeInsets insets = view()->safeAreaInsets();
+  const double lift = inputContainerBottomConstraint_->constant();
+  heldInsets_ = {crossButton_->topAnchor().constraintEqualToAnchor(view()->topAnchor(), insets.top),
+                 inputContainerView_->bottomAnchor().constraintEqualToAnchor(view()->bottomAnchor(),
+                                                                             lift - insets.bottom)};
+  NSLayoutConstraint::deactivateConstraints({crossTopConstraint_, inputContainerBottomConstraint_});
+  NSLayoutConstraint::activateConstraints(heldInsets_);
+}
+
+void TLChatViewController::releaseInsets() {
+  if (heldInsets_.empty()) return;
+  NSLayoutConstraint::deactivateConstraints(std::exchange(heldInsets_, {}));
+  NSLayoutConstraint::activateConstraints({crossTopConstraint_, inputContainerBottomConstraint_});
 }
 
 void TLChatViewController::closeWithoutAnimation() {
@@ -234,6 +256,7 @@ void TLChatViewController::reopen(const Ref<UINavigationController>& navigation)
   if (std::ranges::count(navigation->viewControllers(), self())) return;  // opened by hand meanwhile
   TLFloaterManager::shared().overrideNavigationDelegate();
   UIApplication::shared().beginIgnoringInteractionEvents();
+  TLFloaterManager::shared().prepareCover();
   navigation->pushViewController(self(), true);
   UIApplication::shared().endIgnoringInteractionEvents();
 }

@@ -75,6 +75,9 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   void append(TLChatMessage message);
   void removeTypingRow();
   void setBottomBarHidden(bool hidden);
+  /// While the screen leaves, the host's bars come back without moving what it shows.
+  void holdInsets();
+  void releaseInsets();
   UIColor styleColor(std::string TLStyles::*field, const char* plain) const;
 
   Ref<UITableView> tableView_;
@@ -91,6 +94,8 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   std::vector<TLChatMessage> messages_;
   Ref<NSLayoutConstraint> tableViewBottomConstraint_;
   Ref<NSLayoutConstraint> inputContainerBottomConstraint_;
+  Ref<NSLayoutConstraint> crossTopConstraint_;
+  std::vector<Ref<NSLayoutConstraint>> heldInsets_;  // in place of the two that follow the safe area
 };
 
 }  // namespace lumicor

@@ -10,6 +10,7 @@
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
+#include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "platform/uikit/constraints/UILayoutGuide.h"
 #include "platform/uikit/text/UIKeyboard.h"
@@ -41,6 +42,8 @@ void TLChatViewController::viewDidLoad() {
   if (!std::ranges::is_sorted(messages_, {}, &TLChatMessage::timestamp)) {
     std::ranges::stable_sort(messages_, {}, &TLChatMessage::timestamp);
   }
+  // The bar that comes back while the chat closes shows the host's title and nothing of the chat.
+  navigationItem()->setHidesBackButton(true);
   buildHeader();
   buildInputBar();
   buildList();
@@ -136,10 +139,11 @@ void TLChatViewController::makeConstraints() {
   const auto& bar = inputContainerView_;
   inputContainerBottomConstraint_ = bar->bottomAnchor().constraintEqualToAnchor(safe->bottomAnchor());
   tableViewBottomConstraint_ = tableView_->bottomAnchor().constraintEqualToAnchor(bar->topAnchor());
+  crossTopConstraint_ = crossButton_->topAnchor().constraintEqualToAnchor(safe->topAnchor());
   NSLayoutConstraint::activateConstraints({
       inputContainerBottomConstraint_,
       tableViewBottomConstraint_,
-      crossButton_->topAnchor().constraintEqualToAnchor(safe->topAnchor()),
+      crossTopConstraint_,
       crossButton_->trailingAnchor().constraintEqualToAnchor(safe->trailingAnchor(), -20),
       crossButton_->widthAnchor().constraintEqualToConstant(30),
       crossButton_->heightAnchor().constraintEqualToConstant(30),

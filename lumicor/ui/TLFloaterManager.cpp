@@ -106,6 +106,7 @@ void TLFloaterManager::openChat() {
   const bool isOpen = navigation && navigation->topViewController() == chatViewController_;
   if (navigation && !isOpen) {
     leaveStack();
+    prepareCover();
     navigation->pushViewController(chatViewController_, true);
   }
   if (!isOpen) LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_VIEW_OPEN, "");
@@ -198,6 +199,12 @@ void TLFloaterManager::floatViewCancelMove(TLFloaterView&) {
 
 void TLFloaterManager::parkCloseTarget() {
   UIView::animateWithDuration(closeTargetSlideOut, [this] { bottomCloseView_->setFrame(closeTargetFrame(false)); });
+}
+
+void TLFloaterManager::prepareCover() {
+  const auto window = UIApplication::shared().keyWindow();
+  const auto root = window ? window->rootViewController() : nullptr;
+  cover_ = root ? root->view()->snapshotViewAfterScreenUpdates(false) : nullptr;
 }
 
 void TLFloaterManager::bringButtonBack() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/TLFloaterView.h"
 #include "platform/uikit/controllers/UINavigationController.h"
@@ -48,6 +50,10 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   bool respondsToSelector(SEL selector) const override;
   Ref<NSObject> forwardingTargetForSelector(SEL selector) const override;
 
+  /// To be called right before the chat is pushed: keeps a picture of the host as it stands, bars and all.
+  void prepareCover();
+  /// That picture as a view of the window's size, once; none when there is none.
+  Ref<UIView> takeCover() { return std::exchange(cover_, nullptr); }
   /// Lets the button fade in again, unless the person has dismissed it.
   void bringButtonBack();
   /// The close target slides out of the screen.
@@ -66,6 +72,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   Ref<TLBottomCloseView> bottomCloseView_;
   TLLayout layoutData_;
   Ref<TLChatViewController> chatViewController_;
+  Ref<UIView> cover_;
   Weak<UINavigationController> overridden_;
   Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
   bool wasDismissed_ = false;    // the button, over the close target

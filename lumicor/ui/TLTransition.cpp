@@ -5,12 +5,14 @@
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/uikit/controllers/UIViewControllerTransitioning.h"
+#include "platform/uikit/device/UIAccessibility.h"
 
 namespace lumicor {
 
 namespace {
 
 constexpr double duration = 0.3;
+constexpr const char* fadeKey = "fadeAnimation";
 constexpr double fullScreenCornerRadius = 0.1;  // as good as none, but of the same kind of path as the circle
 
 Ref<UIBezierPath> buttonPath(const TLFloaterView& button) {
@@ -59,14 +61,29 @@ void TLTransition::animateMask(const Ref<UIView>& view, const Ref<UIBezierPath>&
   mask->addAnimation(animation, "pathAnimation");
 }
 
+void TLTransition::animateFade(const Ref<UIView>& view, double from, double to) {
+  auto fade = make<CABasicAnimation>("opacity");
+  fade->setFromValue(from);
+  fade->setToValue(to);
+  fade->setDuration(duration);
+  fade->setFillMode(CAMediaTimingFillMode::forwards);
+  fade->setRemovedOnCompletion(false);  // what fades out is gone before it could show again
+  fade->setDelegate(self());
+  view->layer()->addAnimation(fade, fadeKey);
+}
+
 void TLTransition::animationDidStop(const Ref<NSObject>&, bool) {
   const auto context = std::exchange(transitionCtx, nullptr);
   if (!context) return;
   const Views views{context->viewForKey(UITransitionContextFromViewKey),
                     context->viewForKey(UITransitionContextToViewKey)};
   context->completeTransition(true);
-  if (views.from) views.from->layer()->setMask(nullptr);
-  if (views.to) views.to->layer()->setMask(nullptr);
+  for (const Ref<UIView>& view : {views.from, views.to}) {
+    if (!view) continue;
+    view->layer()->setMask(nullptr);
+    view->layer()->removeAnimationForKey(fadeKey);
+  }
+  if (const auto cover = std::exchange(cover_, nullptr)) cover->removeFromSuperview();
 }
 
 void TLTransitionPush::animateTransition(const Ref<UIViewControllerContextTransitioning>& context) {
@@ -75,9 +92,17 @@ void TLTransitionPush::animateTransition(const Ref<UIViewControllerContextTransi
   if (!views.from || !views.to) return;
   context->containerView()->addSubview(views.from);
   context->containerView()->addSubview(views.to);
-  const auto& button = TLFloaterManager::shared().floaterView();
+  TLFloaterManager& manager = TLFloaterManager::shared();
+  // The host's bars go at once, while most of the host still shows: a picture of them stays in their place.
+  cover_ = manager.takeCover();
+  if (cover_) context->containerView()->insertSubviewBelow(cover_, views.to);
+  const auto& button = manager.floaterView();
   if (!button) return;
-  animateMask(views.to, buttonPath(*button), screenPath(*views.to));
+  if (UIAccessibility::isReduceMotionEnabled()) {
+    animateFade(views.to, 0, 1);
+  } else {
+    animateMask(views.to, buttonPath(*button), screenPath(*views.to));
+  }
   if (button->changeStatusInNextTransaction) {
     button->setShow(false);
   } else {
@@ -92,7 +117,12 @@ void TLTransitionPop::animateTransition(const Ref<UIViewControllerContextTransit
   context->containerView()->addSubview(views.to);
   context->containerView()->addSubview(views.from);
   const auto& button = TLFloaterManager::shared().floaterView();
-  if (button) animateMask(views.from, screenPath(*views.to), buttonPath(*button));
+  if (!button) return;
+  if (UIAccessibility::isReduceMotionEnabled()) {
+    animateFade(views.from, 1, 0);
+  } else {
+    animateMask(views.from, screenPath(*views.to), buttonPath(*button));
+  }
 }
 
 void TLTransitionPop::animationDidStop(const Ref<NSObject>& animation, bool finished) {

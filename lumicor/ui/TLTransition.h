@@ -30,6 +30,11 @@ class TLTransition : public Object<TLTransition, NSObject> {
  protected:
   /// Masks the view with `end` and moves the mask there from `start`.
   void animateMask(const Ref<UIView>& view, const Ref<UIBezierPath>& start, const Ref<UIBezierPath>& end);
+  /// The same for people who want no motion: fades the view from one opacity to the other.
+  void animateFade(const Ref<UIView>& view, double from, double to);
+
+  /// Shows the host as it stood, with its bars, until the chat covers it; none when nobody took the picture.
+  Ref<UIView> cover_;
 };
 
 /// The chat grows out of the floating button, which fades out.

@@ -32,6 +32,7 @@
 #include "platform/uikit/controls/UISegmentedControl.h"
 #include "platform/uikit/controls/UISlider.h"
 #include "platform/uikit/controls/UISwitch.h"
+#include "platform/uikit/device/UIAccessibility.h"
 #include "platform/uikit/device/UIDevice.h"
 #include "platform/uikit/device/UIPasteboard.h"
 #include "platform/uikit/device/UIScreen.h"

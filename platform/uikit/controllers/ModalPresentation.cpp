@@ -9,6 +9,7 @@
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/uikit/controllers/UILayoutContainerView.h"
 #include "platform/uikit/controllers/UIViewController.h"
+#include "platform/uikit/device/UIAccessibility.h"
 
 namespace platform {
 
@@ -174,12 +175,11 @@ void ModalPresentation::begin(const Ref<UIView>& window, bool animated, Completi
 void ModalPresentation::showAway(bool away) {
   if (dimming_) dimming_->setAlpha(away ? 0 : 1);
   const Ref<UIViewController> presented = presented_.lock();
-  if (presented && presented->modalTransitionStyle() == UIModalTransitionStyle::crossDissolve) {
-    holder_->setAlpha(away ? 0 : 1);
-  } else {
-    const double dy = away ? container_->bounds().size.height - holderFrame().minY() : 0;
-    holder_->setTransform(CGAffineTransform::translation(0, dy));
-  }
+  const bool fades = UIAccessibility::isReduceMotionEnabled() ||
+                     (presented && presented->modalTransitionStyle() == UIModalTransitionStyle::crossDissolve);
+  const double dy = container_->bounds().size.height - holderFrame().minY();
+  holder_->setAlpha(away && fades ? 0 : 1);
+  holder_->setTransform(CGAffineTransform::translation(0, away && !fades ? dy : 0));
 }
 
 /// A screen that is covered wholly leaves the window until it is uncovered.

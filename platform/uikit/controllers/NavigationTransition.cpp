@@ -7,6 +7,7 @@
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/runtime/OptionalMessage.h"
 #include "platform/uikit/controllers/UIViewControllerTransitioning.h"
+#include "platform/uikit/device/UIAccessibility.h"
 
 namespace platform {
 
@@ -96,6 +97,10 @@ void NavigationTransition::arrange(double fraction) {
   };
   const auto& upper = push ? plan_.to : plan_.from;
   const auto& lower = push ? plan_.from : plan_.to;
+  if (fades_) {
+    upper->view()->setAlpha(1 - away);
+    return;
+  }
   upper->view()->setTransform(shift(push ? toTransform_ : fromTransform_, away * width));
   lower->view()->setTransform(shift(push ? fromTransform_ : toTransform_, (away - 1) * parallax * width));
   shade_->setAlpha((1 - away) * shadeAlpha);
@@ -103,6 +108,7 @@ void NavigationTransition::arrange(double fraction) {
 
 void NavigationTransition::slide() {
   placeForSlide();
+  fades_ = UIAccessibility::isReduceMotionEnabled();
   UIView::performWithoutAnimation([this] { arrange(0); });
   const Ref<UINavigationController> controller = controller_.lock();
   controller->applyBars(true, UINavigationController::transitionDuration);
@@ -119,6 +125,12 @@ void NavigationTransition::clearSlide() {
     screen.view()->layer()->removeAnimationForKey("transform");
     UIView::performWithoutAnimation([&] { screen.view()->setTransform(transform); });
   };
+  if (fades_) {
+    for (const auto& screen : {plan_.from, plan_.to}) {
+      screen->view()->layer()->removeAnimationForKey("opacity");
+      UIView::performWithoutAnimation([&] { screen->view()->setAlpha(1); });
+    }
+  }
   reset(*plan_.from, fromTransform_);
   reset(*plan_.to, toTransform_);
   shade_->removeFromSuperview();

@@ -60,6 +60,7 @@ class NavigationTransition : public std::enable_shared_from_this<NavigationTrans
   CGAffineTransform toTransform_;
   double fraction_ = 0;
   bool slides_ = false;
+  bool fades_ = false;  // in place of sliding
   bool interactive_ = false;
   bool ended_ = false;
 };

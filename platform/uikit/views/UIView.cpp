@@ -1,5 +1,7 @@
 #include "platform/uikit/views/UIView.h"
 
+#include "platform/animation/LayerRenderer.h"
+#include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
 // The view itself: how it is made, looks and is named. Tree, geometry, touches, animation and layout are in sources of
@@ -111,6 +113,14 @@ void UIView::tintColorDidChange() {}
 
 void UIView::forgetTintColor() {
   if (storage_->tintColor) --ownTints;
+}
+
+Ref<UIView> UIView::snapshotViewAfterScreenUpdates(bool afterScreenUpdates) {
+  if (afterScreenUpdates) layoutIfNeeded();
+  auto picture = make<UIView>(frame());
+  picture->setUserInteractionEnabled(false);
+  picture->layer()->setContents(renderLayer(*layer(), bounds().size, UIScreen::main().scale()));
+  return picture;
 }
 
 // ---- Names

@@ -237,6 +237,10 @@ class UIView : public Object<UIView, TouchSurface> {
   /// The controller whose root view this is, or none.
   Ref<UIViewController> viewController() const;  // with the controllers
 
+  /// A view of this size that shows what this one shows now, and stays so. With `afterScreenUpdates` what waits to be
+  /// laid out is laid out before.
+  Ref<UIView> snapshotViewAfterScreenUpdates(bool afterScreenUpdates);
+
   // ---- For touches
   Ref<TouchSurface> surfaceAt(CGPoint point, const Ref<UIEvent>& event) final { return hitTest(point, event); }
   Ref<TouchSurface> surfaceAround() const final { return superview(); }
