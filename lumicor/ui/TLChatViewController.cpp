@@ -201,6 +201,7 @@ void TLChatViewController::viewDidAppear(bool animated) {
 
 void TLChatViewController::viewWillDisappear(bool animated) {
   Super::viewWillDisappear(animated);
+  view()->endEditing(true);
   UIView::performWithoutAnimation([this] { setBottomBarHidden(wasBottomNavBarHidden_); });
   if (const auto navigation = navigationController()) {
     navigation->setNavigationBarHidden(wasNavigationBarHidden_, false);
@@ -218,6 +219,7 @@ void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
 void TLChatViewController::dismissChatView() {
   const auto navigation = navigationController();
   if (!navigation) return;
+  view()->endEditing(true);
   holdInsets();
   navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);
   UIView::performWithoutAnimation([this] { setBottomBarHidden(false); });

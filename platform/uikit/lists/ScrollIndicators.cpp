@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/animation/CALayer.h"
 #include "platform/animation/CATransaction.h"
@@ -77,9 +78,10 @@ void ScrollIndicators::show(UIScrollView& view, const Place& place) {
   CATransaction::setDisableActions(true);
   vertical_->setOpacity(vertically ? 1 : 0);
   horizontal_->setOpacity(horizontally ? 1 : 0);
+  const bool appears = !std::exchange(visible_, true);
+  if (appears) follow(view, place);  // at once where they belong, whatever moves around them
   CATransaction::commit();
-  visible_ = true;
-  follow(view, place);
+  if (!appears) follow(view, place);
   fadeLater();
 }
 

@@ -193,8 +193,8 @@ void UITextField::draw(CGRect, CGContext& context) {
   if (!layout->text().empty()) context.drawText(layout, {left, top}, color);
   if (active && content_->blink.isShown() && !content_->edit.hasSelection()) {
     const CGRect caret = layout->caretRect(content_->toShown(content_->edit.caret()));
-    // In the middle of the gap, so that it stands on no letter.
-    const double wanted = left + caret.minX() - caretWidth / 2;
+    // In the middle of the gap, so that it stands on no letter; before the first one, which may be a placeholder's.
+    const double wanted = left + caret.minX() - (content_->edit.caret() == 0 ? caretWidth : caretWidth / 2);
     const double x = std::clamp(wanted, clipLeft, std::max(clipLeft, rect.maxX() - caretWidth));
     context.setFillColor(tintColor());
     context.fillPath(CGPath::roundedRect({toPixel(x), top + caret.minY(), caretWidth, caret.size.height}, 1));

@@ -5,6 +5,7 @@
 #include "platform/animation/CALayer.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/application/UIKeyboardWindow.h"
+#include "platform/uikit/device/UIAccessibility.h"
 #include "platform/uikit/text/UIKeyboard.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
@@ -98,6 +99,37 @@ TEST_F(ChatDetails, TheCrossTakesAFingerBesideIt) {
   tap({cross.midX(), cross.minY() - 6});
   pass(1);
   EXPECT_NE(navigation_->topViewController(), chat());
+}
+
+TEST_F(ChatDetails, ClosingTakesTheKeyboardAlongAndMovesNothingElse) {
+  openWith(20);
+  tap(chat()->inputTextField());
+  pass(1);
+  const double cross = chat()->crossButton()->frame().minY();
+  chat()->dismissChatView();
+  pass(0.1);
+  EXPECT_FALSE(UIKeyboard::shared().isVisible());
+  EXPECT_EQ(chat()->crossButton()->frame().minY(), cross) << "the bar that comes back does not push";
+  EXPECT_EQ(chat()->inputContainerView()->frame().maxY(), 810) << "nor does the tab bar";
+  pass(1);
+  tap(button());
+  pass(1);
+  EXPECT_EQ(chat()->crossButton()->frame().minY(), cross);
+  EXPECT_EQ(chat()->inputContainerView()->frame().maxY(), 810);
+}
+
+TEST_F(ChatDetails, WhoWantsNoMotionSeesFades) {
+  UIAccessibility::setReduceMotionEnabled(true);
+  openWith(3);
+  EXPECT_EQ(navigation_->topViewController(), chat());
+  chat()->dismissChatView();
+  pass(0.15);
+  EXPECT_EQ(chat()->view()->layer()->mask(), nullptr);
+  EXPECT_NEAR(chat()->view()->layer()->presentationLayer()->opacity(), 0.5, 0.2);
+  pass(1);
+  EXPECT_NE(navigation_->topViewController(), chat());
+  EXPECT_EQ(chat()->view()->layer()->presentationLayer()->opacity(), 1) << "it shows again next time";
+  UIAccessibility::setReduceMotionEnabled(false);
 }
 
 TEST_F(ChatDetails, TheTypingBubbleFitsItsDots) {
