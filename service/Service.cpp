@@ -16,7 +16,7 @@ std::int64_t millisecondsSince1970() {
 }  // namespace
 
 Service::Service(const Arguments& arguments, ServerLimits limits)
-    : configuration_(Configuration::load(arguments.configurationFile)),
+    : configuration_(Configuration::load(arguments.configurationFile, arguments.styleSheet)),
       assistant_(TaskFile::load(arguments.taskFile)),
       store_(arguments.dataFolder),
       routes_(configuration_, limits.bodyBytes,

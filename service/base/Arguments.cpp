@@ -33,6 +33,7 @@ Arguments Arguments::parse(std::span<const char* const> words) {
       {"--data", [&](const std::string& text) { result.dataFolder = text; }},
       {"--config", [&](const std::string& text) { result.configurationFile = text; }},
       {"--tasks", [&](const std::string& text) { result.taskFile = text; }},
+      {"--styles", [&](const std::string& text) { result.styleSheet = text; }},
       {"--assets", [&](const std::string& text) { result.assetFolder = text; }},
       {"--exchange", [&](const std::string& text) { result.exchangeFile = text; }},
       {"--host", [&](const std::string& text) { result.host = text; }},
@@ -64,6 +65,7 @@ const char* Arguments::usage() {
          "  --data DIR       where the database is kept; made when it does not exist\n"
          "  --config FILE    what applications receive when they start (JSON)\n"
          "  --tasks FILE     the tasks that requests are matched with (JSON)\n"
+         "  --styles FILE    a style sheet in the place of the configuration's styles (JSON)\n"
          "  --assets DIR     images and fonts served under /assets/\n"
          "  --port N         port to listen on, 0 for any free one (default 8480)\n"
          "  --host H         address to listen on (default 127.0.0.1: this machine only)\n"

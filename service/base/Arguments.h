@@ -13,6 +13,7 @@ struct Arguments {
   std::filesystem::path dataFolder;
   std::filesystem::path configurationFile;
   std::filesystem::path taskFile;
+  std::optional<std::filesystem::path> styleSheet;  ///< in the place of the configuration's styles
   std::optional<std::filesystem::path> assetFolder;
   std::optional<std::filesystem::path> exchangeFile;
   std::string host = "127.0.0.1";

@@ -47,14 +47,38 @@ void complete(Json& object, const char* key, std::string_view baseAddress) {
   if (text.starts_with('/')) object[key] = std::string(baseAddress) + text;
 }
 
-}  // namespace
-
-Configuration Configuration::load(const std::filesystem::path& file) {
+/// What the function makes of the file's text; its complaints name the file.
+template <class Read>
+auto readJsonFile(const std::filesystem::path& file, Read read) {
   try {
-    return parse(readTextFile(file));
+    return read(readTextFile(file));
   } catch (const JsonError& error) {
     throw LoadError(file.string() + ": " + error.what());
   }
+}
+
+Json parseStyleSheet(std::string_view text) {
+  Json styles = parseJson(text);
+  const JsonObject fields(styles, "");
+  fields.allowOnly({"backgroundColor", "fontSize", "sendFontColor", "receiveFontColor", "receiveBubbleColor",
+                    "sendBubbleColor", "fontSpacing", "fontWeight", "lineHeight", "textDecoration", "fontName",
+                    "inputBackgroundColor", "sendButtonBackgroundColor", "sendButtonTextColor", "inputFontSize",
+                    "sendButtonSize", "fontURL"});
+  checkStyles(fields);
+  return styles;
+}
+
+}  // namespace
+
+Configuration Configuration::load(const std::filesystem::path& file,
+                                  const std::optional<std::filesystem::path>& styleSheet) {
+  Configuration result = readJsonFile(file, &Configuration::parse);
+  if (!styleSheet) return result;
+  Json styles = readJsonFile(*styleSheet, &parseStyleSheet);
+  if (!result.data_.contains("layoutData"))
+    throw LoadError(file.string() + ": layoutData: is missing, so there is nothing to style");
+  result.data_["layoutData"]["styles"] = std::move(styles);
+  return result;
 }
 
 Configuration Configuration::parse(std::string_view text) {

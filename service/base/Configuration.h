@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -13,8 +14,10 @@ namespace service {
 /// What an application receives when it starts, and which keys it may start with. Never changes once loaded.
 class Configuration {
  public:
-  /// Reads and checks a file. Throws LoadError, naming the file and the field.
-  static Configuration load(const std::filesystem::path& file);
+  /// Reads and checks a file. With a style sheet, a file that holds a whole styles record, that stands in the place of
+  /// the layout's styles. Throws LoadError, naming the file and the field.
+  static Configuration load(const std::filesystem::path& file,
+                            const std::optional<std::filesystem::path>& styleSheet = std::nullopt);
   /// The same for a text; throws JsonError.
   static Configuration parse(std::string_view text);
 

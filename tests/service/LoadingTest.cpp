@@ -119,6 +119,39 @@ TEST(Configuration, RefusesALayoutThatApplicationsWouldRefuse) {
   }
 }
 
+TEST(Configuration, TakesItsStylesFromASheetThatIsWhole) {
+  const TemporaryFolder folder;
+  const auto config = dataFolder() / "config.json";
+  Json styles = parseJson(readFile(config))["layoutData"]["styles"];
+  styles["sendBubbleColor"] = "#123456";
+  styles["fontURL"] = "/assets/Other.otf";
+  const std::string good = styles.dump();
+  const Json before = Configuration::load(config).dataFor("http://here:1");
+  const Json after = Configuration::load(config, folder.write("good.json", good)).dataFor("http://here:1");
+  EXPECT_EQ(after["layoutData"]["styles"]["sendBubbleColor"], "#123456");
+  EXPECT_EQ(after["layoutData"]["styles"]["fontURL"], "http://here:1/assets/Other.otf");
+  EXPECT_EQ(after["layoutData"]["image"], before["layoutData"]["image"]);
+
+  const std::vector<std::tuple<std::string, std::string, std::string>> table = {
+      {R"("sendBubbleColor":"#123456",)", "", "sendBubbleColor: is missing"},
+      {R"("sendBubbleColor":"#123456")", R"("sendBubbleColor":7)", "sendBubbleColor: must be a string"},
+      {R"("fontSize":16)", R"("fontSize":"16")", "fontSize: must be a whole number"},
+      {R"("textDecoration":[])", R"("textDecoration":[1])", "textDecoration[0]: must be a string"},
+      {"{", R"({"bubbleColor":"#000000",)", "bubbleColor: is not a known key"},
+      {"{", "[", "not JSON"},
+  };
+  for (const auto& [from, to, complaint] : table) {
+    const auto sheet = folder.write("styles.json", changed(good, from, to));
+    EXPECT_THAT(complaintOf([&] { Configuration::load(config, sheet); }),
+                HasSubstr(sheet.string() + ": " + complaint));
+  }
+  const auto plain = folder.write("plain.json", "{}");
+  EXPECT_THAT(complaintOf([&] { Configuration::load(plain, folder.path() / "good.json"); }),
+              HasSubstr(plain.string() + ": layoutData: is missing"));
+  EXPECT_THAT(complaintOf([&] { Configuration::load(config, folder.path() / "none.json"); }),
+              HasSubstr("none.json: cannot be read"));
+}
+
 TEST(Configuration, CompletesRelativeAddressesAndAcceptsAnyKeyUnlessToldWhich) {
   const std::string good = readFile(dataFolder() / "config.json");
   const Json data = Configuration::parse(good).dataFor("http://here:1");

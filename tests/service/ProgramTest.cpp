@@ -114,11 +114,14 @@ TEST_F(ProgramTest, EndsWithOneClearLineWhenItCannotStart) {
   const std::string taken = std::to_string(portOf(first));
   std::vector<std::string> busy = words();
   busy.back() = taken;
+  std::vector<std::string> styled = words();
+  styled.insert(styled.end(), {"--styles", broken});
   const std::vector<std::pair<std::vector<std::string>, std::string>> table = {
       {{}, "--data DIR is required; try --help"},
       {{"--port"}, "--port: a value is required"},
       {words("no\nfile.json"), "no?file.json: cannot be read"},
       {words(config, broken), broken + ": task \"a\".samples: must be a list"},
+      {styled, broken + ": tasks: is not a known key"},
       {busy, "cannot listen on 127.0.0.1 port " + taken + ": Address already in use"},
   };
   for (const auto& [arguments, complaint] : table) {
