@@ -163,8 +163,9 @@ void QtTextLayout::place() {
     const double x = alignment == NSTextAlignment::right ? gap : alignment == NSTextAlignment::center ? gap / 2 : 0;
     line.frame.origin = {x, top};
     line.baseline = top + style_.font.leading() / 2 + style_.font.ascender();
-    // Qt puts a line written from the right at the right end of its own room: take that room away.
-    const double indent = std::min(qt.cursorToX(qt.textStart()), qt.cursorToX(qt.textStart() + qt.textLength()));
+    // Qt puts a line written from the right at the right end of its own room: take that room away. Carets do not tell
+    // how much it is: where the line ends in letters written from the left, the last one stands inside it.
+    const double indent = qt.naturalTextRect().x() - qt.x();
     set_[i].position = {x - (isRightToLeft ? std::max(0.0, indent) : 0.0), line.baseline - qt.ascent()};
     qt.setPosition(set_[i].position);
     top += style_.font.lineHeight() + (i + 1 < lines_.size() ? style_.lineSpacing : 0);

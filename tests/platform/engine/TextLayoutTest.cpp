@@ -125,6 +125,24 @@ TEST(TextLayout, KeepsEachParagraphsOwnDirection) {
   EXPECT_NEAR(layout->lines()[1].frame.maxX(), 200, 1e-6);
 }
 
+TEST(TextLayout, DrawsEveryLetterOfALineInBothDirectionsInsideItsFrame) {
+  for (const char* text : {"שלום, Earl Grey", "tea שלום", "שלום", "שלום Earl שלום"}) {
+    const auto layout = TextLayout::make(text, styled());
+    const CGSize size = layout->size();
+    // The same letters with room around them, and cut to their frame: nothing may be lost.
+    const auto inked = [&](double margin) {
+      const auto image = UIGraphicsImageRenderer({size.width + 2 * margin, size.height}, 1).imageWithActions(
+          [&](CGContext& context) { context.drawText(layout, {margin, 0}, UIColor::black()); });
+      double ink = 0;
+      for (int y = 0; y < image->cgImage()->height(); ++y) {
+        for (int x = 0; x < image->cgImage()->width(); ++x) ink += image->cgImage()->pixel(x, y) >> 24;
+      }
+      return ink;
+    };
+    EXPECT_GT(inked(0), 0.97 * inked(200)) << text;
+  }
+}
+
 TEST(TextLayout, GivesTheSameObjectForTheSameRequest) {
   const auto first = TextLayout::make("cached", styled(), 100);
   EXPECT_EQ(TextLayout::make("cached", styled(), 100), first);
