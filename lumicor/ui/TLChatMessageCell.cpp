@@ -42,7 +42,10 @@ void TLChatMessageCell::initWithStyle(UITableViewCellStyle style, const std::str
   bubbleBackgroundView_->layer()->setCornerRadius(16);
   bubbleBackgroundView_->layer()->setCornerCurve(CALayerCornerCurve::continuous);
   messageLabel_->setNumberOfLines(0);
+  // Of a text that wraps the bubble is as wide as the longest line, not as the room for it.
+  messageLabel_->setPreferredMaxLayoutWidth(maximumTextWidth);
   typingIndicatorView_->setHidden(true);
+  typingIndicatorView_->setAccessibilityLabel("Typing");
   makeConstraints();
 }
 

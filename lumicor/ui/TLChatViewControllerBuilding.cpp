@@ -6,8 +6,8 @@
 #include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLChatFont.h"
 #include "lumicor/ui/TLChatMessageCell.h"
-#include "lumicor/ui/TLCrossButton.h"
 #include "lumicor/ui/TLChatViewController.h"
+#include "lumicor/ui/TLCrossButton.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
 #include "platform/uikit/bars/UINavigationItem.h"
@@ -47,9 +47,9 @@ void TLChatViewController::viewDidLoad() {
   buildHeader();
   buildInputBar();
   buildList();
-  for (const Ref<UIView>& part :
-       std::initializer_list<Ref<UIView>>{tableView_, headerLine_, inputBackdrop_, inputContainerView_, crossButton_,
-                                          titleLabel_}) {
+  // In the order in which they are read aloud.
+  for (const Ref<UIView>& part : std::initializer_list<Ref<UIView>>{titleLabel_, crossButton_, tableView_, headerLine_,
+                                                                    inputBackdrop_, inputContainerView_}) {
     part->setTranslatesAutoresizingMaskIntoConstraints(false);
     view()->addSubview(part);
   }
@@ -104,6 +104,7 @@ void TLChatViewController::buildInputBar() {
   sendButton_ = make<UIButton>(UIButtonType::system);
   sendButton_->setTranslatesAutoresizingMaskIntoConstraints(false);
   sendButton_->setTitle("Send", UIControlState::normal);
+  sendButton_->setAccessibilityLabel("Send");
   sendButton_->setTitleColor(styleColor(&TLStyles::sendButtonTextColor, white), UIControlState::normal);
   sendButton_->setBackgroundColor(styleColor(&TLStyles::sendButtonBackgroundColor, white));
   sendButton_->layer()->setCornerRadius(cornerRadius);
@@ -125,6 +126,8 @@ void TLChatViewController::buildList() {
   tableView_->registerClass<TLChatMessageCell>(TLChatMessageCell::reuseIdentifier);
   tableView_->setEstimatedRowHeight(44);
   tableView_->setRowHeight(UITableViewAutomaticDimension);
+  // It lies between the header and the bar; a host's bar that comes back while the chat closes must not push its rows.
+  tableView_->setContentInsetAdjustmentBehavior(UIScrollViewContentInsetAdjustmentBehavior::never);
 
   // Shows where messages slide under the title.
   headerLine_ = make<UIView>();

@@ -9,34 +9,40 @@ namespace lumicor {
 
 namespace {
 
-// In parts of the side.
+// In parts of the glyph's side.
 constexpr CGRect bubble{0.04, 0.10, 0.92, 0.66};
 constexpr double cornerRadius = 0.2;
 constexpr double dotRadius = 0.055;
 constexpr double dotDistance = 0.2;
 
-CGRect scaled(const CGRect& rect, double side) {
-  return {rect.origin.x * side, rect.origin.y * side, rect.size.width * side, rect.size.height * side};
-}
+/// Where the parts of a glyph lie in its picture.
+struct Place {
+  double margin;
+  double glyph;
+  CGPoint point(double x, double y) const { return {margin + x * glyph, margin + y * glyph}; }
+  CGRect rect(const CGRect& part) const {
+    const CGPoint origin = point(part.origin.x, part.origin.y);
+    return {origin.x, origin.y, part.size.width * glyph, part.size.height * glyph};
+  }
+};
 
 }  // namespace
 
-Ref<UIImage> floaterGlyph(double side, const UIColor& color) {
+Ref<UIImage> floaterGlyph(double side, double glyph, const UIColor& color) {
+  const Place place{(side - glyph) / 2, glyph};
   const auto draw = [&](CGContext& context) {
     context.setFillColor(color);
-    UIBezierPath::bezierPathWithRoundedRect(scaled(bubble, side), cornerRadius * side)->fill(context);
+    UIBezierPath::bezierPathWithRoundedRect(place.rect(bubble), cornerRadius * glyph)->fill(context);
     auto tail = make<UIBezierPath>();
-    tail->moveToPoint({0.22 * side, 0.7 * side});
-    tail->addLineToPoint({0.22 * side, 0.95 * side});
-    tail->addLineToPoint({0.48 * side, 0.74 * side});
+    tail->moveToPoint(place.point(0.22, 0.7));
+    tail->addLineToPoint(place.point(0.22, 0.95));
+    tail->addLineToPoint(place.point(0.48, 0.74));
     tail->closePath();
     tail->fill(context);
     context.setFillColor(UIColor::white());
     for (const double step : {-1.0, 0.0, 1.0}) {
-      const CGPoint center{(0.5 + step * dotDistance) * side, bubble.midY() * side};
-      const double radius = dotRadius * side;
-      UIBezierPath::bezierPathWithOvalInRect({center.x - radius, center.y - radius, 2 * radius, 2 * radius})
-          ->fill(context);
+      const CGRect dot{0.5 + step * dotDistance - dotRadius, bubble.midY() - dotRadius, 2 * dotRadius, 2 * dotRadius};
+      UIBezierPath::bezierPathWithOvalInRect(place.rect(dot))->fill(context);
     }
   };
   return UIGraphicsImageRenderer({side, side}, UIScreen::main().scale()).imageWithActions(draw);

@@ -1,5 +1,7 @@
 #include "lumicor/ui/TLFloaterView.h"
 
+#include <algorithm>
+
 #include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLFloaterGlyph.h"
 #include "lumicor/ui/TLFloaterManager.h"
@@ -20,6 +22,8 @@ constexpr double fadeDuration = 0.3;
 constexpr double snapDuration = 0.3;
 constexpr double ringWidth = 1.5;
 constexpr double ringAlpha = 0.3;
+/// Of the button's width, so that the round edge cuts nothing off.
+constexpr double largestGlyph = 0.5;
 
 }  // namespace
 
@@ -46,7 +50,8 @@ void TLFloaterView::showImage() {
   const UIColor color = UIColorHex(layoutData->styles.receiveBubbleColor);
   const auto imageSize = static_cast<double>(layoutData->imageSize);
   auto picture = make<UIImageView>();
-  picture->setImage(floaterGlyph(imageSize, color));
+  const double glyph = std::min(imageSize, largestGlyph * static_cast<double>(layoutData->size));
+  picture->setImage(floaterGlyph(imageSize, glyph, color));
   layer()->setBorderWidth(ringWidth);
   layer()->setBorderColor(color.colorWithAlphaComponent(ringAlpha));
   picture->setTranslatesAutoresizingMaskIntoConstraints(false);

@@ -118,6 +118,30 @@ TEST_F(ChatDetails, ClosingTakesTheKeyboardAlongAndMovesNothingElse) {
   EXPECT_EQ(chat()->inputContainerView()->frame().maxY(), 810);
 }
 
+TEST_F(ChatDetails, ClosingDoesNotPushTheMessages) {
+  openWith(3);
+  const auto place = [&] { return cell(0)->convertPoint({0, 0}, nullptr); };
+  const CGPoint before = place();
+  chat()->dismissChatView();
+  for (int i = 0; i < 5; ++i) {
+    pass(0.05);
+    EXPECT_EQ(place(), before) << "the host's bar that comes back lies over the list's upper edge";
+  }
+}
+
+TEST_F(ChatDetails, ABubbleIsAsWideAsItsLongestLine) {
+  Lumicor::shared().setChatHistory({{"Good day! Tell me what you would like today.", true, 0},
+                                    {"incomprehensibilities uncharacteristically", false, 1}});
+  TLFloaterManager::shared().show();
+  openChat();
+  for (const std::int64_t row : {0, 1}) {
+    const auto label = cell(row)->messageLabel();
+    EXPECT_GT(label->frame().height(), 1.5 * label->font().lineHeight()) << "two lines";
+    EXPECT_LT(label->frame().width(), 245) << row;
+    EXPECT_EQ(label->frame().width(), label->sizeThatFits({250, 0}).width) << row;
+  }
+}
+
 TEST_F(ChatDetails, WhoWantsNoMotionSeesFades) {
   UIAccessibility::setReduceMotionEnabled(true);
   openWith(3);

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/RunLoop.h"
@@ -213,6 +215,27 @@ TEST_F(Floater, ShowsAGlyphAndARingUntilItsPictureHasCome) {
   pass(3);
   EXPECT_NE(picture->image(), glyph);
   EXPECT_EQ(button()->layer()->borderWidth(), 0);
+}
+
+TEST_F(Floater, TheGlyphKeepsClearOfTheRoundEdgeHoweverLargeThePictureIsToBe) {
+  TLLayout layout;
+  layout.image = "";
+  layout.size = layout.imageSize = 60;
+  TLFloaterManager::shared().setLayoutData(layout);
+  TLFloaterManager::shared().show();
+  const auto glyph = as<UIImageView>(button()->subviews().front())->image();
+  ASSERT_NE(glyph, nullptr);
+  const Bitmap& pixels = *glyph->cgImage();
+  ASSERT_EQ(pixels.width(), 120);
+  int inside = 0;
+  for (int y = 0; y < 120; ++y) {
+    for (int x = 0; x < 120; ++x) {
+      if (pixels.pixel(x, y) >> 24 == 0) continue;
+      EXPECT_LT(std::hypot(x - 59.5, y - 59.5), 54) << x << ", " << y;
+      ++inside;
+    }
+  }
+  EXPECT_GT(inside, 1000) << "there is a glyph";
 }
 
 /// A host that watches its own navigation.
