@@ -7,6 +7,8 @@
 
 #include "examples/teashop/TeashopApplication.h"
 #include "examples/teashop/demo/DemoPlayer.h"
+#include "examples/teashop/demo/Gallery.h"
+#include "examples/teashop/demo/GalleryPage.h"
 #include "platform/dispatch/Clock.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/uikit/application/UIApplication.h"
@@ -16,16 +18,20 @@ namespace {
 struct Arguments {
   std::string service;
   std::optional<std::string> playInto;
+  std::optional<std::string> galleryInto;
+  std::string styleSheets;
   bool isFast = false;
   bool playsEveryStory = false;
 };
 
 constexpr const char* usage =
-    "usage: teashop --service URL [--play FOLDER [--all] [--fast]]\n"
-    "  --service URL   where the assistant's service listens\n"
-    "  --play FOLDER   plays a request without a person, visits every screen and writes the report there\n"
-    "  --all           plays every request, not only the first\n"
-    "  --fast          in virtual time\n";
+    "usage: teashop --service URL [--play FOLDER [--all] [--fast] | --gallery FOLDER --styles FOLDER]\n"
+    "  --service URL     where the assistant's service listens\n"
+    "  --play FOLDER     plays a request without a person, visits every screen and writes the report there\n"
+    "  --all             plays every request, not only the first\n"
+    "  --fast            in virtual time\n"
+    "  --gallery FOLDER  writes a page with pictures of all that people see of the assistant there\n"
+    "  --styles FOLDER   where the gallery's style sheets are\n";
 
 std::optional<Arguments> parse(int count, char** values) {
   Arguments arguments;
@@ -36,6 +42,10 @@ std::optional<Arguments> parse(int count, char** values) {
       arguments.service = values[++i];
     } else if (option == "--play" && hasValue) {
       arguments.playInto = values[++i];
+    } else if (option == "--gallery" && hasValue) {
+      arguments.galleryInto = values[++i];
+    } else if (option == "--styles" && hasValue) {
+      arguments.styleSheets = values[++i];
     } else if (option == "--fast") {
       arguments.isFast = true;
     } else if (option == "--all") {
@@ -45,7 +55,21 @@ std::optional<Arguments> parse(int count, char** values) {
     }
   }
   if (arguments.service.empty()) return std::nullopt;
+  if (arguments.galleryInto && (arguments.playInto || arguments.styleSheets.empty())) return std::nullopt;
   return arguments;
+}
+
+int showGallery(teashop::TeashopApplication& application, const Arguments& arguments) {
+  teashop::GalleryPage page(*arguments.galleryInto);
+  const std::string failure =
+      teashop::Gallery(application, arguments.styleSheets).play([&](const teashop::GalleryPicture& picture) {
+        std::printf("   %s\n", picture.name.c_str());
+        page.add(picture);
+      });
+  const bool isWritten = page.write();
+  if (!failure.empty()) std::fprintf(stderr, "teashop: %s\n", failure.c_str());
+  if (!isWritten) std::fprintf(stderr, "teashop: the gallery cannot be written\n");
+  return failure.empty() && isWritten ? 0 : 1;
 }
 
 }  // namespace
@@ -58,10 +82,11 @@ int main(int count, char** values) {
   }
   platform::Bundle::main().setInfoDictionary(platform::JSONValue::object(
       {{"CFBundleIdentifier", "com.example.teashop"}, {"CFBundleShortVersionString", "1.4.0"}}));
-  if (arguments->isFast) platform::Clock::useVirtualTime(platform::Clock::secondsSince1970());
+  if (arguments->isFast || arguments->galleryInto) platform::Clock::useVirtualTime(platform::Clock::secondsSince1970());
 
   teashop::TeashopApplication application;
   teashop::TeashopApplication::startAssistant(arguments->service);
+  if (arguments->galleryInto) return showGallery(application, *arguments);
   if (!arguments->playInto) return platform::UIApplication::shared().run("Tea shop");
   teashop::DemoPlayer player(application, arguments->service, *arguments->playInto);
   return player.play(arguments->playsEveryStory) ? 0 : 1;

@@ -142,8 +142,7 @@ TEST(Configuration, TakesItsStylesFromASheetThatIsWhole) {
   };
   for (const auto& [from, to, complaint] : table) {
     const auto sheet = folder.write("styles.json", changed(good, from, to));
-    EXPECT_THAT(complaintOf([&] { Configuration::load(config, sheet); }),
-                HasSubstr(sheet.string() + ": " + complaint));
+    EXPECT_THAT(complaintOf([&] { Configuration::load(config, sheet); }), HasSubstr(sheet.string() + ": " + complaint));
   }
   const auto plain = folder.write("plain.json", "{}");
   EXPECT_THAT(complaintOf([&] { Configuration::load(plain, folder.path() / "good.json"); }),

@@ -5,36 +5,16 @@
 #include <fstream>
 #include <sstream>
 
+#include "examples/teashop/demo/HtmlPage.h"
 #include "platform/foundation/JSONValue.h"
 
 namespace teashop {
 
 namespace {
 
-constexpr std::size_t longestBodyShown = 4000;
+using htmlPage::escaped;
 
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
+constexpr std::size_t longestBodyShown = 4000;
 
 std::string secondsText(double seconds) {
   char text[32];
@@ -43,15 +23,8 @@ std::string secondsText(double seconds) {
 }
 
 constexpr const char* style = R"css(
-  :root { --ink: #22261f; --soft: #6b716d; --line: #e6e1d8; --leaf: #1f4d3a; --paper: #faf7f2; }
-  body { margin: 0; background: var(--paper); color: var(--ink); font: 16px/1.5 Inter, system-ui, sans-serif; }
-  main { max-width: 1080px; margin: 0 auto; padding: 48px 24px 96px; }
-  h1 { font-size: 32px; letter-spacing: -0.02em; margin: 0 0 8px; }
-  h2 { font-size: 20px; margin: 56px 0 16px; }
-  .lead { color: var(--soft); max-width: 640px; margin: 0 0 24px; }
   .request { background: #fff; border: 1px solid var(--line); border-radius: 14px; padding: 16px 20px; font-size: 18px; }
   .stages { margin: 20px 0; display: grid; grid-template-columns: repeat(auto-fill, minmax(230px, 1fr)); gap: 28px 24px; }
-  figure { margin: 0; }
   figure img { width: 100%; border-radius: 22px; border: 1px solid var(--line); box-shadow: 0 8px 28px rgba(34,38,31,.10); }
   figcaption { padding: 12px 4px 0; font-size: 14px; }
   figcaption b { display: block; font-size: 15px; }
@@ -127,9 +100,7 @@ bool DemoReport::holds() const {
 
 bool DemoReport::write(const Times& times) const {
   std::ofstream page(folder_ / "report.html");
-  page << "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>The assistant at work</title>"
-       << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><style>" << style
-       << "</style></head><body><main>\n<h1>"
+  page << htmlPage::head("The assistant at work", style) << "<h1>"
        << (holds() ? "Every request was carried out" : "Not every request was carried out")
        << "</h1>\n<p class=\"lead\">A customer opened the chat, said what was wanted, and watched the shop being "
           "operated. "
@@ -143,7 +114,7 @@ bool DemoReport::write(const Times& times) const {
     if (!part.checks.empty()) writeChecks(page, part.checks);
   }
   writeExchange(page, folder_ / "http.jsonl");
-  page << "</main></body></html>\n";
+  page << htmlPage::foot();
   return static_cast<bool>(page.flush());
 }
 

@@ -131,8 +131,10 @@ TEST(TextLayout, DrawsEveryLetterOfALineInBothDirectionsInsideItsFrame) {
     const CGSize size = layout->size();
     // The same letters with room around them, and cut to their frame: nothing may be lost.
     const auto inked = [&](double margin) {
-      const auto image = UIGraphicsImageRenderer({size.width + 2 * margin, size.height}, 1).imageWithActions(
-          [&](CGContext& context) { context.drawText(layout, {margin, 0}, UIColor::black()); });
+      const auto image =
+          UIGraphicsImageRenderer({size.width + 2 * margin, size.height}, 1).imageWithActions([&](CGContext& context) {
+            context.drawText(layout, {margin, 0}, UIColor::black());
+          });
       double ink = 0;
       for (int y = 0; y < image->cgImage()->height(); ++y) {
         for (int x = 0; x < image->cgImage()->width(); ++x) ink += image->cgImage()->pixel(x, y) >> 24;
@@ -235,11 +237,22 @@ TEST(TextLayout, BoundsEnormousTexts) {
 }
 
 TEST(TextScripts, FindsAFontForEveryLetter) {
-  constexpr const char* samples[] = {
-      "The kettle is on — “tea”, 5 °C, €3", "Ευχαριστώ πολύ", "Спасибо, чай готов", "Շնորհակալություն", "გმადლობთ",
-      "תודה רבה", "شكرا جزيلا، الشاي جاهز", "धन्यवाद, चाय तैयार है", "ধন্যবাদ, চা তৈরি", "நன்றி, தேநீர் தயார்",
-      "ขอบคุณ ชาพร้อมแล้ว", "谢谢，茶泡好了", "ありがとう、お茶が入りました", "감사합니다, 차가 준비되었습니다", "አመሰግናለሁ",
-      "😀 ❤ ❤️ 👩‍👩‍👧‍👦 👍🏽 🇯🇵 7️⃣ ☕"};
+  constexpr const char* samples[] = {"The kettle is on — “tea”, 5 °C, €3",
+                                     "Ευχαριστώ πολύ",
+                                     "Спасибо, чай готов",
+                                     "Շնորհակալություն",
+                                     "გმადლობთ",
+                                     "תודה רבה",
+                                     "شكرا جزيلا، الشاي جاهز",
+                                     "धन्यवाद, चाय तैयार है",
+                                     "ধন্যবাদ, চা তৈরি",
+                                     "நன்றி, தேநீர் தயார்",
+                                     "ขอบคุณ ชาพร้อมแล้ว",
+                                     "谢谢，茶泡好了",
+                                     "ありがとう、お茶が入りました",
+                                     "감사합니다, 차가 준비되었습니다",
+                                     "አመሰግናለሁ",
+                                     "😀 ❤ ❤️ 👩‍👩‍👧‍👦 👍🏽 🇯🇵 7️⃣ ☕"};
   for (const char* sample : samples) {
     const auto layout = TextLayout::make(sample, styled());
     EXPECT_EQ(layout->missingGlyphs(), 0u) << sample;
