@@ -97,6 +97,28 @@ TEST_F(Demo, CarriesOutEveryRequestThatTheShopsTaskFileHolds) {
   }
 }
 
+TEST_F(Demo, ShowsTheWholeGalleryBesideTheRealService) {
+  const auto service = startService();
+  const std::vector<std::string> command = {TEASHOP_PROGRAM,
+                                            "--service",
+                                            address_,
+                                            "--gallery",
+                                            folder_ / "out",
+                                            "--styles",
+                                            fs::path(ASSISTANT_FOLDER) / "styles"};
+  ChildProcess shop(command, {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}});
+  const std::string said = shop.readAll();
+  EXPECT_EQ(shop.wait(), 0) << said;
+  const std::string page = contentOf(folder_ / "out" / "gallery.html");
+  int pictures = 0;
+  for (const auto& file : fs::directory_iterator(folder_ / "out" / "gallery")) {
+    ++pictures;
+    EXPECT_NE(page.find("src=\"gallery/" + file.path().filename().string()), std::string::npos) << file.path();
+  }
+  EXPECT_GE(pictures, 30);
+  EXPECT_EQ(said.find("never happened"), std::string::npos) << said;
+}
+
 TEST_F(Demo, EndsWithAnErrorWhenThereIsNoService) {
   address_ = "http://127.0.0.1:9";
   std::string said;
