@@ -151,10 +151,14 @@ void Gallery::playChat() {
         "It opens at its end. A line shows that there is more above.");
   shows(galleryTexts::veryLongMessage(), "chat-long-message", "A very long message",
         "It is shown whole; the list scrolls through it.");
-  shows(galleryTexts::scripts(), "chat-scripts-end", "Many scripts, the later ones", "");
+  begin(galleryTexts::scripts());
+  openChat();
   chat()->tableView()->scrollToRow(IndexPath(0, 0), UITableViewScrollPosition::top, false);
   rest();
   picture("chat-scripts", "Many scripts", "Each in its own direction.");
+  chat()->scrollToBottom(false);
+  rest();
+  picture("chat-scripts-end", "Many scripts, the later ones", "");
 
   begin(galleryTexts::shortConversation());
   openChat();
@@ -175,7 +179,7 @@ void Gallery::playChat() {
 void Gallery::playStyleSheets() {
   section({"Three style sheets", "The same chat as the service can dress it: colours, font and sizes, no code."});
   const std::vector<std::pair<std::string, std::string>> sheets = {
-      {"dark", "Dark: black and grey on paper"},
+      {"dark", "Dark: black and grey on paper, with a green Send"},
       {"tinted", "Tinted: one blue, light and deep"},
       {"branded", "Branded: the shop\u2019s green, and amber"},
   };
