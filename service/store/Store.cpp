@@ -1,8 +1,12 @@
 #include "service/store/Store.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
 
 #include "service/base/LoadError.h"
+#include "service/http/FileDescriptor.h"
 
 namespace service {
 namespace {
@@ -43,12 +47,22 @@ void prepareSchema(Database& database, const std::string& name) {
   transaction.commit();
 }
 
+/// Holds the folder against other services until it is let go of. A folder that cannot be held is used all the same.
+FileDescriptor holdFolder(const std::filesystem::path& folder) {
+  FileDescriptor held(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  while (held.isOpen() && ::flock(held.get(), LOCK_EX) != 0 && errno == EINTR) {
+  }
+  return held;
+}
+
 Database openDatabase(const std::filesystem::path& folder) {
   const std::filesystem::path file = folder / "lumicor.sqlite";
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (!std::filesystem::is_directory(folder, error)) throw LoadError(folder.string() + ": is not a usable folder");
   try {
+    // A database changes to its journal without waiting for anybody: two services that begin on one folder take turns.
+    const FileDescriptor held = holdFolder(folder);
     Database database(file);
     prepareSchema(database, file.string());
     return database;
