@@ -1,5 +1,6 @@
 #include "platform/engine/qt/QtShapedText.h"
 
+#include <QTextBoundaryFinder>
 #include <algorithm>
 
 #include "platform/engine/TextLayout.h"
@@ -19,6 +20,22 @@ constexpr double tabDistance = 32;
 std::size_t maximumUnits(double pointSize) {
   const double fitting = 8e6 / std::max(pointSize, 1.0);
   return std::min(TextLayout::maximumLength, static_cast<std::size_t>(fitting));
+}
+
+/// Units from which on a word is wrapped at any letter straight away. Qt looks for the end of a word that does not fit,
+/// in every line of it: a text without a single break would take seconds.
+constexpr qsizetype longWord = 512;
+
+std::vector<QtShapedText::Span> longWordsOf(const QString& text) {
+  std::vector<QtShapedText::Span> words;
+  if (text.size() <= longWord) return words;
+  QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
+  qsizetype start = 0;
+  for (qsizetype end = breaks.toNextBoundary(); end > start; end = breaks.toNextBoundary()) {
+    if (end - start > longWord) words.push_back({start, end});
+    start = end;
+  }
+  return words;
 }
 
 /// Where the paragraph that begins there ends.
@@ -64,7 +81,8 @@ std::unique_ptr<QTextLayout> QtShapedText::newLayout(const QString& text) const 
   QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
   option.setWrapMode(QTextOption::ManualWrap);
   option.setTabStopDistance(tabDistance);
-  option.setTextDirection(Qt::LayoutDirectionAuto);
+  // Told once: Qt would look through a text without letters for its direction, again for every line.
+  option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   layout->setTextOption(option);
   layout->setCacheEnabled(true);
   QList<QTextLayout::FormatRange> formats = emojiRanges(text, layout->font());
@@ -86,6 +104,7 @@ QTextLayout& QtShapedText::beginLines(std::size_t index, const QtTextLayout& own
       if (isLineBreak(c)) c = QChar::LineSeparator;
     }
     paragraph.layout = newLayout(text);
+    paragraph.longWords = longWordsOf(text);
     // Never ended: what a new beginning throws away are the shaped letters, clearing takes the lines alone.
     paragraph.layout->beginLayout();
   }
@@ -95,7 +114,33 @@ QTextLayout& QtShapedText::beginLines(std::size_t index, const QtTextLayout& own
   option.setWrapMode(wrap);
   layout.setTextOption(option);
   paragraph.owner = &owner;
+  paragraph.wrap = wrap;
   return layout;
+}
+
+bool QtShapedText::isInsideLongWord(const Paragraph& paragraph, qsizetype start, double width) {
+  const auto word = std::partition_point(paragraph.longWords.begin(), paragraph.longWords.end(),
+                                         [start](const Span& each) { return each.end <= start; });
+  if (word == paragraph.longWords.end() || word->start > start) return false;
+  // Letters of a point and more: the line ends before the word does.
+  return static_cast<double>(word->end - start) > static_cast<double>(longWord) + width;
+}
+
+QTextLine QtShapedText::nextLine(std::size_t index, double width) {
+  const Paragraph& paragraph = paragraphs_[index];
+  QTextLayout& layout = *paragraph.layout;
+  QTextLine line = layout.createLine();
+  if (!line.isValid()) return line;
+  QTextOption option = layout.textOption();
+  const bool wrapsAnywhere = paragraph.wrap == QTextOption::WrapAtWordBoundaryOrAnywhere &&
+                             isInsideLongWord(paragraph, line.textStart(), width);
+  const QTextOption::WrapMode wrap = wrapsAnywhere ? QTextOption::WrapAnywhere : paragraph.wrap;
+  if (option.wrapMode() != wrap) {
+    option.setWrapMode(wrap);
+    layout.setTextOption(option);
+  }
+  line.setLineWidth(width);
+  return line;
 }
 
 QTextLayout* QtShapedText::brokenFor(std::size_t paragraph, const QtTextLayout& owner) const {

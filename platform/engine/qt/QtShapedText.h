@@ -27,8 +27,11 @@ class QtShapedText final : public ShapedText {
     qsizetype end;    ///< without the break that ends it
   };
   Span span(std::size_t paragraph) const { return paragraphs_[paragraph].span; }
-  /// Without lines at first; the next beginning of lines for another layout takes them away again.
+  /// Without lines at first; the next beginning of lines for another layout takes them away again. Each line is then
+  /// made by nextLine().
   QTextLayout& beginLines(std::size_t paragraph, const QtTextLayout& owner, QTextOption::WrapMode wrap);
+  /// The next line of a paragraph, wrapped at the width; not valid when there is none.
+  QTextLine nextLine(std::size_t paragraph, double width);
   /// The paragraph when its lines are those of this layout, else none.
   QTextLayout* brokenFor(std::size_t paragraph, const QtTextLayout& owner) const;
   /// A layout goes away: nobody else may be taken for it.
@@ -42,7 +45,11 @@ class QtShapedText final : public ShapedText {
     Span span;
     std::unique_ptr<QTextLayout> layout;
     const QtTextLayout* owner = nullptr;
+    QTextOption::WrapMode wrap = QTextOption::ManualWrap;
+    std::vector<Span> longWords{};  ///< in the layout's units, in order
   };
+  /// True when the line that begins there lies within one word, far from the word's end.
+  static bool isInsideLongWord(const Paragraph& paragraph, qsizetype start, double width);
   QtTextSource source_;
   std::vector<Paragraph> paragraphs_;
 };

@@ -28,6 +28,13 @@ double widthOf(const QTextLine& line, qsizetype from, qsizetype to) {
   return std::abs(line.cursorToX(static_cast<int>(to)) - line.cursorToX(static_cast<int>(from)));
 }
 
+/// What the painter can show at all, in its own coordinates.
+QRectF visiblePart(const QPainter& painter) {
+  const QRectF device(0, 0, painter.device()->width(), painter.device()->height());
+  const QRectF all = painter.deviceTransform().inverted().mapRect(device);
+  return painter.hasClipping() ? all.intersected(painter.clipBoundingRect()) : all;
+}
+
 }  // namespace
 
 QtTextLayout::QtTextLayout(std::shared_ptr<QtShapedText> shaped, const TextStyle& style, double width)
@@ -57,9 +64,8 @@ bool QtTextLayout::setParagraph(std::size_t paragraph, bool isLast) {
   const qsizetype size = layout.text().size();
   bool isFull = false;
   do {
-    QTextLine line = layout.createLine();
+    const QTextLine line = qtShaped_->nextLine(paragraph, isWrapping() ? width_ : endless);
     if (!line.isValid()) break;
-    line.setLineWidth(isWrapping() ? width_ : endless);
     const qsizetype lineEnd = line.textStart() + line.textLength();
     const bool isWrapped = lineEnd < size;
     addLine(line, {paragraph, line.lineNumber(), start, {}}, {start + line.textStart(), start + lineEnd}, isWrapped);
@@ -154,7 +160,7 @@ void QtTextLayout::place() {
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     TextLine& line = lines_[i];
     QTextLine qt = qtLine(i);
-    const bool isRightToLeft = layoutOf(set_[i]).text().isRightToLeft();
+    const bool isRightToLeft = layoutOf(set_[i]).textOption().textDirection() == Qt::RightToLeft;
     NSTextAlignment alignment = style_.alignment;
     if (alignment == NSTextAlignment::natural) {
       alignment = isRightToLeft ? NSTextAlignment::right : NSTextAlignment::left;
@@ -179,35 +185,43 @@ QTextLayout& QtTextLayout::layoutOf(const SetLine& wanted) const {
   QTextLayout& layout = qtShaped_->beginLines(wanted.paragraph, *this, wrapMode());
   for (const SetLine& set : set_) {
     if (set.paragraph != wanted.paragraph) continue;
-    QTextLine line = layout.createLine();
-    line.setLineWidth(isWrapping() ? width_ : endless);
-    line.setPosition(set.position);
+    qtShaped_->nextLine(wanted.paragraph, isWrapping() ? width_ : endless).setPosition(set.position);
   }
   return layout;
 }
 
 QTextLine QtTextLayout::qtLine(std::size_t line) const { return layoutOf(set_[line]).lineAt(set_[line].line); }
 
-const QList<QGlyphRun>& QtTextLayout::glyphs() const {
-  if (!hasGlyphs_) {
-    hasGlyphs_ = true;
-    for (std::size_t i = 0; i < set_.size(); ++i) {
-      const QTextLine qt = qtLine(i);
-      if (qt.textLength() > 0) glyphs_.append(qt.glyphRuns(qt.textStart(), qt.textLength()));
-    }
+const QList<QGlyphRun>& QtTextLayout::glyphsOf(std::size_t line) const {
+  glyphs_.resize(set_.size());
+  std::optional<QList<QGlyphRun>>& runs = glyphs_[line];
+  if (!runs) {
+    const QTextLine qt = qtLine(line);
+    runs = qt.textLength() > 0 ? qt.glyphRuns(qt.textStart(), qt.textLength()) : QList<QGlyphRun>();
   }
-  return glyphs_;
+  return *runs;
 }
 
 void QtTextLayout::draw(QPainter& painter, QPointF origin) const {
-  for (const QGlyphRun& run : glyphs()) painter.drawGlyphRun(origin, run);
+  const QRectF visible = visiblePart(painter).translated(-origin);
+  // Marks may stand far above and below their line.
+  const double slack = 2 * style_.font.lineHeight();
+  auto line = std::partition_point(lines_.begin(), lines_.end(),
+                                   [&](const TextLine& each) { return each.frame.maxY() + slack < visible.top(); });
+  for (; line != lines_.end() && line->frame.minY() - slack <= visible.bottom(); ++line) {
+    for (const QGlyphRun& run : glyphsOf(static_cast<std::size_t>(line - lines_.begin()))) {
+      painter.drawGlyphRun(origin, run);
+    }
+  }
 }
 
 std::size_t QtTextLayout::missingGlyphs() const {
   std::size_t missing = 0;
-  for (const QGlyphRun& run : glyphs()) {
-    const QList<quint32> indexes = run.glyphIndexes();
-    missing += static_cast<std::size_t>(std::count(indexes.begin(), indexes.end(), 0u));
+  for (std::size_t line = 0; line < set_.size(); ++line) {
+    for (const QGlyphRun& run : glyphsOf(line)) {
+      const QList<quint32> indexes = run.glyphIndexes();
+      missing += static_cast<std::size_t>(std::count(indexes.begin(), indexes.end(), 0u));
+    }
   }
   return missing;
 }

@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QTextLayout>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/engine/TextLayout.h"
@@ -31,7 +32,7 @@ class QtTextLayout final : public TextLayout {
   bool isWordBoundary(std::size_t index) const override { return source().isWordBoundary(index); }
 
  private:
-  const QList<QGlyphRun>& glyphs() const;
+  const QList<QGlyphRun>& glyphsOf(std::size_t line) const;
   /// Part of the source.
   struct Units {
     qsizetype start;
@@ -64,8 +65,7 @@ class QtTextLayout final : public TextLayout {
   std::shared_ptr<QtShapedText> qtShaped_;
   std::unique_ptr<QTextLayout> shortened_;
   std::vector<SetLine> set_;
-  mutable QList<QGlyphRun> glyphs_;  ///< see glyphs()
-  mutable bool hasGlyphs_ = false;
+  mutable std::vector<std::optional<QList<QGlyphRun>>> glyphs_;  ///< of the lines that were asked for
 };
 
 }  // namespace platform

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 
 #include "platform/engine/TextLayout.h"
 #include "platform/graphics/CGContext.h"
@@ -56,6 +57,58 @@ TEST(TextLayout, BreaksAWordThatIsTooLongAnywhere) {
   const auto layout = TextLayout::make(std::string(80, 'm'), styled(), 100);
   EXPECT_GT(layout->lines().size(), 5u);
   for (const TextLine& line : layout->lines()) EXPECT_LE(line.frame.width(), 100.001);
+}
+
+TEST(TextLayout, FillsTheLinesOfAWordOfThousandsOfLettersAndWrapsTheNextOnesByWords) {
+  const std::string words = "the kettle is on and the leaves are waiting in the pot ";
+  for (const std::size_t letters : {3000u, 3003u, 3006u, 3009u}) {
+    SCOPED_TRACE(letters);
+    const std::string text = words + std::string(letters, 'a') + ' ' + words + words;
+    const auto layout = TextLayout::make(text, styled(), 150);
+    std::string joined;
+    std::set<std::size_t> lengths;  // of the lines within the word
+    for (std::size_t i = 0; i < layout->lines().size(); ++i) {
+      const std::string line = lineText(*layout, i);
+      joined += line;
+      EXPECT_LE(layout->lines()[i].frame.maxX(), 150.001);
+      if (line == std::string(line.size(), 'a')) {
+        lengths.insert(line.size());
+      } else if (i + 1 < layout->lines().size()) {
+        EXPECT_EQ(line.back(), ' ') << line;
+      }
+    }
+    EXPECT_EQ(joined, text);
+    ASSERT_FALSE(lengths.empty());
+    EXPECT_LE(lengths.size(), 2u) << "full ones, and perhaps the last";
+    EXPECT_GT(static_cast<double>(*lengths.rbegin()) * styled().font.pointSize(), 150) << "as many letters as fit";
+    const CGRect caret = layout->caretRect(words.size() + 2000);
+    EXPECT_EQ(layout->indexAt({caret.midX(), caret.midY()}), words.size() + 2000);
+  }
+}
+
+TEST(TextLayout, DrawsOfALongTextWhatShowsAsItDrawsTheWhole) {
+  std::string text;
+  for (int i = 0; i < 120; ++i) text += "Line " + std::to_string(i) + " g\u0301\u0301\u0301\n";
+  const auto layout = TextLayout::make(text, styled(), 120);
+  const auto drawn = [&](double from, double height, double shift) {
+    return UIGraphicsImageRenderer({120, height}, 1).imageWithActions([&](CGContext& context) {
+      context.translateBy(0, -from);
+      context.clip(CGRect(0, from, 120, height));
+      context.drawText(layout, {0, shift}, UIColor::black());
+    });
+  };
+  const auto whole = drawn(0, layout->size().height, 0);
+  int ink = 0;
+  for (const int from : {0, 700, 1501}) {
+    const auto part = drawn(from + 30, 200, 30);
+    for (int y = 0; y < 200; ++y) {
+      for (int x = 0; x < 120; ++x) {
+        ASSERT_EQ(part->cgImage()->pixel(x, y), whole->cgImage()->pixel(x, y + from)) << x << ", " << y + from;
+        ink += part->cgImage()->pixel(x, y) != 0;
+      }
+    }
+  }
+  EXPECT_GT(ink, 1000);
 }
 
 TEST(TextLayout, HonoursLineBreaksOfEveryKindAndEmptyLines) {
