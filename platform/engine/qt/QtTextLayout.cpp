@@ -23,6 +23,9 @@ QTextLine setAsOneLine(QTextLayout& layout) {
   return line;
 }
 
+/// From Hebrew to the scripts of India and its neighbours. Plain letters of Europe, Chinese and the like fit every line.
+bool mayHaveMarks(QChar c) { return c.unicode() >= 0x0590 && c.unicode() < 0x1E00; }
+
 /// The width of a part of a line, whichever way it is written.
 double widthOf(const QTextLine& line, qsizetype from, qsizetype to) {
   return std::abs(line.cursorToX(static_cast<int>(to)) - line.cursorToX(static_cast<int>(from)));
@@ -142,6 +145,7 @@ QString QtTextLayout::shortened(const QString& text, bool moreFollows, qsizetype
 }
 
 void QtTextLayout::addLine(const QTextLine& qt, SetLine line, Units units, bool isWrapped) {
+  makeRoomForMarks(qt, line);
   set_.push_back(line);
   // The last line of a paragraph shows the blanks it ends in; a wrapped line lets them hang out.
   double width = qt.naturalTextWidth();
@@ -149,8 +153,27 @@ void QtTextLayout::addLine(const QTextLine& qt, SetLine line, Units units, bool 
   if (isWrapping()) width = std::min(width, std::max(width_, qt.naturalTextWidth()));
   TextLine placed;
   placed.range = {source().byteAt(units.start), source().byteAt(units.end)};
-  placed.frame.size = {width, style_.font.lineHeight()};
+  placed.frame.size = {width, line.above + style_.font.lineHeight() + line.below};
   lines_.push_back(placed);
+}
+
+void QtTextLayout::makeRoomForMarks(const QTextLine& qt, SetLine& line) const {
+  const QString& text = layoutOf(line).text();
+  const auto begin = text.begin() + qt.textStart();
+  if (std::none_of(begin, begin + qt.textLength(), mayHaveMarks)) return;
+  const double baseline = qt.y() + qt.ascent();
+  const double upper = style_.font.leading() / 2 + style_.font.ascender();
+  const double lower = style_.font.lineHeight() - upper;
+  for (const QGlyphRun& run : qt.glyphRuns(qt.textStart(), qt.textLength())) {
+    const QRawFont font = run.rawFont();
+    const QList<quint32> glyphs = run.glyphIndexes();
+    const QList<QPointF> positions = run.positions();
+    for (qsizetype i = 0; i < glyphs.size(); ++i) {
+      const QRectF ink = font.boundingRect(glyphs[i]).translated(positions[i]);
+      line.above = std::max(line.above, baseline - ink.top() - upper);
+      line.below = std::max(line.below, ink.bottom() - baseline - lower);
+    }
+  }
 }
 
 void QtTextLayout::place() {
@@ -168,13 +191,13 @@ void QtTextLayout::place() {
     const double gap = room - line.frame.width();
     const double x = alignment == NSTextAlignment::right ? gap : alignment == NSTextAlignment::center ? gap / 2 : 0;
     line.frame.origin = {x, top};
-    line.baseline = top + style_.font.leading() / 2 + style_.font.ascender();
+    line.baseline = top + set_[i].above + style_.font.leading() / 2 + style_.font.ascender();
     // Qt puts a line written from the right at the right end of its own room: take that room away. Carets do not tell
     // how much it is: where the line ends in letters written from the left, the last one stands inside it.
     const double indent = qt.naturalTextRect().x() - qt.x();
     set_[i].position = {x - (isRightToLeft ? std::max(0.0, indent) : 0.0), line.baseline - qt.ascent()};
     qt.setPosition(set_[i].position);
-    top += style_.font.lineHeight() + (i + 1 < lines_.size() ? style_.lineSpacing : 0);
+    top += line.frame.height() + (i + 1 < lines_.size() ? style_.lineSpacing : 0);
   }
   size_ = {widest, top};
 }

@@ -44,6 +44,8 @@ class QtTextLayout final : public TextLayout {
     int line;
     qsizetype start;  ///< the paragraph's first unit in the source
     QPointF position;
+    double above = 0;  ///< room that letters of another font than the text's own need above its line, and below
+    double below = 0;
   };
   static constexpr std::size_t shortenedLine = static_cast<std::size_t>(-1);
 
@@ -56,6 +58,8 @@ class QtTextLayout final : public TextLayout {
   void shorten(qsizetype start, qsizetype end, bool moreFollows);
   QString shortened(const QString& text, bool moreFollows, qsizetype& kept) const;
   void addLine(const QTextLine& qt, SetLine line, Units units, bool isWrapped);
+  /// Letters with marks above and below stand in fonts of their own, which want more room than the text's font.
+  void makeRoomForMarks(const QTextLine& qt, SetLine& line) const;
   void place();
   QTextLayout& layoutOf(const SetLine& line) const;
   QTextLine qtLine(std::size_t line) const;

@@ -337,6 +337,26 @@ Ink inkOf(const char* text) {
   return ink;
 }
 
+TEST(TextScripts, GivesLettersWithMarksTheRoomTheyNeed) {
+  constexpr double margin = 20;
+  for (const char* text : {"कृपया दो कप चाय", "দয়া করে দুই কাপ চা", "இரண்டு கோப்பை", "ขอชาสองที่นี่ ปู่", "שָׁלוֹם", "مُحَمَّدٌ", "tea"}) {
+    SCOPED_TRACE(text);
+    const auto layout = TextLayout::make(text, styled());
+    const CGSize size = layout->size();
+    const auto image = UIGraphicsImageRenderer({size.width, size.height + 2 * margin}, 2)
+                           .imageWithActions([&](CGContext& context) {
+                             context.drawText(layout, {0, margin}, UIColor::black());
+                           });
+    const Bitmap& pixels = *image->cgImage();
+    for (int y = 0; y < pixels.height(); ++y) {
+      const bool isInside = y >= 2 * margin - 1 && y <= 2 * (margin + size.height) + 1;
+      for (int x = 0; x < pixels.width() && !isInside; ++x) EXPECT_LT(pixels.color(x, y).alpha(), 0.2) << y;
+    }
+    EXPECT_EQ(layout->lines()[0].frame.height(), size.height);
+  }
+  EXPECT_EQ(TextLayout::make("tea 茶 ☕ é", styled())->size().height, styled().font.lineHeight());
+}
+
 TEST(TextScripts, ShowsEmojiInColourUnlessTheTextWantsLetters) {
   for (const char* emoji : {"😀", "❤", "❤️", "☀️", "👩‍🚀", "👍🏽", "🇯🇵"}) {
     SCOPED_TRACE(emoji);
