@@ -68,6 +68,8 @@ class Engine {
   virtual void goWithoutDisplay() = 0;
   /// False when there is no screen; windows then exist without being seen.
   virtual bool isDisplayAvailable() = 0;
+  /// True when there is no screen and nobody asked to go without: a window would wait for a person for ever.
+  virtual bool isDisplayMissing() = 0;
   /// Size in points; the window shows that many desktop points and takes bitmaps of `scale` pixels a point. The
   /// delegate is borrowed.
   virtual std::unique_ptr<EngineWindow> openWindow(CGSize size, double scale, const std::string& title,

@@ -12,6 +12,8 @@ namespace platform {
 namespace {
 
 std::atomic<bool> isMade{false};
+/// Somebody said which window system it is to be, or none.
+bool isChosen = false;
 
 /// Qt's warnings go where the platform's do. What it says about the machine when nobody sees a window,
 /// and about letters that another font draws, is left out.
@@ -24,7 +26,7 @@ void tell(QtMsgType type, const QMessageLogContext&, const QString& message) {
   std::fprintf(stderr, "engine: %s\n", message.toUtf8().constData());
 }
 
-/// Which window systems to try, in order; the last one always works.
+/// Which window systems to try, in order; the last one always works, and shows nothing.
 QByteArray windowSystems() {
   if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return "wayland;xcb;offscreen";
   if (qEnvironmentVariableIsSet("DISPLAY")) return "xcb;offscreen";
@@ -41,7 +43,8 @@ void QtApplication::ensure() {
   if (isMade) return;
   assertMainThread("the first use of windows, fonts or text");
   qInstallMessageHandler(&tell);
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", windowSystems());
+  isChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+  if (!isChosen) qputenv("QT_QPA_PLATFORM", windowSystems());
   // Sizes of text must not depend on the screen.
   QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
   static int argumentCount = 1;
@@ -60,5 +63,7 @@ bool QtApplication::isDisplayAvailable() {
   const QString name = QGuiApplication::platformName();
   return name != QLatin1String("offscreen") && name != QLatin1String("minimal");
 }
+
+bool QtApplication::isDisplayMissing() { return !isDisplayAvailable() && !isChosen; }
 
 }  // namespace platform

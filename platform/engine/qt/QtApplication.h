@@ -12,6 +12,8 @@ class QtApplication {
   static void goWithoutDisplay();
   /// False when windows are not seen.
   static bool isDisplayAvailable();
+  /// Windows are not seen, and nobody asked for that.
+  static bool isDisplayMissing();
 };
 
 }  // namespace platform

@@ -49,6 +49,7 @@ std::string QtEngine::encodePNG(const Bitmap& bitmap) { return QtImages::encodeP
 
 void QtEngine::goWithoutDisplay() { QtApplication::goWithoutDisplay(); }
 bool QtEngine::isDisplayAvailable() { return QtApplication::isDisplayAvailable(); }
+bool QtEngine::isDisplayMissing() { return QtApplication::isDisplayMissing(); }
 
 std::unique_ptr<EngineWindow> QtEngine::openWindow(CGSize size, double scale, const std::string& title,
                                                    EngineWindowDelegate& delegate) {

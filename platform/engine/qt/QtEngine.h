@@ -26,6 +26,7 @@ class QtEngine final : public Engine {
   std::string encodePNG(const Bitmap& bitmap) override;
   void goWithoutDisplay() override;
   bool isDisplayAvailable() override;
+  bool isDisplayMissing() override;
   std::unique_ptr<EngineWindow> openWindow(CGSize size, double scale, const std::string& title,
                                            EngineWindowDelegate& delegate) override;
   std::string clipboardText() override;

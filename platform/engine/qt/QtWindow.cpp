@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "platform/dispatch/Clock.h"
 #include "platform/engine/qt/QtConversions.h"
@@ -17,6 +18,10 @@ namespace {
 
 /// Points a notch of a mouse wheel scrolls.
 constexpr double pointsANotch = 40;
+/// The finger that the mouse is.
+constexpr std::int64_t mouse = 0;
+/// A window without any room still has places to divide by.
+constexpr double smallestZoom = 0.001;
 /// Room for the frame and bars of the desktop.
 constexpr double desktopMargin = 48;
 
@@ -64,18 +69,29 @@ std::string typed(const QString& text) {
 
 QtWindow::QtWindow(CGSize size, double scale, const std::string& title, EngineWindowDelegate& delegate)
     : size_(size), scale_(scale), delegate_(delegate) {
+  double zoom = 1;
   if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
     const QSize room = screen->availableSize();
-    zoom_ = std::min({1.0, (room.width() - desktopMargin) / size.width, (room.height() - desktopMargin) / size.height});
-    zoom_ = std::max(zoom_, 0.25);
+    zoom = std::min({1.0, (room.width() - desktopMargin) / size.width, (room.height() - desktopMargin) / size.height});
+    zoom = std::max(zoom, 0.25);
   }
-  const QSize fixed(static_cast<int>(std::lround(size.width * zoom_)),
-                    static_cast<int>(std::lround(size.height * zoom_)));
-  setMinimumSize(fixed);
-  setMaximumSize(fixed);
-  resize(fixed);
+  const QSize wanted(static_cast<int>(std::lround(size.width * zoom)),
+                     static_cast<int>(std::lround(size.height * zoom)));
+  setMinimumSize(wanted);
+  setMaximumSize(wanted);
+  resize(wanted);
+  fit();
   QtWindow::setTitle(title);
   show();
+}
+
+void QtWindow::fit() {
+  const QSize room = QWindow::size();
+  zoom_ = std::max(std::min(room.width() / size_.width, room.height() / size_.height), smallestZoom);
+  const QSizeF drawn(size_.width * zoom_, size_.height * zoom_);
+  place_ = QRectF(QPointF((room.width() - drawn.width()) / 2, (room.height() - drawn.height()) / 2), drawn);
+  // Lengths rounded to whole pixels would else leave a seam at a side.
+  if (std::abs(place_.x()) < 1 && std::abs(place_.y()) < 1) place_ = QRectF(QPointF(0, 0), room);
 }
 
 void QtWindow::setTitle(const std::string& title) { QRasterWindow::setTitle(QString::fromStdString(title)); }
@@ -95,6 +111,7 @@ void QtWindow::present(const Bitmap& bitmap, const CGRect& changed) {
   if (isNew) return update();  // whatever its size, it fills the window
   const double factor = zoom_ / scale_;
   update(QRectF(part.minX() * factor, part.minY() * factor, part.width() * factor, part.height() * factor)
+             .translated(place_.topLeft())
              .toAlignedRect()
              .adjusted(-1, -1, 1, 1));
 }
@@ -104,8 +121,20 @@ void QtWindow::paintEvent(QPaintEvent* event) {
   painter.setClipRegion(event->region());  // of the rest the window keeps what it shows
   const QRect window(QPoint(0, 0), QWindow::size());
   if (shown_.isNull()) return painter.fillRect(window, Qt::white);
+  if (place_ != QRectF(window)) painter.fillRect(window, Qt::black);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.drawImage(window, shown_);
+  painter.drawImage(place_, shown_);
+}
+
+void QtWindow::resizeEvent(QResizeEvent* event) {
+  QRasterWindow::resizeEvent(event);
+  fit();
+  update();
+}
+
+void QtWindow::exposeEvent(QExposeEvent* event) {
+  QRasterWindow::exposeEvent(event);
+  if (!isExposed()) loseMouse();
 }
 
 bool QtWindow::event(QEvent* event) {
@@ -130,23 +159,32 @@ bool QtWindow::event(QEvent* event) {
 }
 
 void QtWindow::sendTouch(std::int64_t identifier, WindowTouchPhase phase, QPointF inWindow) {
-  delegate_.windowTouched({identifier, phase, location(inWindow), Clock::mediaTime()});
+  const CGPoint at = location(inWindow);
+  if (identifier == mouse) lastMouse_ = at;
+  delegate_.windowTouched({identifier, phase, at, Clock::mediaTime()});
+}
+
+void QtWindow::loseMouse() {
+  if (!std::exchange(isMouseDown_, false)) return;
+  delegate_.windowTouched({mouse, WindowTouchPhase::cancelled, lastMouse_, Clock::mediaTime()});
 }
 
 void QtWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || isMouseDown_) return;
   isMouseDown_ = true;
-  sendTouch(0, WindowTouchPhase::began, event->position());
+  sendTouch(mouse, WindowTouchPhase::began, event->position());
 }
 
 void QtWindow::mouseMoveEvent(QMouseEvent* event) {
-  if (isMouseDown_) sendTouch(0, WindowTouchPhase::moved, event->position());
+  if (!isMouseDown_) return;
+  if (!event->buttons().testFlag(Qt::LeftButton)) return loseMouse();
+  sendTouch(mouse, WindowTouchPhase::moved, event->position());
 }
 
 void QtWindow::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !isMouseDown_) return;
   isMouseDown_ = false;
-  sendTouch(0, WindowTouchPhase::ended, event->position());
+  sendTouch(mouse, WindowTouchPhase::ended, event->position());
 }
 
 void QtWindow::touchEvent(QTouchEvent* event) {

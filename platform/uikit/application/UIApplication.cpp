@@ -1,6 +1,7 @@
 #include "platform/uikit/application/UIApplication.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "platform/animation/CALayer.h"
 #include "platform/animation/LayerRenderer.h"
@@ -182,6 +183,11 @@ Ref<UIImage> UIApplication::screenshot() {
 void UIApplication::goWithoutDisplay() { Engine::shared().goWithoutDisplay(); }
 
 int UIApplication::run(const std::string& title) {
+  if (Engine::shared().isDisplayMissing()) {
+    std::fprintf(stderr, "%s: there is no display to open a window on (DISPLAY or WAYLAND_DISPLAY names one)\n",
+                 title.c_str());
+    return 1;
+  }
   ScreenHost host(title);
   Engine::shared().run();
   return 0;

@@ -51,7 +51,8 @@ class UIApplication : public Object<UIApplication, UIResponder>, public Applicat
   /// For programs that nobody looks at: nothing of the desktop is used, the pasteboard is the program's own. First of
   /// all calls.
   static void goWithoutDisplay();
-  /// Opens the desktop window (or the headless screen) and turns the run loop until terminate(). The exit code.
+  /// Opens the desktop window (or the headless screen) and turns the run loop until terminate(). The exit code: 1, with
+  /// a line on standard error, when there is no display and nobody asked to go without.
   int run(const std::string& title);
   void terminate();
 

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-#include "ChildProcess.h"
 #include "examples/teashop/ScreenCatalogue.h"
 #include "platform/foundation/JSONValue.h"
+#include "tests/support/ChildProcess.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWindow>
+#include <cstdlib>
 #include <gmock/gmock.h>
 
 #include "platform/dispatch/DispatchQueue.h"
@@ -135,6 +136,39 @@ TEST_F(QtWindowTest, TakesTheLeftMouseButtonForAFinger) {
   EXPECT_THAT(told(), ElementsAre("0 began 10,20", "0 moved 30,40", "0 ended 31,41"));
 }
 
+TEST_F(QtWindowTest, CancelsATouchWhoseReleaseIsLost) {
+  sendMouse(window_, QEvent::MouseButtonPress, {10, 20}, Qt::LeftButton);
+  sendMouse(window_, QEvent::MouseMove, {30, 40}, Qt::NoButton);
+  window_->hide();  // minimised, or on another desktop: the window system lets go of the pointer
+  QCoreApplication::processEvents();
+  window_->show();
+  QCoreApplication::processEvents();
+  EXPECT_THAT(told(), ElementsAre("0 began 10,20", "0 moved 30,40", "0 cancelled 30,40"));
+  sendMouse(window_, QEvent::MouseButtonPress, {11, 20}, Qt::LeftButton);
+  sendMouse(window_, QEvent::MouseMove, {50, 60}, Qt::NoButton, Qt::NoButton);
+  sendMouse(window_, QEvent::MouseMove, {70, 80}, Qt::NoButton, Qt::NoButton);
+  sendMouse(window_, QEvent::MouseButtonRelease, {70, 80}, Qt::LeftButton, Qt::NoButton);
+  EXPECT_THAT(told(), ElementsAre("0 began 11,20", "0 cancelled 11,20")) << "it moves with no button down";
+}
+
+TEST_F(QtWindowTest, DrawsAndTakesTouchesInTheMiddleOfARoomOfAnotherShape) {
+  window_->setMinimumSize({1, 1});
+  window_->setMaximumSize({2000, 2000});
+  const auto touchedAt = [this](QSize size, QPointF point) {
+    window_->resize(size);
+    QCoreApplication::processEvents();
+    sendMouse(window_, QEvent::MouseButtonPress, point, Qt::LeftButton);
+    sendMouse(window_, QEvent::MouseButtonRelease, point, Qt::LeftButton, Qt::NoButton);
+    return told().front();
+  };
+  EXPECT_EQ(touchedAt({600, 300}, {200, 0}), "0 began 0,0") << "200 points are empty at either side";
+  EXPECT_EQ(touchedAt({600, 300}, {400, 300}), "0 began 200,300");
+  EXPECT_EQ(touchedAt({400, 1000}, {400, 800}), "0 began 200,300")
+      << "twice as large, 200 points empty above and below";
+  EXPECT_EQ(touchedAt({100, 150}, {50, 75}), "0 began 100,150");
+  EXPECT_THAT(touchedAt({1, 1}, {0.5, 0.5}), testing::HasSubstr(",150")) << "no room is no trouble";
+}
+
 TEST_F(QtWindowTest, TellsFingersApartAndCancelsThem) {
   static QPointingDevice* const hand = QTest::createTouchDevice();
   QTest::touchEvent(window_, hand).press(0, QPoint(10, 20));
@@ -256,6 +290,16 @@ class Counter : public Object<Counter, NSObject> {
   static void exportMethods(MethodTable<Counter>& table) { table.add<&Counter::press>("press"); }
   int presses = 0;
 };
+
+TEST(DesktopDeathTest, SaysSoWhenThereIsNoDisplay) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto runWithoutDisplay = [] {
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) qunsetenv(name);
+    DispatchQueue::main().async([] { UIApplication::shared().terminate(); });
+    std::_Exit(UIApplication::shared().run("Tea"));
+  };
+  EXPECT_EXIT(runWithoutDisplay(), testing::ExitedWithCode(1), "Tea: there is no display");
+}
 
 /// The way all of it takes through a running application.
 class DesktopTest : public testing::Test {

@@ -1,24 +1,29 @@
-#include "ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <csignal>
 #include <cstdlib>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command,
-                           const std::map<std::string, std::string>& environment) {
+                           const std::map<std::string, std::string>& environment, Errors errors) {
   int ends[2];
   if (pipe(ends) != 0) std::abort();
   pid_ = fork();
   if (pid_ == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
     dup2(ends[1], STDOUT_FILENO);
+    if (errors == Errors::read) dup2(ends[1], STDERR_FILENO);
     close(ends[0]);
     close(ends[1]);
-    for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
+    for (const auto& [name, value] : environment) {
+      value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
+    }
     std::vector<char*> arguments;
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
-    execv(arguments.front(), arguments.data());
+    execvp(arguments.front(), arguments.data());
     _exit(127);
   }
   close(ends[1]);
@@ -26,7 +31,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
 }
 
 ChildProcess::~ChildProcess() {
-  if (!ended_) kill(pid_, SIGTERM);
+  send(SIGTERM);
   wait();
   close(output_);
 }
@@ -46,10 +51,22 @@ std::string ChildProcess::readAll() {
 }
 
 int ChildProcess::wait() {
-  if (ended_) return result_;
   int status = 0;
-  waitpid(pid_, &status, 0);
+  if (!ended_ && waitpid(pid_, &status, 0) == pid_) remember(status);
+  return result_;
+}
+
+bool ChildProcess::hasEnded() {
+  int status = 0;
+  if (!ended_ && waitpid(pid_, &status, WNOHANG) == pid_) remember(status);
+  return ended_;
+}
+
+void ChildProcess::send(int signal) const {
+  if (!ended_) kill(pid_, signal);
+}
+
+void ChildProcess::remember(int status) {
   ended_ = true;
   result_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  return result_;
 }
