@@ -1,5 +1,7 @@
 #include "lumicor/ui/TLFloaterGlyph.h"
 
+#include <algorithm>
+
 #include "platform/graphics/CGContext.h"
 #include "platform/graphics/UIBezierPath.h"
 #include "platform/graphics/UIGraphicsImageRenderer.h"
@@ -15,6 +17,9 @@ constexpr double cornerRadius = 0.2;
 constexpr double dotRadius = 0.055;
 constexpr double dotDistance = 0.2;
 
+/// Points. A larger picture is this one blown up: its size comes from the service, its memory from the host.
+constexpr double largestSide = 128;
+
 /// Where the parts of a glyph lie in its picture.
 struct Place {
   double margin;
@@ -29,6 +34,9 @@ struct Place {
 }  // namespace
 
 Ref<UIImage> floaterGlyph(double side, double glyph, const UIColor& color) {
+  const double shrink = std::min(1.0, largestSide / std::max(side, 1.0));
+  side = std::max(side * shrink, 1.0);
+  glyph *= shrink;
   const Place place{(side - glyph) / 2, glyph};
   const auto draw = [&](CGContext& context) {
     context.setFillColor(color);

@@ -73,10 +73,15 @@ void TLFloaterManager::init() {
 }
 
 void TLFloaterManager::show() {
+  // The chat of an earlier start, perhaps of another person: requests are no longer answered in it.
+  if (chatViewController_) {
+    chatViewController_->closeWithoutAnimation();
+    leaveStack();
+  }
   wasDismissed_ = false;
   if (floaterView_) floaterView_->removeFromSuperview();
   floaterView_ =
-      make<TLFloaterView>(floaterPlacement::initialFrame(screenSize(), static_cast<double>(layoutData_.size)));
+      make<TLFloaterView>(floaterPlacement::initialFrame(screenSize(), floaterPlacement::side(layoutData_.size)));
   floaterView_->delegate = std::static_pointer_cast<TLFloaterManager>(shared_from_this());
   bottomCloseView_->setFrame(closeTargetFrame(false));
   if (const auto window = keyWindow()) window->addSubview(bottomCloseView_);

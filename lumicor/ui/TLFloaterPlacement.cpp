@@ -1,5 +1,7 @@
 #include "lumicor/ui/TLFloaterPlacement.h"
 
+#include <algorithm>
+
 namespace lumicor::floaterPlacement {
 
 namespace {
@@ -8,8 +10,11 @@ constexpr double gapToEdge = 10;
 constexpr double edgeZone = 60;
 constexpr double initialDistanceFromRight = 70;
 constexpr double initialHeightShare = 0.3;
+constexpr std::int64_t largestSide = 4096;
 
 }  // namespace
+
+double side(std::int64_t size) { return static_cast<double>(std::clamp<std::int64_t>(size, 0, largestSide)); }
 
 CGRect initialFrame(CGSize screen, double side) {
   const auto x = static_cast<double>(static_cast<std::int64_t>(screen.width)) - initialDistanceFromRight;

@@ -13,6 +13,10 @@ namespace floaterPlacement {
 
 inline constexpr double closeTargetSize = 160;
 
+/// The length of the button's sides that the layout asks for; beyond any screen it is cut, so that places keep adding
+/// up.
+double side(std::int64_t size);
+
 /// Where a new button stands on a screen of that size: near the right edge, a third down.
 CGRect initialFrame(CGSize screen, double side);
 

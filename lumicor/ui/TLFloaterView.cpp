@@ -133,7 +133,7 @@ void TLFloaterView::didMoveToWindow() {
 void TLFloaterView::snap() {
   const Ref<UIView> container = superview();
   if (!container) return;
-  const double side = layoutData ? static_cast<double>(layoutData->size) : bounds().size.width;
+  const double side = layoutData ? floaterPlacement::side(layoutData->size) : bounds().size.width;
   const CGRect resting =
       floaterPlacement::restingFrame(frame(), container->bounds().size, TLFloaterManager::screenInsets(), side);
   UIView::animateWithDuration(snapDuration, [this, resting] {
