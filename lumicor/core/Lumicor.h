@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -94,8 +95,12 @@ class Lumicor : public Object<Lumicor, NSObject> {
   }
   const std::function<void()>& getHomeNavigationRunnable() const { return clientHomeNavigationRunnable_; }
 
-  const std::vector<TLChatMessage>& getChatHistory() const { return chatHistory_; }
-  void setChatHistory(std::vector<TLChatMessage> chatHistory) { chatHistory_ = std::move(chatHistory); }
+  const std::vector<TLChatMessage>& getChatHistory() const { return *chatHistory_; }
+  /// The same to keep: another history takes its place and does not change it.
+  const std::shared_ptr<const std::vector<TLChatMessage>>& sharedChatHistory() const { return chatHistory_; }
+  void setChatHistory(std::vector<TLChatMessage> chatHistory) {
+    chatHistory_ = std::make_shared<const std::vector<TLChatMessage>>(std::move(chatHistory));
+  }
   /// The response texts of the configuration, once there are any.
   const std::optional<TLDefaults>& getDefaults() const { return defaults_; }
   void setDefaults(TLDefaults defaults) { defaults_ = std::move(defaults); }
@@ -131,7 +136,7 @@ class Lumicor : public Object<Lumicor, NSObject> {
   std::string framework_ = FRAMEWORK_NATIVE;
   std::function<void(const std::string&)> viewListener_;
   std::function<void()> clientHomeNavigationRunnable_;
-  std::vector<TLChatMessage> chatHistory_;
+  std::shared_ptr<const std::vector<TLChatMessage>> chatHistory_ = std::make_shared<const std::vector<TLChatMessage>>();
   std::optional<TLDefaults> defaults_;
   Ref<UIViewController> currentViewController_;
   Weak<UIViewController> currentSegueController_;

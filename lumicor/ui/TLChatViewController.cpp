@@ -30,9 +30,7 @@ constexpr double hairlineFade = 0.15;
 /// Behind the grey title of a button that cannot be pressed.
 constexpr UIColor disabledButton(0.92, 0.92, 0.93, 1);
 
-std::int64_t lastRow(const std::vector<TLChatMessage>& messages) {
-  return static_cast<std::int64_t>(messages.size()) - 1;
-}
+std::int64_t lastRow(const TLConversation& messages) { return static_cast<std::int64_t>(messages.size()) - 1; }
 
 }  // namespace
 
@@ -73,14 +71,14 @@ Ref<UITableViewCell> TLChatViewController::cellForRow(const Ref<UITableView>& ta
 }
 
 void TLChatViewController::append(TLChatMessage message) {
-  messages_.push_back(std::move(message));
+  messages_.append(std::move(message));
   if (tableView_) tableView_->insertRows({IndexPath(lastRow(messages_), 0)}, UITableViewRowAnimation::automatic);
 }
 
 void TLChatViewController::removeTypingRow() {
   if (messages_.empty() || messages_.back().message != TLChatMessage::typingMarker) return;
   const IndexPath path(lastRow(messages_), 0);
-  messages_.pop_back();
+  messages_.removeLast();
   if (tableView_) tableView_->deleteRows({path}, UITableViewRowAnimation::automatic);
 }
 
@@ -230,9 +228,9 @@ void TLChatViewController::holdInsets() {
   if (!isViewLoaded() || !heldInsets_.empty()) return;
   const UIEdgeInsets insets = view()->safeAreaInsets();
   const double lift = inputContainerBottomConstraint_->constant();
-  heldInsets_ = {crossButton_->topAnchor().constraintEqualToAnchor(view()->topAnchor(), insets.top),
-                 inputContainerView_->bottomAnchor().constraintEqualToAnchor(view()->bottomAnchor(),
-                                                                             lift - insets.bottom)};
+  heldInsets_ = {
+      crossButton_->topAnchor().constraintEqualToAnchor(view()->topAnchor(), insets.top),
+      inputContainerView_->bottomAnchor().constraintEqualToAnchor(view()->bottomAnchor(), lift - insets.bottom)};
   NSLayoutConstraint::deactivateConstraints({crossTopConstraint_, inputContainerBottomConstraint_});
   NSLayoutConstraint::activateConstraints(heldInsets_);
 }

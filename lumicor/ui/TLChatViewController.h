@@ -8,6 +8,7 @@
 #include "lumicor/core/TLChatMessage.h"
 #include "lumicor/core/TLLayout.h"
 #include "lumicor/ui/PaddedTextField.h"
+#include "lumicor/ui/TLConversation.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/controllers/UIViewController.h"
 #include "platform/uikit/controls/UIButton.h"
@@ -48,7 +49,7 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
 
   std::optional<TLLayout> layoutData;
 
-  const std::vector<TLChatMessage>& messages() const { return messages_; }
+  const TLConversation& messages() const { return messages_; }
   const Ref<UITableView>& tableView() const { return tableView_; }
   const Ref<UIView>& inputContainerView() const { return inputContainerView_; }
   const Ref<PaddedTextField>& inputTextField() const { return inputTextField_; }
@@ -91,7 +92,7 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   bool isArriving_ = false;  // from the moment it is about to appear until it has
   bool wasNavigationBarHidden_ = false;
   bool wasBottomNavBarHidden_ = false;
-  std::vector<TLChatMessage> messages_;
+  TLConversation messages_;
   Ref<NSLayoutConstraint> tableViewBottomConstraint_;
   Ref<NSLayoutConstraint> inputContainerBottomConstraint_;
   Ref<NSLayoutConstraint> crossTopConstraint_;

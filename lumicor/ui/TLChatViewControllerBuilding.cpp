@@ -1,7 +1,5 @@
 // How the chat screen is put together; what it does stands in TLChatViewController.cpp.
 
-#include <algorithm>
-
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLChatFont.h"
@@ -37,11 +35,7 @@ constexpr UIColor fieldEdge(0.56, 0.56, 0.58, 1);
 void TLChatViewController::viewDidLoad() {
   Super::viewDidLoad();
   view()->setBackgroundColor(UIColor::white());
-  messages_ = Lumicor::shared().getChatHistory();
-  // A history comes in order as a rule: looking costs next to nothing, sorting a long one does not.
-  if (!std::ranges::is_sorted(messages_, {}, &TLChatMessage::timestamp)) {
-    std::ranges::stable_sort(messages_, {}, &TLChatMessage::timestamp);
-  }
+  messages_ = TLConversation(Lumicor::shared().sharedChatHistory());
   // The bar that comes back while the chat closes shows the host's title and nothing of the chat.
   navigationItem()->setHidesBackButton(true);
   buildHeader();

@@ -182,6 +182,20 @@ TEST_F(ChatScreen, ShowsTheHistoryOldestFirst) {
   EXPECT_THAT(shown, ElementsAre("first", "second", "third"));
 }
 
+TEST_F(ChatScreen, KeepsItsOwnOfASharedHistory) {
+  Lumicor::shared().setChatHistory({{"hello", false, 10}, {TLChatMessage::typingMarker, true, 20}});
+  const auto another = make<TLChatViewController>();
+  another->loadViewIfNeeded();
+  Lumicor::shared().setChatHistory({{"of somebody else", false, 10}});
+  another->addMessage("good day");
+  pass(0.5);
+  std::vector<std::string> shown;
+  for (const TLChatMessage& message : another->messages()) shown.push_back(message.message);
+  EXPECT_THAT(shown, ElementsAre("hello", "good day")) << "a typing row gives way also when it is part of the history";
+  EXPECT_EQ(another->tableView()->numberOfRowsInSection(0), 2);
+  EXPECT_EQ(Lumicor::shared().getChatHistory().size(), 1u);
+}
+
 TEST_F(ChatScreen, FollowsTheKeyboardAndOnlyOneThatSaysWhereItIs) {
   const double resting = chat()->inputContainerView()->frame().minY();
   chat()->scrollToBottom(true);  // nothing to scroll to yet
