@@ -8,6 +8,13 @@
 
 namespace platform {
 
+namespace {
+
+/// Pixels. Far beyond any screen.
+constexpr double largestSide = 16384;
+
+}  // namespace
+
 QtCanvas::QtCanvas(Bitmap& bitmap, QtBitmaps& bitmaps, QtShadows& shadows)
     : image_(toQt(bitmap)), painter_(&image_), bitmaps_(bitmaps), shadows_(shadows) {
   painter_.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
@@ -53,10 +60,7 @@ void QtCanvas::gradient(const CGGradient& gradient, CGPoint start, CGPoint end, 
   fill.setStops(stops);
   painter_.save();
   painter_.setOpacity(alpha);
-  const QRectF everywhere = painter_.hasClipping()
-                                ? painter_.clipBoundingRect()
-                                : painter_.worldTransform().inverted().mapRect(QRectF(image_.rect()));
-  painter_.fillRect(everywhere, fill);
+  painter_.fillRect(everywhere(), fill);
   painter_.restore();
 }
 
@@ -65,6 +69,7 @@ void QtCanvas::bitmap(const CGImageRef& bitmap, const CGRect& rect, double alpha
   const QImage image = toQt(*bitmap);
   if (transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0) {
     const QRectF pixels = transform.mapRect(toQt(rect));
+    if (!(pixels.width() < largestSide && pixels.height() < largestSide)) return enlarged(image, toQt(rect), alpha);
     const QSize size(static_cast<int>(std::lround(pixels.width())), static_cast<int>(std::lround(pixels.height())));
     const QPoint at(static_cast<int>(std::lround(pixels.left())), static_cast<int>(std::lround(pixels.top())));
     if (size == image.size()) return drawPixels(image, at, alpha);
@@ -75,6 +80,25 @@ void QtCanvas::bitmap(const CGImageRef& bitmap, const CGRect& rect, double alpha
   painter_.setOpacity(alpha);
   painter_.drawImage(toQt(rect), image);
   painter_.restore();
+}
+
+/// A picture blown up beyond any screen: only what shows of it is drawn, so that its size costs nothing.
+void QtCanvas::enlarged(const QImage& image, const QRectF& rect, double alpha) {
+  const QRectF shown = everywhere().intersected(rect);
+  if (shown.isEmpty()) return;
+  const double x = image.width() / rect.width(), y = image.height() / rect.height();
+  const QRectF part((shown.left() - rect.left()) * x, (shown.top() - rect.top()) * y, shown.width() * x,
+                    shown.height() * y);
+  painter_.save();
+  painter_.setOpacity(alpha);
+  painter_.drawImage(shown, image, part);
+  painter_.restore();
+}
+
+/// What can be painted on, in the current coordinates.
+QRectF QtCanvas::everywhere() const {
+  const QRectF whole = painter_.worldTransform().inverted().mapRect(QRectF(image_.rect()));
+  return painter_.hasClipping() ? whole.intersected(painter_.clipBoundingRect()) : whole;
 }
 
 void QtCanvas::drawPixels(const QImage& image, QPoint at, double alpha) {

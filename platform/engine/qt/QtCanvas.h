@@ -33,6 +33,8 @@ class QtCanvas final : public Canvas {
  private:
   /// Draws pixel by pixel, whatever the transform.
   void drawPixels(const QImage& image, QPoint at, double alpha);
+  void enlarged(const QImage& image, const QRectF& rect, double alpha);
+  QRectF everywhere() const;
 
   QImage image_;
   QPainter painter_;

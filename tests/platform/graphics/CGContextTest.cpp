@@ -121,6 +121,17 @@ TEST(CGContext, DrawsPicturesPixelForPixelWhereTheyFitAndScaledElsewhere) {
     context.drawBitmap(checker, CGRect(0, 0, 4, 4));
   });
   EXPECT_NEAR(alphaAt(faint, 0, 0), 128, 1);
+  for (const double side : {1e5, 1e12, 1e300}) {
+    SCOPED_TRACE(side);
+    auto halves = std::make_shared<Bitmap>(2, 1);
+    halves->row(0)[0] = 0xFFFF0000;
+    halves->row(0)[1] = 0xFF0000FF;
+    const Bitmap large = drawn(40, 20, [&](CGContext& context) {
+      context.drawBitmap(halves, CGRect(-side / 4, -side / 2, side, side));
+      context.drawBitmap(halves, CGRect(-2 * side, 0, side, side));
+    });
+    EXPECT_EQ(large.pixel(20, 10), 0xFFFF0000u) << "a quarter from the left";
+  }
 }
 
 TEST(DrawingRecord, PaintsTheSameAsDrawingDirectly) {
