@@ -44,8 +44,8 @@ void LumicorLoaderView::setUpSpinner() {
   spinnerLayer_->setStrokeEnd(0.4);
   spinnerLayer_->setLineCap(kCALineCapRound);
   const CGSize card = bounds().size;
-  spinnerLayer_->setFrame({(card.width - spinnerSide) / 2, (card.height - spinnerSide) / 2 - spinnerRise, spinnerSide,
-                           spinnerSide});
+  spinnerLayer_->setFrame(
+      {(card.width - spinnerSide) / 2, (card.height - spinnerSide) / 2 - spinnerRise, spinnerSide, spinnerSide});
   layer()->addSublayer(spinnerLayer_);
 }
 
@@ -57,8 +57,7 @@ void LumicorLoaderView::setUpLabel() {
   loadingLabel_->setTextAlignment(NSTextAlignment::center);
   loadingLabel_->setAdjustsFontSizeToFitWidth(true);
   loadingLabel_->setMinimumScaleFactor(smallestLabelScale);
-  loadingLabel_->setFrame(
-      {0, spinnerLayer_->frame().maxY() + gapBelowSpinner, bounds().size.width, labelHeight});
+  loadingLabel_->setFrame({0, spinnerLayer_->frame().maxY() + gapBelowSpinner, bounds().size.width, labelHeight});
   addSubview(loadingLabel_);
 }
 

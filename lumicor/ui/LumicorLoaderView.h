@@ -11,8 +11,8 @@ namespace lumicor {
 
 using namespace platform;
 
-/// A white card with a turning arc and "Starting Session...", over a dimmed screen. Its creator gives it a frame, 150 by
-/// 150 points as a rule. Main thread.
+/// A white card with a turning arc and "Starting Session...", over a dimmed screen. Its creator gives it a frame, 150
+/// by 150 points as a rule. Main thread.
 class LumicorLoaderView final : public Object<LumicorLoaderView, UIView> {
  public:
   void initWithFrame(CGRect frame) override;

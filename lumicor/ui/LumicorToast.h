@@ -15,8 +15,8 @@ namespace lumicor {
 
 using namespace platform;
 
-/// A short message to the person, over a screen for a few seconds. Several stand one above the other, the newest lowest,
-/// clear of the keyboard. Touches pass through, and nothing of it is an element of the screen. Main thread.
+/// A short message to the person, over a screen for a few seconds. Several stand one above the other, the newest
+/// lowest, clear of the keyboard. Touches pass through, and nothing of it is an element of the screen. Main thread.
 class LumicorToast final : public Object<LumicorToast, UIView> {
  public:
   /// Seconds that a message stays, between fading in and fading out.

@@ -225,7 +225,8 @@ bool TableContent::tileRows() {
     path = geometry.rowAfter(*path);
   }
 
-  if (anchor) {
+  const bool isAtItsBeginning = top <= -table.adjustedContentInset().top;  // and stays there
+  if (anchor && !isAtItsBeginning) {
     const double moved = geometry.row(*anchor).top - anchorTop;
     if (std::abs(moved) > 1e-9) {
       table.setContentSize({table.bounds().size.width, geometry.contentHeight()});

@@ -81,6 +81,22 @@ TEST_F(TableViewTest, WhatIsOnTheScreenStaysWhereItIsWhileRowsAboveAreMeasured) 
   }
 }
 
+TEST_F(TableViewTest, AListSentToItsBeginningIsThereWhateverItsFirstRowsTurnOutToBe) {
+  std::vector<std::string> texts;
+  for (int i = 0; i < 20; ++i) texts.push_back(i % 3 ? "short" : manyWords);
+  use(Sheet::of(texts));
+  const double inset = 20;
+  table->setContentInset({inset, 0, 0, 0});
+  for (int row = 8; row < 20; ++row) {
+    table->scrollToRow(IndexPath(row, 0), Position::bottom, false);
+    table->reloadData();
+    settle();
+    table->setContentOffset({0, -inset});
+    settle();
+    EXPECT_EQ(table->contentOffset().y, -inset) << "from row " << row;
+  }
+}
+
 TEST_F(TableViewTest, ScrollsToARowExactlyWhateverItsNeighboursHeightsAre) {
   std::vector<std::string> texts;
   for (int i = 0; i < 300; ++i) texts.push_back(i % 2 ? "short" : manyWords);
