@@ -23,17 +23,21 @@ void stopOnSignals(service::Service& service) {
 }
 
 /// A file's name may hold anything; what is printed stays one line.
-int complain(const char* what, int code) {
-  std::string line = what;
+void print(std::string line) {
   for (char& c : line) {
     if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
   }
   std::fprintf(stderr, "lumicor-service: %s\n", line.c_str());
+}
+
+int complain(const char* what, int code) {
+  print(what);
   return code;
 }
 
 int serve(const service::Arguments& arguments) {
   service::Service service(arguments);
+  for (const std::string& warning : service.warnings()) print("warning: " + warning);
   stopOnSignals(service);
   std::printf("lumicor-service: listening on %s\n", service.address().c_str());
   std::fflush(stdout);

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "service/api/AdminApi.h"
+#include "service/api/LookChecks.h"
 #include "service/assistant/TaskFile.h"
 
 namespace service {
@@ -32,6 +33,10 @@ Service::Service(const Arguments& arguments, ServerLimits limits)
   routes_.addGet("/assets/", [&assets](const HttpRequest& request) {
     return assets.serve(std::string_view(request.path).substr(std::string_view("/assets/").size()));
   });
+}
+
+std::vector<std::string> Service::warnings() const {
+  return lookWarnings(configuration_.dataFor(""), assets_ ? &*assets_ : nullptr);
 }
 
 }  // namespace service

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "service/api/AssetFolder.h"
 #include "service/api/Routes.h"
@@ -21,6 +23,8 @@ class Service {
 
   const std::string& address() const { return server_.address(); }
   int port() const { return server_.port(); }
+  /// What applications will not be able to show, one sentence for each thing.
+  std::vector<std::string> warnings() const;
 
   /// Serves until stop() is called, from any thread or a signal handler.
   void run() { server_.run(); }

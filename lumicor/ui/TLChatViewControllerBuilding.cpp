@@ -61,6 +61,7 @@ void TLChatViewController::buildHeader() {
                                       [weak = Weak<UIButton>(crossButton_)](const Ref<UIImage>& image) {
                                         if (const auto button = weak.lock()) {
                                           button->setImage(image, UIControlState::normal);
+                                          button->setNeedsDisplay();  // no cross of its own any more
                                         }
                                       });
   }

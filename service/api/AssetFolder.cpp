@@ -58,17 +58,29 @@ AssetFolder::AssetFolder(std::filesystem::path folder) : folder_(std::move(folde
   if (!std::filesystem::is_directory(folder_, error)) throw LoadError(folder_.string() + ": is not a folder");
 }
 
-HttpResponse AssetFolder::serve(std::string_view name) const {
-  const RequestError missing(404, "there is no such asset");
-  if (!isPlainName(name)) throw missing;
+FileDescriptor AssetFolder::open(std::string_view name, std::size_t& size) const {
+  if (!isPlainName(name)) return FileDescriptor();
   const std::filesystem::path path = folder_ / name;
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   struct stat facts {};
-  if (!file.isOpen() || ::fstat(file.get(), &facts) != 0) throw missing;
-  if (!S_ISREG(facts.st_mode) || facts.st_size > kMaximumSize) throw missing;
+  if (!file.isOpen() || ::fstat(file.get(), &facts) != 0) return FileDescriptor();
+  if (!S_ISREG(facts.st_mode) || facts.st_size > kMaximumSize) return FileDescriptor();
+  size = static_cast<std::size_t>(facts.st_size);
+  return file;
+}
+
+bool AssetFolder::has(std::string_view name) const {
+  std::size_t size = 0;
+  return open(name, size).isOpen();
+}
+
+HttpResponse AssetFolder::serve(std::string_view name) const {
+  std::size_t size = 0;
+  const FileDescriptor file = open(name, size);
+  if (!file.isOpen()) throw RequestError(404, "there is no such asset");
   return {200,
           mediaType(name),
-          readAll(file, static_cast<std::size_t>(facts.st_size)),
+          readAll(file, size),
           {{"X-Content-Type-Options", "nosniff"}, {"Cache-Control", "max-age=300"}}};
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "service/http/FileDescriptor.h"
 #include "service/http/Http.h"
 
 namespace service {
@@ -16,8 +17,13 @@ class AssetFolder {
   /// The file of that name. Throws RequestError (404) for a name with anything but letters, digits, "-", "_" and inner
   /// dots, for links and folders, and for files over 16 MiB: nothing outside the folder can be reached.
   HttpResponse serve(std::string_view name) const;
+  /// Whether `serve` has something for that name.
+  bool has(std::string_view name) const;
 
  private:
+  /// Closed when there is no such asset.
+  FileDescriptor open(std::string_view name, std::size_t& size) const;
+
   std::filesystem::path folder_;
 };
 

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <thread>
 
+#include "service/api/AssetFolder.h"
+#include "service/api/LookChecks.h"
 #include "service/assistant/TaskFile.h"
 #include "service/base/Arguments.h"
 #include "service/base/Configuration.h"
@@ -13,7 +15,9 @@
 namespace service {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 std::string complaintOf(const std::function<void()>& load) {
   try {
@@ -163,6 +167,32 @@ TEST(Configuration, CompletesRelativeAddressesAndAcceptsAnyKeyUnlessToldWhich) {
   EXPECT_FALSE(Configuration::parse(good).accepts("other"));
   EXPECT_TRUE(Configuration::parse("{}").accepts("other"));
   EXPECT_FALSE(Configuration::parse("{}").accepts(""));
+}
+
+TEST(Configuration, IsWarnedAboutWhereItCannotBeShown) {
+  const TemporaryFolder folder;
+  folder.write("button.png", "x");
+  folder.write("Bakery.otf", "x");
+  const AssetFolder assets(folder.path());
+  const std::string good = readFile(dataFolder() / "config.json");
+  const auto warnings = [](const std::string& text, const AssetFolder* from) {
+    return lookWarnings(Configuration::parse(text).dataFor(""), from);
+  };
+  EXPECT_THAT(warnings(good, &assets), IsEmpty());
+  EXPECT_THAT(warnings("{}", nullptr), IsEmpty());
+  EXPECT_THAT(warnings(good, nullptr),
+              ElementsAre("layoutData.image: /assets/button.png is not among the assets",
+                          "layoutData.styles.fontURL: /assets/Bakery.otf is not among the assets"));
+  const std::vector<std::tuple<std::string, std::string, std::string>> table = {
+      {"/assets/button.png", "/assets/../config.json", "image: /assets/../config.json is not among the assets"},
+      {R"("fontSize": 16)", R"("fontSize": -3)", "styles.fontSize: is not above 0"},
+      {R"("backgroundColor": "#ffffff")", R"("backgroundColor": "plum")", "styles.backgroundColor: \"plum\" is no"},
+      {R"("sendBubbleColor": "#c2c2c2")", R"("sendBubbleColor": "#7a2f5g")",
+       "styles.sendBubbleColor: \"#7a2f5g\" is no"},
+  };
+  for (const auto& [from, to, warning] : table) {
+    EXPECT_THAT(warnings(changed(good, from, to), &assets), ElementsAre(HasSubstr("layoutData." + warning)));
+  }
 }
 
 TEST(Utf8, TellsTextFromOtherBytes) {

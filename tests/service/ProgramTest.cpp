@@ -97,7 +97,7 @@ TEST_F(ProgramTest, ServesUntilItIsToldToStop) {
     const int port = portOf(program);
     EXPECT_EQ(post(port, "/sdk/steps/get", R"({"query": "go back"})").json()["data"]["taskId"], "go-back");
     EXPECT_EQ(program.end(signal), 0);
-    EXPECT_THAT(program.readError(), StartsWith("POST /sdk/steps/get 200 "));
+    EXPECT_THAT(program.readError(), HasSubstr("\nPOST /sdk/steps/get 200 "));
   }
 }
 

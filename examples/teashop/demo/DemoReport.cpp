@@ -16,6 +16,14 @@ using htmlPage::escaped;
 
 constexpr std::size_t longestBodyShown = 4000;
 
+/// "0.4 ms"
+std::string millisecondsText(const platform::JSONValue& exchange) {
+  const platform::JSONValue* const value = exchange.find("milliseconds");
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f ms", value ? value->asDouble().value_or(0) : 0);
+  return text;
+}
+
 std::string secondsText(double seconds) {
   char text[32];
   std::snprintf(text, sizeof text, "%.1f s", seconds);
@@ -75,9 +83,8 @@ void writeExchange(std::ostream& page, const std::filesystem::path& file) {
     const std::string path = member(*exchange, "path");
     if (!path.starts_with("/sdk/")) continue;
     page << "<tr><td>" << escaped(member(*exchange, "method") + " " + path) << "</td><td>"
-         << escaped(member(*exchange, "status")) << "</td><td><details><summary>"
-         << escaped(member(*exchange, "milliseconds")) << " ms</summary><pre>"
-         << escaped(member(*exchange, "requestBody").substr(0, longestBodyShown)) << "\n\n"
+         << escaped(member(*exchange, "status")) << "</td><td><details><summary>" << millisecondsText(*exchange)
+         << "</summary><pre>" << escaped(member(*exchange, "requestBody").substr(0, longestBodyShown)) << "\n\n"
          << escaped(member(*exchange, "responseBody").substr(0, longestBodyShown)) << "</pre></details></td></tr>\n";
   }
   page << "</table>\n";
@@ -105,8 +112,8 @@ bool DemoReport::write(const Times& times) const {
        << "</h1>\n<p class=\"lead\">A customer opened the chat, said what was wanted, and watched the shop being "
           "operated. "
        << (times.areVirtual ? "Played in virtual time: " : "Played in real time: ") << secondsText(times.seconds)
-       << " from the first tap to the last word, of which " << secondsText(times.processorSeconds)
-       << " of processor time beside the pictures.</p>\n";
+       << " from the first tap to the last word. Drawing, reading, acting and talking to the service took "
+       << secondsText(times.processorSeconds) << " of processor time, these pictures not counted.</p>\n";
   for (const Part& part : parts_) {
     page << "<h2>" << escaped(part.title) << "</h2>\n";
     if (!part.request.empty()) page << "<div class=\"request\">\u201c" << escaped(part.request) << "\u201d</div>\n";

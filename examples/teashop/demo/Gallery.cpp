@@ -173,7 +173,7 @@ void Gallery::playChat() {
   chat()->layoutData.reset();
   openChat();
   picture("chat-no-layout", "Without a configuration",
-          "What stands there when the service has sent no look at all. Nobody should meet it.");
+          "A chat that was made without a layout, which no start of the assistant does. Nobody should meet it.");
 }
 
 void Gallery::playStyleSheets() {
@@ -184,7 +184,9 @@ void Gallery::playStyleSheets() {
       {"branded", "Branded: the shop\u2019s green, and amber"},
   };
   for (const auto& [name, caption] : sheets) {
-    const auto styles = decodeJSON<TLStyles>(textOf(styleSheets_ / (name + ".json")));
+    const std::filesystem::path file = styleSheets_ / (name + ".json");
+    if (!expect(std::filesystem::exists(file), "the style sheet " + name + " cannot be read: " + file.string())) return;
+    const auto styles = decodeJSON<TLStyles>(textOf(file));
     if (!expect(static_cast<bool>(styles), "the style sheet " + name + ": " + (styles ? "" : styles.error()))) return;
     TLLayout layout = layout_;
     layout.styles = *styles;

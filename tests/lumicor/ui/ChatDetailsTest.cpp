@@ -3,6 +3,8 @@
 #include "lumicor/ui/TLChatMessageCell.h"
 #include "lumicor/ui/UIColorHex.h"
 #include "platform/animation/CALayer.h"
+#include "platform/animation/LayerRenderer.h"
+#include "platform/graphics/UIImage.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/application/UIKeyboardWindow.h"
 #include "platform/uikit/device/UIAccessibility.h"
@@ -49,6 +51,30 @@ TEST_F(ChatDetails, ALongChatOpensAtItsEnd) {
   openWith(40);
   EXPECT_NEAR(roomBelowTheList(), 0, 0.5);
   ASSERT_TRUE(cell(39)) << "the last message is on the screen";
+}
+
+TEST_F(ChatDetails, TheCrossIsSeenWithoutItsPictureToo) {
+  openWith(3);
+  const auto darkest = [&] {
+    const CGRect cross = chat()->crossButton()->convertRect(chat()->crossButton()->bounds(), nullptr);
+    const auto picture = renderLayer(*window()->layer(), {390, 844}, 1);
+    std::uint32_t least = 255;
+    for (int y = static_cast<int>(cross.minY()); y < cross.maxY(); ++y) {
+      for (int x = static_cast<int>(cross.minX()); x < cross.maxX(); ++x) {
+        least = std::min(least, picture->cgImage()->pixel(x, y) & 255);
+      }
+    }
+    return least;
+  };
+  chat()->crossButton()->setImage(nullptr, UIControlState::normal);
+  chat()->crossButton()->setNeedsDisplay();
+  pass(0.1);
+  EXPECT_EQ(chat()->crossButton()->currentImage(), nullptr);
+  EXPECT_LT(darkest(), 60u);
+  chat()->crossButton()->setImage(UIImage::imageWithBitmap(Bitmap(60, 60)), UIControlState::normal);
+  chat()->crossButton()->setNeedsDisplay();
+  pass(0.1);
+  EXPECT_GT(darkest(), 200u) << "the picture alone is shown";
 }
 
 TEST_F(ChatDetails, ANewBubbleDoesNotComeFlyingIn) {
