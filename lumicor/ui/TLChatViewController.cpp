@@ -195,6 +195,7 @@ void TLChatViewController::viewDidLayoutSubviews() {
 void TLChatViewController::viewDidAppear(bool animated) {
   Super::viewDidAppear(animated);
   isArriving_ = false;
+  if (isCurrent()) TLFloaterManager::shared().chatDidAppear();
 }
 
 void TLChatViewController::viewWillDisappear(bool animated) {
@@ -205,6 +206,13 @@ void TLChatViewController::viewWillDisappear(bool animated) {
     navigation->setNavigationBarHidden(wasNavigationBarHidden_, false);
   }
 }
+
+void TLChatViewController::viewDidDisappear(bool animated) {
+  Super::viewDidDisappear(animated);
+  if (isCurrent()) TLFloaterManager::shared().chatDidDisappear();
+}
+
+bool TLChatViewController::isCurrent() const { return TLFloaterManager::shared().chatViewController().get() == this; }
 
 void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
   Super::willMoveToParent(parent);
@@ -253,11 +261,10 @@ void TLChatViewController::closeWithoutAnimation() {
 }
 
 void TLChatViewController::reopen(const Ref<UINavigationController>& navigation) {
-  if (std::ranges::count(navigation->viewControllers(), self())) return;  // opened by hand meanwhile
+  if (!isCurrent() || navigation->topViewController().get() == this) return;  // or opened by hand meanwhile
   TLFloaterManager::shared().overrideNavigationDelegate();
   UIApplication::shared().beginIgnoringInteractionEvents();
-  TLFloaterManager::shared().prepareCover();
-  navigation->pushViewController(self(), true);
+  TLFloaterManager::shared().pushChat(navigation);
   UIApplication::shared().endIgnoringInteractionEvents();
 }
 

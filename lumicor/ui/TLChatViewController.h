@@ -45,6 +45,7 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   void viewDidLayoutSubviews() override;
   void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
+  void viewDidDisappear(bool animated) override;
   void willMoveToParent(Ref<UIViewController> parent) override;
 
   std::optional<TLLayout> layoutData;
@@ -79,6 +80,8 @@ class TLChatViewController : public Object<TLChatViewController, UIViewControlle
   /// While the screen leaves, the host's bars come back without moving what it shows.
   void holdInsets();
   void releaseInsets();
+  /// The one that the manager opens, not that of an earlier start.
+  bool isCurrent() const;
   UIColor styleColor(std::string TLStyles::*field, const char* plain) const;
 
   Ref<UITableView> tableView_;

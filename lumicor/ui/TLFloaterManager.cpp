@@ -33,6 +33,10 @@ CGSize screenSize() {
   return size;
 }
 
+bool isOnTop(const Ref<TLChatViewController>& chat, const Ref<UINavigationController>& navigation) {
+  return chat && navigation && navigation->topViewController() == chat;
+}
+
 /// The key window of the first use; another one only once that is gone.
 Ref<UIWindow> keyWindow() {
   static Weak<UIWindow> first;
@@ -78,7 +82,7 @@ void TLFloaterManager::show() {
     chatViewController_->closeWithoutAnimation();
     leaveStack();
   }
-  wasDismissed_ = false;
+  wasDismissed_ = standsIn_ = false;
   if (floaterView_) floaterView_->removeFromSuperview();
   floaterView_ =
       make<TLFloaterView>(floaterPlacement::initialFrame(screenSize(), floaterPlacement::side(layoutData_.size)));
@@ -108,14 +112,17 @@ void TLFloaterManager::openChat() {
   UIApplication::shared().beginIgnoringInteractionEvents();
   overrideNavigationDelegate();
   const auto navigation = LumicorUtils::getNavigationControllerFromRoot();
-  const bool isOpen = navigation && navigation->topViewController() == chatViewController_;
-  if (navigation && !isOpen) {
-    leaveStack();
-    prepareCover();
-    navigation->pushViewController(chatViewController_, true);
-  }
+  const bool isOpen = isOnTop(chatViewController_, navigation);
+  if (navigation && !isOpen) pushChat(navigation);
   if (!isOpen) LumicorNetworkTask::logEvent(LumicorLogEvent::CHAT_VIEW_OPEN, "");
   UIApplication::shared().endIgnoringInteractionEvents();
+}
+
+void TLFloaterManager::pushChat(const Ref<UINavigationController>& navigation) {
+  standsIn_ = false;
+  leaveStack();
+  prepareCover();
+  navigation->pushViewController(chatViewController_, true);
 }
 
 /// A chat that the host has covered, or left in another tab, is taken out from under what covers it.
@@ -213,7 +220,23 @@ void TLFloaterManager::prepareCover() {
 }
 
 void TLFloaterManager::bringButtonBack() {
-  if (floaterView_ && !wasDismissed_) floaterView_->setShow(true);
+  if (!floaterView_ || wasDismissed_) return;
+  if (!isOnTop(chatViewController_, LumicorUtils::getNavigationControllerFromRoot())) floaterView_->setShow(true);
+}
+
+void TLFloaterManager::chatDidDisappear() {
+  const auto holder = chatViewController_->navigationController();
+  const bool isHeld = holder && std::ranges::count(holder->viewControllers(), chatViewController_);
+  // What covers it goes again, as a rule.
+  if (isHeld && holder == LumicorUtils::getNavigationControllerFromRoot()) return;
+  // A transition that is to leave the button alone says so until it has ended.
+  if (!floaterView_ || floaterView_->show() || !floaterView_->changeStatusInNextTransaction) return;
+  standsIn_ = isHeld;
+  bringButtonBack();
+}
+
+void TLFloaterManager::chatDidAppear() {
+  if (std::exchange(standsIn_, false) && floaterView_) floaterView_->setShow(false);
 }
 
 }  // namespace lumicor

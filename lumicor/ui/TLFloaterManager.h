@@ -50,12 +50,17 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   bool respondsToSelector(SEL selector) const override;
   Ref<NSObject> forwardingTargetForSelector(SEL selector) const override;
 
-  /// To be called right before the chat is pushed: keeps a picture of the host as it stands, bars and all.
-  void prepareCover();
-  /// That picture as a view of the window's size, once; none when there is none.
+  /// Puts the chat on top of that stack, out of the one that holds it now.
+  void pushChat(const Ref<UINavigationController>& navigation);
+  /// A picture of the host as it stood before the chat was pushed, bars and all, as a view of the window's size, once;
+  /// none when there is none.
   Ref<UIView> takeCover() { return std::exchange(cover_, nullptr); }
-  /// Lets the button fade in again, unless the person has dismissed it.
+  /// Lets the button fade in again, unless the person has dismissed it or the chat is open.
   void bringButtonBack();
+  /// The chat has gone out of sight, in whatever way: the button comes back unless the chat will by itself.
+  void chatDidDisappear();
+  /// A chat that was left behind elsewhere is in sight again: the button that stood in for it goes.
+  void chatDidAppear();
   /// The close target slides out of the screen.
   void parkCloseTarget();
 
@@ -65,6 +70,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
 
  private:
   void openChat();
+  void prepareCover();
   void leaveStack();
   void giveDelegateBack();
 
@@ -77,6 +83,7 @@ class TLFloaterManager : public Object<TLFloaterManager, NSObject>, public TLFlo
   Weak<NSObject> hostDelegate_;  // that of the overridden navigation controller
   bool wasDismissed_ = false;    // the button, over the close target
   bool chatWasShown_ = false;    // there, since it was overridden
+  bool standsIn_ = false;        // the button, for a chat on a stack out of sight
 };
 
 }  // namespace lumicor

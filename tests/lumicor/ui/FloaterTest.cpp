@@ -200,6 +200,69 @@ TEST_F(Floater, OpensAChatThatTheHostHasCovered) {
   EXPECT_EQ(navigation_->topViewController(), cover);
 }
 
+TEST_F(Floater, ComesBackHoweverTheHostTakesTheChatAway) {
+  const std::pair<const char*, std::function<void()>> rows[] = {
+      {"one screen back", [&] { navigation_->popViewControllerAnimated(false); }},
+      {"back to the first", [&] { navigation_->popToRootViewControllerAnimated(false); }},
+      {"other screens", [&] { navigation_->setViewControllers({make<test::PlainScreen>()}, false); }},
+      {"other screens, animated", [&] { navigation_->setViewControllers({make<test::PlainScreen>()}, true); }},
+      {"another root", [&] { show(make<UINavigationController>(make<test::PlainScreen>())); }},
+  };
+  for (const double moment : {0.15, 1.0}) {
+    for (const auto& [what, act] : rows) {
+      SCOPED_TRACE(std::string(what) + (moment < 1 ? " while it opens" : " once it is open"));
+      button()->tapGesture();
+      pass(moment);
+      act();
+      pass(1);
+      EXPECT_TRUE(button()->show());
+      EXPECT_EQ(button()->superview(), window());
+      EXPECT_EQ(button()->alpha(), 1);
+      show(tabs_);
+      navigation_->popToRootViewControllerAnimated(false);
+      pass(1);
+    }
+  }
+}
+
+TEST_F(Floater, StandsInForAChatThatWasLeftInAnotherTab) {
+  const auto other = make<UINavigationController>(make<test::PlainScreen>());
+  tabs_->setViewControllers({navigation_, other});
+  tap(button());
+  pass(1);
+  tabs_->setSelectedIndex(1);
+  pass(1);
+  EXPECT_TRUE(button()->show());
+  tabs_->setSelectedIndex(0);
+  pass(1);
+  EXPECT_TRUE(chatIsOpen());
+  EXPECT_FALSE(button()->show()) << "not over the chat";
+  tabs_->setSelectedIndex(1);
+  pass(1);
+  tap(button());
+  pass(1);
+  EXPECT_EQ(other->topViewController(), chat());
+  EXPECT_FALSE(button()->show());
+}
+
+TEST_F(Floater, StaysAwayFromAChatThatStepsReopen) {
+  for (const bool covered : {false, true}) {
+    SCOPED_TRACE(covered ? "the host has covered it" : "it is closing");
+    button()->tapGesture();
+    pass(1);
+    covered ? navigation_->pushViewController(make<test::PlainScreen>(), false) : chat()->dismissChatView();
+    pass(0.15);
+    chat()->reopen(navigation_);
+    pass(1);
+    EXPECT_TRUE(chatIsOpen());
+    EXPECT_TRUE(chat()->view()->isDescendantOfView(window().get()));
+    EXPECT_FALSE(button()->show());
+    chat()->dismissChatView();
+    pass(1);
+    EXPECT_TRUE(button()->show());
+  }
+}
+
 TEST_F(Floater, ShowsAGlyphAndARingUntilItsPictureHasCome) {
   TLLayout layout;
   layout.image = "https://floater.test/slow.png";
@@ -274,8 +337,6 @@ TEST_F(Floater, GivesTheHostsNavigationDelegateBackAfterTheChat) {
     pass(2);
     EXPECT_FALSE(chatIsOpen());
     EXPECT_EQ(navigation_->delegate(), watcher);
-    button()->setShow(true);
-    pass(1);
   }
   EXPECT_EQ(watcher->shown, 4);
 }
