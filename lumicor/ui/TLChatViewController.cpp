@@ -224,7 +224,8 @@ void TLChatViewController::willMoveToParent(Ref<UIViewController> parent) {
 
 void TLChatViewController::dismissChatView() {
   const auto navigation = navigationController();
-  if (!navigation) return;
+  // Pressed again while it closes, the host's own screen would go.
+  if (!navigation || navigation->topViewController().get() != this) return;
   view()->endEditing(true);
   holdInsets();
   navigation->setNavigationBarHidden(wasNavigationBarHidden_, true);

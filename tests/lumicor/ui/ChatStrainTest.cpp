@@ -227,6 +227,20 @@ TEST_F(ChatStrain, ATransitionEndsWhateverHappensInItsMiddle) {
   }
 }
 
+TEST_F(ChatStrain, ACrossPressedTwiceTakesTheChatAlone) {
+  const auto screen = make<test::PlainScreen>();
+  navigation_->pushViewController(screen, false);
+  for (const double moment : {0.1, 1.0}) {
+    button()->tapGesture();
+    pass(moment);
+    chat()->dismissChatView();
+    pass(0.1);
+    chat()->dismissChatView();
+    pass(1);
+    EXPECT_EQ(navigation_->topViewController(), screen);
+  }
+}
+
 TEST_F(ChatStrain, ASecondStartClosesTheChatOfTheFirst) {
   for (const bool covered : {false, true}) {
     SCOPED_TRACE(covered ? "under a screen of the host" : "on top");
