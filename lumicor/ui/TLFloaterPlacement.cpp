@@ -43,6 +43,16 @@ CGRect restingFrame(CGRect frame, CGSize container, UIEdgeInsets insets, double 
   return {x < rightGap ? gapToEdge : atRight, y, side, side};
 }
 
+CGRect frameAfterResize(CGRect frame, CGSize before, CGSize after) {
+  const auto moved = [](double place, double length, double roomBefore, double roomAfter) {
+    const double share = roomBefore > length ? std::clamp(place / (roomBefore - length), 0.0, 1.0) : 0.0;
+    return share * std::max(0.0, roomAfter - length);
+  };
+  const CGSize size = frame.size;
+  return {moved(frame.origin.x, size.width, before.width, after.width),
+          moved(frame.origin.y, size.height, before.height, after.height), size.width, size.height};
+}
+
 bool isInsideCloseTarget(CGPoint center) {
   if (center.x <= 0 || center.y <= 0) return false;
   const double dx = center.x - closeTargetSize;

@@ -24,6 +24,10 @@ CGRect initialFrame(CGSize screen, double side);
 /// top or the bottom, where it is. `side` is the length of the button's sides.
 CGRect restingFrame(CGRect frame, CGSize container, UIEdgeInsets insets, double side);
 
+/// Where a button at `frame` keeps to when its container changes from one size to another, as when the device is
+/// turned: the room at either side of it keeps its share.
+CGRect frameAfterResize(CGRect frame, CGSize before, CGSize after);
+
 /// Whether a centre, in the close target's own coordinates, lies inside its quarter disc.
 bool isInsideCloseTarget(CGPoint center);
 

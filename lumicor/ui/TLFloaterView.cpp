@@ -43,6 +43,9 @@ void TLFloaterView::initWithFrame(CGRect frame) {
   setBackgroundColor(UIColorHex(layoutData->styles.backgroundColor));
   layer()->setMasksToBounds(true);
   setAlpha(0);
+  // A device that is turned takes it along.
+  setAutoresizingMask(UIViewAutoresizing::flexibleLeftMargin | UIViewAutoresizing::flexibleRightMargin |
+                      UIViewAutoresizing::flexibleTopMargin | UIViewAutoresizing::flexibleBottomMargin);
 }
 
 /// The service's picture; until it has come a glyph in the assistant's colour, with a ring that makes a button of it.
@@ -116,26 +119,47 @@ void TLFloaterView::touchesEnded(const UITouches&, const Ref<UIEvent>&) {
   snap();
 }
 
-void TLFloaterView::touchesCancelled(const UITouches&, const Ref<UIEvent>&) {
-  if (!beginPoint) return;
-  beginPoint.reset();
-  TLFloaterManager::shared().parkCloseTarget();
-  snap();
+void TLFloaterView::touchesCancelled(const UITouches&, const Ref<UIEvent>&) { breakOffDrag(); }
+
+CGRect TLFloaterView::frameIn(CGSize container) const {
+  const bool isAway = !superview() && left_ && *left_ != container;
+  return isAway ? floaterPlacement::frameAfterResize(frame(), *left_, container) : frame();
+}
+
+void TLFloaterView::willMoveToSuperview(const Ref<UIView>& next) {
+  Super::willMoveToSuperview(next);
+  if (const Ref<UIView> container = superview()) {
+    left_ = container->bounds().size;
+  } else if (next) {
+    setFrame(frameIn(next->bounds().size));
+  }
 }
 
 void TLFloaterView::didMoveToWindow() {
   Super::didMoveToWindow();
-  if (window() || !beginPoint) return;
+  if (!window()) breakOffDrag();
+}
+
+void TLFloaterView::breakOffDrag() {
+  if (!beginPoint) return;
   beginPoint.reset();
   TLFloaterManager::shared().parkCloseTarget();
+  if (superview()) {
+    snap();
+  } else if (left_) {
+    setFrame(restingFrame(*left_));
+  }
+}
+
+CGRect TLFloaterView::restingFrame(CGSize container) const {
+  const double side = layoutData ? floaterPlacement::side(layoutData->size) : bounds().size.width;
+  return floaterPlacement::restingFrame(frame(), container, TLFloaterManager::screenInsets(), side);
 }
 
 void TLFloaterView::snap() {
   const Ref<UIView> container = superview();
   if (!container) return;
-  const double side = layoutData ? floaterPlacement::side(layoutData->size) : bounds().size.width;
-  const CGRect resting =
-      floaterPlacement::restingFrame(frame(), container->bounds().size, TLFloaterManager::screenInsets(), side);
+  const CGRect resting = restingFrame(container->bounds().size);
   UIView::animateWithDuration(snapDuration, [this, resting] {
     setFrame(resting);
     if (show_) setAlpha(1);

@@ -31,11 +31,14 @@ class TLFloaterView : public Object<TLFloaterView, UIView> {
   bool show() const { return show_; }
   /// A new value fades the button in over the key window, or out and removes it; the same value does nothing.
   void setShow(bool show);
+  /// Its frame, or while it is away the one it will have in a container of that size.
+  CGRect frameIn(CGSize container) const;
 
   void touchesBegan(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesMoved(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesEnded(const UITouches& touches, const Ref<UIEvent>& event) override;
   void touchesCancelled(const UITouches& touches, const Ref<UIEvent>& event) override;
+  void willMoveToSuperview(const Ref<UIView>& superview) override;
   void didMoveToWindow() override;
   void layoutSubviews() override;
   void tapGesture();
@@ -50,8 +53,12 @@ class TLFloaterView : public Object<TLFloaterView, UIView> {
   void showImage();
   /// Glides from where it was let go to where it rests.
   void snap();
+  /// The finger has gone without letting the button go.
+  void breakOffDrag();
+  CGRect restingFrame(CGSize container) const;
 
   bool show_ = false;
+  std::optional<CGSize> left_;  // the size of the container it was taken from last
 };
 
 }  // namespace lumicor

@@ -15,8 +15,8 @@ constexpr double duration = 0.3;
 constexpr const char* fadeKey = "fadeAnimation";
 constexpr double fullScreenCornerRadius = 0.1;  // as good as none, but of the same kind of path as the circle
 
-Ref<UIBezierPath> buttonPath(const TLFloaterView& button) {
-  const CGRect frame = button.frame();
+Ref<UIBezierPath> buttonPath(const TLFloaterView& button, const UIView& screen) {
+  const CGRect frame = button.frameIn(screen.bounds().size);
   return UIBezierPath::bezierPathWithRoundedRect(frame, frame.size.height / 2);
 }
 
@@ -101,7 +101,7 @@ void TLTransitionPush::animateTransition(const Ref<UIViewControllerContextTransi
   if (UIAccessibility::isReduceMotionEnabled()) {
     animateFade(views.to, 0, 1);
   } else {
-    animateMask(views.to, buttonPath(*button), screenPath(*views.to));
+    animateMask(views.to, buttonPath(*button, *views.to), screenPath(*views.to));
   }
   if (button->changeStatusInNextTransaction) {
     button->setShow(false);
@@ -121,7 +121,7 @@ void TLTransitionPop::animateTransition(const Ref<UIViewControllerContextTransit
   if (UIAccessibility::isReduceMotionEnabled()) {
     animateFade(views.from, 1, 0);
   } else {
-    animateMask(views.from, screenPath(*views.to), buttonPath(*button));
+    animateMask(views.from, screenPath(*views.to), buttonPath(*button, *views.to));
   }
 }
 

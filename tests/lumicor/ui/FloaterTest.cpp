@@ -2,6 +2,7 @@
 
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "platform/animation/CALayer.h"
+#include "platform/animation/CAShapeLayer.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIImage.h"
 #include "platform/uikit/views/UIImageView.h"
@@ -261,6 +262,46 @@ TEST_F(Floater, StaysAwayFromAChatThatStepsReopen) {
     pass(1);
     EXPECT_TRUE(button()->show());
   }
+}
+
+TEST_F(Floater, StaysWithinReachWhenTheDeviceIsTurned) {
+  const CGRect portrait{0, 0, 390, 844}, landscape{0, 0, 844, 390};
+  drag({380, 690});
+  const CGRect before = button()->frame();
+  for (const bool chatIsOver : {false, true}) {
+    SCOPED_TRACE(chatIsOver ? "while the chat is open" : "at rest");
+    if (chatIsOver) button()->tapGesture();
+    pass(1);
+    window()->setFrame(landscape);
+    if (chatIsOver) chat()->dismissChatView();
+    pass(0.1);
+    if (chatIsOver) {
+      const auto mask = as<CAShapeLayer>(chat()->view()->layer()->mask());
+      ASSERT_NE(mask, nullptr);
+      EXPECT_TRUE(landscape.contains(mask->path()->bounds().center())) << "shrinks to where the button will be";
+    }
+    pass(1);
+    EXPECT_EQ(button()->superview(), window());
+    const CGRect frame = button()->frame();
+    EXPECT_EQ(frame.size, before.size);
+    EXPECT_TRUE(frame.minX() > 422 && frame.maxX() <= 844 && frame.minY() > 195 && frame.maxY() <= 390)
+        << frame.minX() << ", " << frame.minY();
+    window()->setFrame(portrait);
+    pass(1);
+    EXPECT_NEAR(button()->frame().minX(), before.minX(), 0.01);
+    EXPECT_NEAR(button()->frame().minY(), before.minY(), 0.01);
+  }
+}
+
+TEST_F(Floater, ComesToRestWhenADragIsBrokenOff) {
+  driver_.drag({centerOfButton(), {200, 400}, {200, 401}}, 1);
+  pass(0.6);
+  chat()->reopen(navigation_);
+  pass(2);
+  chat()->dismissChatView();
+  pass(1);
+  EXPECT_TRUE(button()->show());
+  EXPECT_EQ(std::min(button()->frame().minX(), 390 - button()->frame().maxX()), 10) << "at a side";
 }
 
 TEST_F(Floater, ShowsAGlyphAndARingUntilItsPictureHasCome) {
