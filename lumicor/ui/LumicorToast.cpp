@@ -6,6 +6,7 @@
 #include "lumicor/core/LumicorUtils.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
+#include "platform/foundation/NotificationCenter.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/application/UIWindow.h"
 #include "platform/uikit/constraints/NSLayoutAnchor.h"
@@ -42,6 +43,10 @@ double lowestEdge(const UIView& window) {
 }
 
 }  // namespace
+
+void LumicorToast::exportMethods(MethodTable<LumicorToast>& table) {
+  table.add<&LumicorToast::keyboardMoves>("keyboardMoves");
+}
 
 void LumicorToast::initWithFrame(CGRect frame) {
   Super::initWithFrame(frame);
@@ -87,6 +92,9 @@ void LumicorToast::appear(const Ref<UIView>& window) {
   });
   UIView::performWithoutAnimation([&window] { window->layoutIfNeeded(); });
   shown_.push_back(self());
+  for (const std::string& name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification}) {
+    NotificationCenter::defaultCenter().addObserver(self(), sel("keyboardMoves"), name);
+  }
   setAlpha(0);
   UIView::animateWithDuration(fadeDuration, [this, &window] {
     setAlpha(1);
@@ -100,6 +108,14 @@ void LumicorToast::disappear() {
   if (std::erase(shown_, self()) == 0) return;
   UIView::animateWithDuration(
       fadeDuration, [this] { setAlpha(0); }, [toast = self()](bool) { toast->removeFromSuperview(); });
+}
+
+/// The first of them moves them all.
+void LumicorToast::keyboardMoves() {
+  const auto window = superview();
+  if (!window || shown_.empty() || shown_.front() != self()) return;
+  arrange();
+  UIView::animateWithDuration(UIKeyboard::animationDuration, [&window] { window->layoutIfNeeded(); });
 }
 
 void LumicorToast::arrange() {

@@ -32,12 +32,14 @@ class LumicorToast final : public Object<LumicorToast, UIView> {
   /// Those on the screen that are not on their way out, oldest first.
   static const std::vector<Ref<LumicorToast>>& shown() { return shown_; }
 
+  static void exportMethods(MethodTable<LumicorToast>& table);
   void initWithFrame(CGRect frame) override;
   const Ref<UILabel>& label() const { return label_; }
 
  private:
   void appear(const Ref<UIView>& window);
   void disappear();
+  void keyboardMoves();
   /// Where each one stands, by the height of those below.
   static void arrange();
 

@@ -54,11 +54,15 @@ TEST_F(Toasts, LetTouchesThroughAndKeepClearOfTheKeyboard) {
   navigation_->topViewController()->view()->addSubview(field);
   field->becomeFirstResponder();
   pass(1);
+  EXPECT_EQ(frameOf(0).maxY() + 12, UIKeyboard::shared().frame().minY()) << "it was there before the keyboard";
   LumicorToast::show("Permission denied");
   pass(0.5);
   EXPECT_EQ(frameOf(1).maxY() + 12, UIKeyboard::shared().frame().minY());
   EXPECT_LE(frameOf(0).maxY(), frameOf(1).minY()) << "the earlier one moved too";
   field->resignFirstResponder();
+  pass(0.4);
+  EXPECT_EQ(frameOf(LumicorToast::shown().size() - 1).maxY() + 96 + window()->safeAreaInsets().bottom, 844)
+      << "and stays when that has gone";
 }
 
 }  // namespace
