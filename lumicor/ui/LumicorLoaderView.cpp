@@ -71,7 +71,7 @@ void LumicorLoaderView::startSpinning() {
 }
 
 void LumicorLoaderView::show() {
-  if (overlayView_) return;
+  if (overlayView_ && overlayView_->window()) return;
   overlayView_ = addDimmingOverlay();
   if (overlayView_) overlayView_->superview()->addSubview(self());
 }

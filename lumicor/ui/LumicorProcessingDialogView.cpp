@@ -49,7 +49,7 @@ void LumicorProcessingDialogView::dismiss() {
 }
 
 void LumicorProcessingDialogView::showNow() {
-  if (overlayView_) return;
+  if (overlayView_ && overlayView_->window()) return;
   overlayView_ = addDimmingOverlay();
   if (overlayView_) overlayView_->superview()->addSubview(self());
 }

@@ -42,6 +42,22 @@ TEST_F(WaitingViews, TheLoaderTurnsOverADimmedScreen) {
   EXPECT_EQ(navigation_->topViewController(), chat());
 }
 
+TEST_F(WaitingViews, TheLoaderIsShownAgainWhenItsWindowHasGone) {
+  const auto loader = make<LumicorLoaderView>(CGRect{120, 347, 150, 150});
+  auto other = make<UIWindow>(CGRect{0, 0, 390, 844});
+  other->makeKeyAndVisible();
+  loader->show();
+  EXPECT_EQ(loader->window(), other);
+  other->setHidden(true);
+  other.reset();
+  window()->makeKeyAndVisible();
+  loader->show();
+  EXPECT_EQ(loader->window(), window());
+  EXPECT_EQ(window()->subviews().size(), before_ + 2);
+  loader->dismiss();
+  EXPECT_EQ(window()->subviews().size(), before_);
+}
+
 TEST_F(WaitingViews, TheDialogPlaysTheServicesAnimationAndGoesWithItsVeil) {
   Lumicor::shared().setEndpoint("https://dialog.test");
   service_.answer("/assets/processing.gif",
