@@ -1,6 +1,7 @@
 #include "lumicor/ui/TLChatViewController.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "lumicor/actions/TLChatMessagesTask.h"
@@ -154,7 +155,7 @@ void TLChatViewController::handleKeyboardWillHide(const Notification& notificati
 
 void TLChatViewController::keyboardChanged(const Notification& notification, bool isShowing) {
   const CGRect* const endFrame = notification.value<CGRect>(UIKeyboardFrameEndUserInfoKey);
-  if (!endFrame) return;
+  if (!endFrame || !std::isfinite(endFrame->size.height)) return;
   const double* const told = notification.value<double>(UIKeyboardAnimationDurationUserInfoKey);
   const double duration = told ? *told : defaultKeyboardDuration;
   if (!isShowing) {

@@ -1,3 +1,5 @@
+#include <cmath>
+#include <limits>
 #include <thread>
 
 #include "lumicor/core/LumicorUserDefaults.h"
@@ -202,6 +204,12 @@ TEST_F(ChatScreen, FollowsTheKeyboardAndOnlyOneThatSaysWhereItIs) {
   NotificationCenter::defaultCenter().post(UIKeyboardWillShowNotification);
   pass(0.5);
   EXPECT_EQ(chat()->inputContainerView()->frame().minY(), resting);
+  for (const double height : {std::numeric_limits<double>::infinity(), std::nan("")}) {
+    NotificationCenter::defaultCenter().post(UIKeyboardWillShowNotification, nullptr,
+                                             {{UIKeyboardFrameEndUserInfoKey, CGRect{0, 544, 390, height}}});
+    pass(0.5);
+    EXPECT_EQ(chat()->inputContainerView()->frame().minY(), resting) << "no height at all";
+  }
 
   NotificationCenter::defaultCenter().post(UIKeyboardWillShowNotification, nullptr,
                                            {{UIKeyboardFrameEndUserInfoKey, CGRect{0, 544, 390, 300}}});
