@@ -77,7 +77,8 @@ void TLChatViewController::append(TLChatMessage message) {
 }
 
 void TLChatViewController::removeTypingRow() {
-  if (messages_.empty() || messages_.back().message != TLChatMessage::typingMarker) return;
+  if (messages_.empty() || !messages_.back().isRemote) return;  // what the person wrote stays, even these letters
+  if (messages_.back().message != TLChatMessage::typingMarker) return;
   const IndexPath path(lastRow(messages_), 0);
   messages_.removeLast();
   if (tableView_) tableView_->deleteRows({path}, UITableViewRowAnimation::automatic);

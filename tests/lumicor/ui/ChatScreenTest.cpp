@@ -184,6 +184,15 @@ TEST_F(ChatScreen, ShowsTheHistoryOldestFirst) {
   EXPECT_THAT(shown, ElementsAre("first", "second", "third"));
 }
 
+TEST_F(ChatScreen, KeepsAMessageOfThePersonThatReadsLikeTheTypingRow) {
+  Lumicor::shared().setChatHistory({{TLChatMessage::typingMarker, false, 1}});
+  TLFloaterManager::shared().show();
+  openChat();
+  chat()->addMessage("Good day");
+  pass(1);
+  EXPECT_EQ(chat()->messages().size(), 2u);
+}
+
 TEST_F(ChatScreen, KeepsItsOwnOfASharedHistory) {
   Lumicor::shared().setChatHistory({{"hello", false, 10}, {TLChatMessage::typingMarker, true, 20}});
   const auto another = make<TLChatViewController>();
