@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -11,12 +12,13 @@ struct Failure {
   std::string description;
 };
 
-/// A value, or the sentence why there is none. Asking for the one that is not there is a programming error.
-template <class T>
+/// A value, or why there is none: a sentence, or an error of another kind. Asking for the one that is not there is a
+/// programming error.
+template <class T, class E = Failure>
 class Result {
  public:
   Result(T value) : content_(std::in_place_index<0>, std::move(value)) {}
-  Result(Failure failure) : content_(std::in_place_index<1>, std::move(failure)) {}
+  Result(E error) : content_(std::in_place_index<1>, std::move(error)) {}
 
   explicit operator bool() const { return content_.index() == 0; }
   bool hasValue() const { return content_.index() == 0; }
@@ -26,15 +28,19 @@ class Result {
   const T& operator*() const { return value(); }
   T* operator->() { return &value(); }
   const T* operator->() const { return &value(); }
-  /// The sentence; empty when there is a value.
-  const std::string& error() const {
-    static const std::string none;
-    const Failure* const failure = std::get_if<1>(&content_);
-    return failure ? failure->description : none;
+  /// A sentence is empty when there is a value.
+  const auto& error() const {
+    const E* const error = std::get_if<1>(&content_);
+    if constexpr (std::is_same_v<E, Failure>) {
+      static const std::string none;
+      return error ? error->description : none;
+    } else {
+      return *error;
+    }
   }
 
  private:
-  std::variant<T, Failure> content_;
+  std::variant<T, E> content_;
 };
 
 }  // namespace platform

@@ -161,6 +161,14 @@ URL URL::fileURL(std::string_view path) {
   return url;
 }
 
+URL URL::appendingPathComponent(std::string_view name) const {
+  if (!isFileURL()) return *this;
+  std::string whole = path();
+  if (!whole.ends_with('/')) whole += '/';
+  while (name.starts_with('/')) name.remove_prefix(1);
+  return fileURL(whole.append(name));
+}
+
 std::uint16_t URL::effectivePort() const {
   if (port_) return *port_;
   return scheme_ == "https" ? 443 : scheme_ == "http" ? 80 : 0;

@@ -33,6 +33,8 @@ class URL {
   /// A name and perhaps a password, as written before the "@" of the host. A session sends them to the server.
   std::string_view userInfo() const { return std::string_view(text_).substr(userInfoStart_, userInfoLength_); }
   URL withoutUserInfo() const;
+  /// This file address and one more name below it. Anything but a file address stays as it is.
+  URL appendingPathComponent(std::string_view name) const;
   /// The last part of the path, unescaped.
   std::string lastPathComponent() const;
   bool isFileURL() const { return scheme_ == "file"; }

@@ -1,6 +1,5 @@
 #include "platform/foundation/UserDefaults.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -12,7 +11,7 @@
 #include <vector>
 
 #include "platform/dispatch/DispatchQueue.h"
-#include "platform/foundation/Bundle.h"
+#include "platform/foundation/ApplicationFolder.h"
 #include "platform/foundation/UserDefaultsFile.h"
 
 namespace platform {
@@ -25,19 +24,7 @@ namespace fs = std::filesystem;
 
 fs::path usualDirectory() {
   if (const char* const named = std::getenv("PLATFORM_DEFAULTS_DIRECTORY"); named && *named) return named;
-  fs::path base;
-  if (const char* const data = std::getenv("XDG_DATA_HOME"); data && *data) {
-    base = data;
-  } else if (const char* const home = std::getenv("HOME"); home && *home) {
-    base = fs::path(home) / ".local" / "share";
-  } else {
-    std::error_code error;
-    base = fs::temp_directory_path(error);
-  }
-  std::string application = Bundle::main().bundleIdentifier().value_or("application");
-  std::replace(application.begin(), application.end(), '/', '-');
-  if (application.starts_with('.')) application.insert(0, "-");
-  return base / application / "Preferences";
+  return applicationFolder() / "Preferences";
 }
 
 }  // namespace
