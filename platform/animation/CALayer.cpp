@@ -23,6 +23,7 @@ std::vector<Ref<CALayer>>* orphans = nullptr;
 }  // namespace
 
 CALayer::~CALayer() {
+  if (hiddenFromCapture_) std::erase(layersHiddenFromCapture(), this);
   std::vector<Ref<CALayer>> own;
   const bool isFirst = orphans == nullptr;
   if (isFirst) orphans = &own;
@@ -88,6 +89,16 @@ void CALayer::setBorderWidth(double width) { change(state_, &State::borderWidth,
 void CALayer::setBorderColor(const UIColor& color) { change(state_, &State::borderColor, color, "borderColor"); }
 void CALayer::setOpacity(double opacity) { change(state_, &State::opacity, std::clamp(opacity, 0.0, 1.0), "opacity"); }
 void CALayer::setHidden(bool hidden) { change(state_, &State::hidden, hidden, nullptr); }
+std::vector<const CALayer*>& CALayer::layersHiddenFromCapture() {
+  static auto* const layers = new std::vector<const CALayer*>;
+  return *layers;
+}
+void CALayer::setHiddenFromCapture(bool hidden) {
+  if (hidden == hiddenFromCapture_) return;
+  hiddenFromCapture_ = hidden;
+  hidden ? layersHiddenFromCapture().push_back(this) : static_cast<void>(std::erase(layersHiddenFromCapture(), this));
+  changed();
+}
 void CALayer::setMasksToBounds(bool masks) { change(state_, &State::masksToBounds, masks, nullptr); }
 void CALayer::setShadowOpacity(double opacity) { change(state_, &State::shadowOpacity, opacity, "shadowOpacity"); }
 void CALayer::setShadowRadius(double radius) { change(state_, &State::shadowRadius, radius, "shadowRadius"); }

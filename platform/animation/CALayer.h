@@ -113,6 +113,9 @@ class CALayer : public Object<CALayer, NSObject> {
   const Ref<CALayer>& mask() const { return mask_; }
   /// What shows is what the mask covers, in this layer's coordinates. A mask has no superlayer.
   void setMask(Ref<CALayer> mask);
+  /// A layer that pictures for others, screenshots and videos, do not show: see CaptureBlanking.
+  bool isHiddenFromCapture() const { return hiddenFromCapture_; }
+  void setHiddenFromCapture(bool hidden);
   double shadowOpacity() const { return state_.shadowOpacity; }
   void setShadowOpacity(double opacity);
   double shadowRadius() const { return state_.shadowRadius; }
@@ -224,6 +227,7 @@ class CALayer : public Object<CALayer, NSObject> {
   void changed();
 
  private:
+  friend class CaptureBlanking;
   friend class LayerAnimations;
   friend class LayerCompositor;
   friend class LayerDisplay;
@@ -237,6 +241,8 @@ class CALayer : public Object<CALayer, NSObject> {
   CGRect contentsRect(const UIImage& image) const;
 
   inline static std::uint64_t layerChanges_ = 0;
+  /// Of the whole process; never destroyed, since layers may outlive anything.
+  static std::vector<const CALayer*>& layersHiddenFromCapture();
 
   State state_;
   Ref<CALayer> mask_;
@@ -249,6 +255,7 @@ class CALayer : public Object<CALayer, NSObject> {
   std::string name_;
   bool needsDisplay_ = false;
   bool subtreeNeedsDisplay_ = false;
+  bool hiddenFromCapture_ = false;
 
   // What the display of the tree knows of this layer.
   LayerDisplay* display_ = nullptr;  // of a root alone

@@ -27,6 +27,8 @@ class LayerCompositor {
   static CGAffineTransform place(const CALayer& shown, const CGAffineTransform& parentToPixels, bool isMoving);
   /// What a layer itself may paint, its shadow included, in pixels.
   static CGRect ownArea(const CALayer& shown, const CGAffineTransform& toPixels);
+  /// Where a layer and all below it may paint, in pixels.
+  CGRect areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const;
 
  private:
   /// A layer, its values at this instant, and where it is.
@@ -47,9 +49,7 @@ class LayerCompositor {
   static void paintBorder(Canvas& canvas, const CALayer& shown);
   /// True when the clip reaches into a round corner.
   static bool touchesCorners(const Placed& layer, const CGRect& clip);
-  /// Where a layer and all below it may paint.
   CGRect treeArea(const Placed& layer) const;
-  CGRect areaOf(const CALayer& layer, const CGAffineTransform& parentToPixels, bool isMoving) const;
 
   double mediaTime_;
   mutable int depth_ = 0;

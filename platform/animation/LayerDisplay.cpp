@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/animation/CALayer.h"
+#include "platform/animation/CaptureBlanking.h"
 #include "platform/animation/FrameClock.h"
 #include "platform/animation/LayerAnimations.h"
 #include "platform/animation/LayerCompositor.h"
@@ -15,6 +16,7 @@ namespace platform {
 
 LayerDisplay::LayerDisplay(Ref<CALayer> root, CGSize size, double scale)
     : root_(std::move(root)),
+      size_(size),
       scale_(scale),
       bitmap_(static_cast<int>(std::lround(size.width * scale)), static_cast<int>(std::lround(size.height * scale))) {
   if (root_->display_) fatalError("a layer tree can have one display at a time");
@@ -50,6 +52,10 @@ bool LayerDisplay::rootCovers(const CGRect& pixels) const {
   const bool isOpaque = color && color->alpha() >= 1 && root.opacity() >= 1;
   const bool isWhole = root.cornerRadius() <= 0 && !root.mask() && !root.isHidden() && !root.hasAnimations();
   return isOpaque && isWhole && rootToPixels().apply(root.bounds()).contains(pixels);
+}
+
+std::vector<CGRect> LayerDisplay::areasHiddenFromCapture() const {
+  return CaptureBlanking::areas(*root_, rootToPixels(), mediaTime_);
 }
 
 CGRect LayerDisplay::update() {

@@ -28,7 +28,11 @@ class LayerDisplay {
   /// Has owners draw what they were asked to, draws, and tells what changed, in pixels; CGRectZero when nothing did.
   CGRect update();
   const Bitmap& bitmap() const { return bitmap_; }
+  CGSize sizeInPoints() const { return size_; }
   double scale() const { return scale_; }
+  /// What of the bitmap pictures for others leave black (see CaptureBlanking), in pixels, as of the last update. What
+  /// is new in it has been told as changed.
+  std::vector<CGRect> areasHiddenFromCapture() const;
   /// Everything is drawn anew next time.
   void invalidate();
 
@@ -52,6 +56,7 @@ class LayerDisplay {
   bool rootCovers(const CGRect& pixels) const;
 
   Ref<CALayer> root_;
+  CGSize size_;
   double scale_;
   Bitmap bitmap_;
   CGRect dirty_;

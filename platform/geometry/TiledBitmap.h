@@ -16,7 +16,7 @@ namespace platform {
 /// sees in which places they differ without looking at a pixel. Pixels as in `Bitmap`. A value; any thread.
 class TiledBitmap {
  public:
-  static constexpr int tileSide = 64;
+  static constexpr int tileSide = 96;
   /// Rows of `tileSide` pixels without gaps; those beyond the picture's edges are 0.
   struct Tile {
     std::array<std::uint32_t, std::size_t{tileSide} * tileSide> pixels;

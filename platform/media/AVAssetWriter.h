@@ -24,13 +24,18 @@ enum class AVAssetWriterStatus { unknown, writing, completed, failed, cancelled 
 /// Owner:   its maker. One that is let go of before it was finished leaves no file behind; one that is finishing goes
 ///          on to its completion.
 /// Thread:  any. `writerWithURL` and `startWriting` touch the disk for a moment; nothing waits for the encoder.
-/// File:    grows under a hidden name beside its own, and gets its name when it is whole: a reader never sees a part.
+/// File:    grows under a hidden name beside its own and gets its name when it is whole, in the place of whatever had
+/// it:
+///          a reader never sees a part.
 /// Failure: the first error ends writing: the status is `failed`, `error` says why, what was written is removed.
 class AVAssetWriter : public Object<AVAssetWriter, NSObject> {
  public:
   /// The error of a file that cannot be made: an address that is none of a file, another file type, a folder that is
   /// missing or may not be written to.
   static Result<Ref<AVAssetWriter>, NSError> writerWithURL(const URL& url, const AVFileType& fileType);
+  class Session;
+  /// For `writerWithURL`.
+  AVAssetWriter(URL url, AVFileType fileType, std::shared_ptr<Session> session);
   ~AVAssetWriter() override;
 
   const URL& outputURL() const { return url_; }
@@ -44,8 +49,8 @@ class AVAssetWriter : public Object<AVAssetWriter, NSObject> {
   /// One that cannot be added makes `startWriting` fail.
   void addInput(const Ref<AVAssetWriterInput>& input);
 
-  /// From `unknown` to `writing`, or to `failed` and false: no input or one that cannot be added, a file of that name
-  /// is there already, an encoder that does not start. False too when it was called before.
+  /// From `unknown` to `writing`, or to `failed` and false: no input or one that cannot be added, an encoder that does
+  /// not start. False too when it was called before.
   bool startWriting();
   /// The instant of the video's first moment, in the time of the buffers. Once, while writing.
   void startSessionAtSourceTime(CMTime time);
@@ -54,16 +59,12 @@ class AVAssetWriter : public Object<AVAssetWriter, NSObject> {
 
   /// Marks the input finished, encodes what waits, completes the file and then calls back on the writer's own serial
   /// queue, by when the status is `completed`, or `failed` (an error on the way; not one picture; never started). On a
-  /// writer that failed or was finished before it calls back at once, with nothing changed.
+  /// writer that failed, was cancelled or finished before it calls back with nothing changed.
   void finishWriting(std::function<void()> completion);
   /// Ends writing and removes the file. A writer that is finishing already goes on.
   void cancelWriting();
 
  private:
-  friend class AVAssetWriterInput;
-  class Session;
-  AVAssetWriter(URL url, AVFileType fileType, std::shared_ptr<Session> session);
-
   const URL url_;
   const AVFileType fileType_;
   const std::shared_ptr<Session> session_;

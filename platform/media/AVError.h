@@ -11,8 +11,6 @@ enum AVErrorCode : std::int64_t {
   AVErrorUnknown = -11800,
   AVErrorNoDataCaptured = -11806,
   AVErrorDiskFull = -11807,
-  AVErrorFileAlreadyExists = -11823,
-  AVErrorInvalidSourceMedia = -11829,
   AVErrorFileFormatNotRecognized = -11828,
   AVErrorOperationNotAllowed = -11862,
   AVErrorEncodeFailed = -11883,

@@ -13,12 +13,14 @@
 
 namespace platform {
 
+class ScreenCapture;
+
 enum class RPSampleBufferType { video, audioApp, audioMic };
 
 /// Hands out the pictures of the application's screen while it records: the first two frames and the last always, those
 /// between only when something changed, at most 60 a second. Views that the host hides from captures
 /// (`UIView::setHiddenFromCapture`) are black in them. Sound is not recorded.
-/// Owner:   one for the process.
+/// Owner:   one for the process; letting go of one of your own ends what it records.
 /// Queue:   every member may be called on any thread and returns at once. Every handler and completion runs on the
 ///          recorder's own serial queue (`queue`), in order: the completion of the start, the buffers, the completion
 ///          of the stop, and no buffer after that. The permission question runs on the main thread.
@@ -58,11 +60,8 @@ class RPScreenRecorder : public Object<RPScreenRecorder, NSObject> {
   const DispatchQueue& queue() const { return queue_; }
 
  private:
-  class Capture;
-  struct State;
-
   const DispatchQueue queue_;
-  const std::shared_ptr<State> state_;
+  const std::shared_ptr<ScreenCapture> capture_;
   std::atomic<bool> isMicrophoneEnabled_{false};
 };
 

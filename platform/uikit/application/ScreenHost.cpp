@@ -1,6 +1,5 @@
 #include "platform/uikit/application/ScreenHost.h"
 
-#include "platform/animation/CALayer.h"
 #include "platform/animation/FrameClock.h"
 #include "platform/engine/Engine.h"
 #include "platform/uikit/application/UIApplication.h"
@@ -58,20 +57,14 @@ UIKey::Code codeOf(WindowKey::Name name) {
 
 ScreenHost::ScreenHost(const std::string& title) {
   const UIScreen& screen = UIScreen::main();
-  const CGSize size = screen.bounds().size;
-  display_ = std::make_unique<LayerDisplay>(UIApplication::shared().screenLayer(), size, screen.scale());
-  window_ = Engine::shared().openWindow(size, screen.scale(), title, *this);
-  observer_ = FrameClock::shared().addObserver(FrameClock::Phase::display, [this](double) { showFrame(); });
-  FrameClock::shared().setNeedsFrame();
+  window_ = Engine::shared().openWindow(screen.bounds().size, screen.scale(), title, *this);
+  observer_ = display_->addObserver([this](const CGRect& changed) {
+    if (!changed.isEmpty() && window_) window_->present(display_->bitmap(), changed);
+  });
+  if (window_) window_->present(display_->bitmap(), {{0, 0}, display_->size()});  // somebody may show it already
 }
 
-ScreenHost::~ScreenHost() { FrameClock::shared().removeObserver(observer_); }
-
-void ScreenHost::showFrame() {
-  UIApplication::shared().layoutAndDisplayIfNeeded();
-  const CGRect changed = display_->update();
-  if (!changed.isEmpty() && window_) window_->present(display_->bitmap(), changed);
-}
+ScreenHost::~ScreenHost() { display_->removeObserver(observer_); }
 
 void ScreenHost::windowTouched(const WindowTouch& touch) {
   UIApplication::shared().deliverTouch(touch.identifier, phaseOf(touch.phase), touch.location, touch.timestamp);

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/animation/LayerDisplay.h"
 #include "platform/engine/EngineWindow.h"
+#include "platform/uikit/application/ScreenDisplay.h"
 
 namespace platform {
 
@@ -23,9 +23,8 @@ class ScreenHost final : public EngineWindowDelegate {
   void windowKeyPressed(const WindowKey& key) override;
   void windowScrolled(const WindowScroll& scroll) override;
   void windowClosed() override;
-  void showFrame();
 
-  std::unique_ptr<LayerDisplay> display_;
+  const Ref<ScreenDisplay> display_ = ScreenDisplay::shared();
   std::unique_ptr<EngineWindow> window_;
   std::uint64_t observer_ = 0;
 };

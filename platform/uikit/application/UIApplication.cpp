@@ -177,7 +177,13 @@ void UIApplication::afterTurn() {
 Ref<UIImage> UIApplication::screenshot() {
   layoutAndDisplayIfNeeded();
   const UIScreen& screen = UIScreen::main();
-  return renderLayer(*screenLayer_, screen.bounds().size, screen.scale());
+  return captureLayer(*screenLayer_, screen.bounds().size, screen.scale());
+}
+
+Ref<UIImage> UIApplication::captureImage(const Ref<UIWindow>& window) {
+  if (!window) return nullptr;
+  window->layoutIfNeeded();
+  return captureLayer(*window->layer(), window->bounds().size, UIScreen::main().scale());
 }
 
 void UIApplication::goWithoutDisplay() { Engine::shared().goWithoutDisplay(); }

@@ -43,8 +43,11 @@ class UIApplication : public Object<UIApplication, UIResponder>, public Applicat
 
   /// Brings layout and drawing of every window up to date now; the run loop does it by itself after each turn.
   void layoutAndDisplayIfNeeded();
-  /// The picture of what the screen shows: all windows, software keyboard included, at the screen's scale.
+  /// The picture of what the screen shows: all windows, software keyboard included, at the screen's scale. Views hidden
+  /// from captures are black.
   Ref<UIImage> screenshot();
+  /// The same of one window alone, of the size of its bounds; none for no window.
+  Ref<UIImage> captureImage(const Ref<UIWindow>& window);
   /// What the screen shows: the layers of all visible windows, back to front.
   const Ref<CALayer>& screenLayer() const { return screenLayer_; }
 

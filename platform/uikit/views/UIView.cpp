@@ -1,6 +1,8 @@
 #include "platform/uikit/views/UIView.h"
 
+#include "platform/animation/CaptureBlanking.h"
 #include "platform/animation/LayerRenderer.h"
+#include "platform/dispatch/Clock.h"
 #include "platform/uikit/device/UIScreen.h"
 #include "platform/uikit/views/UIViewStorage.h"
 
@@ -64,6 +66,8 @@ void UIView::setHidden(bool hidden) {
   layer_->setHidden(hidden);
   if (superview_) superview_->subviewVisibilityDidChange();
 }
+bool UIView::isHiddenFromCapture() const { return layer_->isHiddenFromCapture(); }
+void UIView::setHiddenFromCapture(bool hidden) { layer_->setHiddenFromCapture(hidden); }
 bool UIView::clipsToBounds() const { return layer_->masksToBounds(); }
 void UIView::setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
 const Ref<CALayer>& UIView::layer() const { return storage_->layer; }
@@ -120,6 +124,15 @@ Ref<UIView> UIView::snapshotViewAfterScreenUpdates(bool afterScreenUpdates) {
   auto picture = make<UIView>(frame());
   picture->setUserInteractionEnabled(false);
   picture->layer()->setContents(renderLayer(*layer(), bounds().size, UIScreen::main().scale()));
+  // What is private in this view is so in its picture.
+  const CGRect& own = layer()->bounds();
+  const auto toPicture = CGAffineTransform::translation(-own.minX(), -own.minY());
+  for (const CGRect& area : CaptureBlanking::areas(*layer(), toPicture, Clock::mediaTime())) {
+    const Ref<CALayer> cover = CALayer::layer();
+    cover->setFrame(area.intersection({CGPointZero, own.size}));
+    cover->setHiddenFromCapture(true);
+    picture->layer()->addSublayer(cover);
+  }
   return picture;
 }
 

@@ -142,6 +142,11 @@ class UIView : public Object<UIView, TouchSurface> {
   virtual void setHidden(bool hidden);
   /// After a subview was hidden or shown.
   virtual void subviewVisibilityDidChange() {}
+  /// Private to the person in front of the screen: pictures for others (screenshots, videos, what
+  /// `snapshotViewAfterScreenUpdates` makes of it in them) are black where the view and its subviews are, and what lies
+  /// over it there is not seen in them either.
+  bool isHiddenFromCapture() const;
+  void setHiddenFromCapture(bool hidden);
   bool clipsToBounds() const;
   void setClipsToBounds(bool clips);
   /// Its own or the nearest superview's, at last the system blue.
