@@ -18,6 +18,8 @@ bool VideoEncoder::canEncode(std::int64_t width, std::int64_t height) {
 
 VideoEncoder::Opened VideoEncoder::open(const std::string& path, int width, int height,
                                         std::function<void(VideoError)> failed) {
+  // What goes wrong is told to the owner. A host that wants the libraries' own words has chosen a level.
+  if (av_log_get_level() == AV_LOG_INFO) av_log_set_level(AV_LOG_FATAL);
   if (!canEncode(width, height)) return {nullptr, {VideoError::Kind::encoder, 0, "no video can be of that size"}};
   auto thread = std::make_shared<EncodingThread>(width, height, std::move(failed));
   if (std::optional<VideoError> error = thread->open(path)) return {nullptr, *std::move(error)};

@@ -40,7 +40,7 @@ std::optional<VideoError> H264Encoder::open(int width, int height) {
   av_opt_set(context.priv_data, "preset", preset, 0);
   av_opt_set(context.priv_data, "tune", "zerolatency", 0);  // nothing is held back: memory stays small
   av_opt_set(context.priv_data, "crf", quality, 0);
-  av_opt_set(context.priv_data, "x264-params", "log-level=none", 0);
+  context.log_level_offset = AV_LOG_TRACE;  // it has much to tell, and nobody to tell it to
   const int result = avcodec_open2(&context, codec, nullptr);
   if (result < 0) return videoErrorOf(result, "the encoder did not open");
   return std::nullopt;

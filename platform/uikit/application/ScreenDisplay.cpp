@@ -31,8 +31,11 @@ void ScreenDisplay::followScreen() {
   const UIScreen& screen = UIScreen::main();
   const CGSize points = screen.bounds().size;
   if (display_ && display_->scale() == screen.scale() && display_->sizeInPoints() == points) return;
+  const Ref<CALayer>& layer = UIApplication::shared().screenLayer();
+  layer->setBounds(screen.bounds());
+  layer->setPosition(screen.bounds().center());
   display_.reset();  // a tree has one display at a time
-  display_ = std::make_unique<LayerDisplay>(UIApplication::shared().screenLayer(), points, screen.scale());
+  display_ = std::make_unique<LayerDisplay>(layer, points, screen.scale());
 }
 
 void ScreenDisplay::showFrame() {
