@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <mutex>
+#include <new>
 
 namespace platform {
 
@@ -28,6 +30,58 @@ PixelRect pixelsOf(const CGRect& rect, const PixelRect& limits) {
           bounded(std::ceil(rect.maxX()), limits.left, limits.right),
           bounded(std::ceil(rect.maxY()), limits.top, limits.bottom)};
 }
+
+/// Memory of tiles that are gone, for those to come: a moving screen lets go of as many as it makes, and asking the
+/// system each time would cost more than filling them. Given back when no tile is left. Any thread.
+class TilePool {
+ public:
+  static TilePool& shared() {
+    static TilePool* const only = new TilePool;  // tiles may outlast everything
+    return *only;
+  }
+  void* take(std::size_t bytes) {
+    {
+      const std::lock_guard lock(mutex_);
+      ++live_;
+      if (!spare_.empty() && bytes == bytes_) {
+        void* const memory = spare_.back();
+        spare_.pop_back();
+        return memory;
+      }
+      bytes_ = bytes;
+    }
+    return ::operator new(bytes);
+  }
+  void giveBack(void* memory) {
+    std::vector<void*> surplus;
+    {
+      const std::lock_guard lock(mutex_);
+      spare_.push_back(memory);
+      if (--live_ == 0) surplus.swap(spare_);
+    }
+    for (void* const spare : surplus) ::operator delete(spare);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<void*> spare_;
+  std::size_t bytes_ = 0;  // of each: a tile and its counters are always as large
+  std::size_t live_ = 0;
+};
+
+template <class T>
+struct TileAllocator {
+  using value_type = T;
+  TileAllocator() = default;
+  template <class U>
+  TileAllocator(const TileAllocator<U>&) {}
+  T* allocate(std::size_t count) { return static_cast<T*>(TilePool::shared().take(count * sizeof(T))); }
+  void deallocate(T* memory, std::size_t) { TilePool::shared().giveBack(memory); }
+  template <class U>
+  bool operator==(const TileAllocator<U>&) const {
+    return true;
+  }
+};
 
 void copyRows(TiledBitmap::Tile& tile, const Bitmap& bitmap, const PixelRect& place) {
   const std::size_t bytes = static_cast<std::size_t>(place.right - place.left) * sizeof(std::uint32_t);
@@ -94,7 +148,8 @@ TiledBitmap::TileRef TiledBitmap::tileOf(const Bitmap& bitmap, int column, int r
   if (old && blanked.empty() && hasSameRows(*old, bitmap, place)) return old;
   const bool isWhole = place.right - place.left == side && place.bottom - place.top == side;
   // What is written over in any case is not cleared first.
-  const auto fresh = isWhole ? std::make_shared_for_overwrite<Tile>() : std::make_shared<Tile>();
+  const auto fresh = std::allocate_shared_for_overwrite<Tile>(TileAllocator<Tile>());
+  if (!isWhole) fresh->pixels.fill(0);
   copyRows(*fresh, bitmap, place);
   blank(*fresh, place, blanked);
   if (old && !blanked.empty() && old->pixels == fresh->pixels) return old;
