@@ -23,10 +23,6 @@ ScreenDisplay::ScreenDisplay() {
 
 ScreenDisplay::~ScreenDisplay() { FrameClock::shared().removeObserver(frameObserver_); }
 
-CGSize ScreenDisplay::size() const {
-  return {static_cast<double>(bitmap().width()), static_cast<double>(bitmap().height())};
-}
-
 void ScreenDisplay::followScreen() {
   const UIScreen& screen = UIScreen::main();
   const CGSize points = screen.bounds().size;

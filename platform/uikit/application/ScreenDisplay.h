@@ -25,12 +25,14 @@ class ScreenDisplay {
 
   /// What the screen shows as of the last frame; clear before the first one.
   const Bitmap& bitmap() const { return display_->bitmap(); }
-  CGSize size() const;
   /// The same for others to see: what is hidden from captures is black. Shares what has not changed with the picture
   /// that was handed out before, so that asking at every frame costs a copy of what changed.
   const TiledBitmap& picture();
   /// Lays out and draws what has changed now, as a frame does, and tells the observers.
   void showFrame();
+
+  /// Everything counts as changed at the next frame, which comes soon: for one who has seen nothing yet.
+  void invalidate() { display_->invalidate(); }
 
   /// Told after each frame of FrameClock what has changed, CGRectZero for nothing. Returns a number for removeObserver.
   using Observer = std::function<void(const CGRect& changed)>;

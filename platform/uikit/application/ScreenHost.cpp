@@ -61,7 +61,7 @@ ScreenHost::ScreenHost(const std::string& title) {
   observer_ = display_->addObserver([this](const CGRect& changed) {
     if (!changed.isEmpty() && window_) window_->present(display_->bitmap(), changed);
   });
-  if (window_) window_->present(display_->bitmap(), {{0, 0}, display_->size()});  // somebody may show it already
+  display_->invalidate();
 }
 
 ScreenHost::~ScreenHost() { display_->removeObserver(observer_); }

@@ -85,6 +85,7 @@ struct UIKeyboard::State {
   void slideTo(CGRect frame, const std::string& will, const std::string& did);
   void post(const std::string& name) const;
   void suggestShift() const;
+  void keepSecret(UIResponder& typist) const;
 };
 
 UIKeyboard& UIKeyboard::shared() {
@@ -108,7 +109,10 @@ void UIKeyboard::update() {
   const bool wanted = responder && (input || responder->wantsKeyboard());
   if (!wanted && !state.visible) return;
   if (wanted && state.visible && state.responder.lock() == responder && state.inputView == input) {
-    if (!input) state.suggestShift();  // other hands may have changed the text
+    if (!input) {
+      state.suggestShift();  // other hands may have changed the text
+      state.keepSecret(*responder);
+    }
     return;
   }
   if (state.updating) return;  // from a notification below; it is looked at again after the turn
@@ -148,8 +152,14 @@ void UIKeyboard::State::fill(const Ref<UIResponder>& newResponder, const Ref<UIV
     input->setFrame({0, 0, panel->bounds().size.width, heightFor(input)});
   } else {
     keys->show(newResponder->textInputTraits());
+    keepSecret(*newResponder);
     suggestShift();
   }
+}
+
+/// Keys light up under the finger, and would tell a recording what is typed as bullets.
+void UIKeyboard::State::keepSecret(UIResponder& typist) const {
+  keys->setHiddenFromCapture(typist.textInputTraits().isSecureTextEntry);
 }
 
 void UIKeyboard::State::suggestShift() const {

@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "platform/uikit/application/ScreenDisplay.h"
 #include "tests/platform/media/RecordingFixture.h"
 
 namespace platform::test {
@@ -73,6 +74,29 @@ TEST_F(RPScreenRecorderTest, TheLastBufferHoldsWhatWasChangedRightBeforeTheStop)
   content()->setBackgroundColor(UIColor(0, 0, 1, 1));
   stop();
   EXPECT_EQ(buffers_.back()->image().bitmap().pixel(100, 800), 0xff0000ffu);
+}
+
+TEST_F(RPScreenRecorderTest, AHandlerThatIsBehindGetsTheNewestAndNobodyWaitsForIt) {
+  std::atomic<bool> mayGoOn{false};
+  std::vector<std::uint32_t> seen;
+  recorder_->startCapture(
+      [&](const CMSampleBufferRef& buffer, RPSampleBufferType, const auto&) {
+        mayGoOn.wait(false);
+        seen.push_back(buffer->image().bitmap().pixel(100, 800) & 255);
+      },
+      nullptr);
+  RunLoop::main().drainDueWork();
+  const Ref<ScreenDisplay> display = ScreenDisplay::shared();
+  for (int i = 1; i <= 20; ++i) {
+    content()->setBackgroundColor(UIColor(0, 0, i / 255.0, 1));
+    display->showFrame();
+  }
+  mayGoOn = true;
+  mayGoOn.notify_all();
+  stop();
+  ASSERT_FALSE(seen.empty());
+  EXPECT_LE(seen.size(), 4u);
+  EXPECT_EQ(seen.back(), 20u);
 }
 
 TEST_F(RPScreenRecorderTest, StartsOnceAndStopsOnce) {

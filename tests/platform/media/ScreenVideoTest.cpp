@@ -4,6 +4,8 @@
 #include "platform/graphics/UIImage.h"
 #include "platform/uikit/application/ScreenHost.h"
 #include "platform/uikit/application/UIApplication.h"
+#include "platform/uikit/text/UIKeyboard.h"
+#include "platform/uikit/text/UITextField.h"
 #include "tests/platform/media/RecordingFixture.h"
 
 namespace platform::test {
@@ -177,6 +179,29 @@ TEST_F(ScreenVideoTest, APrivateViewIsBlackWhereverItGoes) {
   for (const auto& frame : video.frames) EXPECT_EQ(count(frame.picture, red), 0) << frame.begin;
   const Bitmap& last = video.frames.back().picture;
   EXPECT_GT(count(last, white), 390 * 500) << "what is hidden anyway leaves no black behind";
+}
+
+TEST_F(ScreenVideoTest, TheKeysThatTypeASecretAreNotShown) {
+  const auto field = make<UITextField>(CGRect(20, 60, 350, 40));
+  content()->addSubview(field);
+  const auto keysAreBlack = [&] {
+    const CGRect keys = UIKeyboard::shared().frame();
+    const auto picture = UIApplication::shared().screenshot()->cgImage();
+    for (double y = keys.minY() + 5; y < keys.minY() + 200; y += 5) {
+      const UIColor color = picture->color(static_cast<int>(2 * keys.midX()), static_cast<int>(2 * y));
+      if (!isNear(color, UIColor::black())) return false;
+    }
+    return true;
+  };
+  field->becomeFirstResponder();
+  advance(1);
+  EXPECT_FALSE(keysAreBlack());
+  field->setSecureTextEntry(true);
+  advance(0.1);
+  EXPECT_TRUE(keysAreBlack());
+  field->setSecureTextEntry(false);
+  advance(0.1);
+  EXPECT_FALSE(keysAreBlack());
 }
 
 TEST_F(ScreenVideoTest, AMarkThatComesOrGoesShowsAtOnce) {
