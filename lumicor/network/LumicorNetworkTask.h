@@ -9,13 +9,14 @@
 #include "lumicor/network/LumicorEventsTask.h"
 #include "lumicor/network/LumicorRequest.h"
 #include "lumicor/network/TLStepsAnswer.h"
+#include "lumicor/screen/LumicorSnapshot.h"
 
 namespace lumicor {
 
 using namespace platform;
 
 /// The calls to the service, one operation each. Replies are read before they get to the main queue and judged on it;
-/// callbacks run there. Failures are logged, never thrown. Thread: any, except what reads the device's history: main.
+/// callbacks run there unless they say otherwise. Failures are logged, never thrown. Thread: any, except what reads the device's history: main.
 class LumicorNetworkTask {
  public:
   static HTTPHeaders getHeaders() { return LumicorRequest::getHeaders(); }
@@ -34,6 +35,19 @@ class LumicorNetworkTask {
   static void uploadChatHistory(const std::vector<TLChatMessage>& chatHistory);
 
   static void logEvent(LumicorLogEvent event, const std::string& taskId);
+
+  // ---- Handing a demonstration over
+  /// Registers a task by the key of its recording. The callback gets the reply's "data" on success and is not called on
+  /// failure, nor when the host has no bundle identifier (nothing is sent then).
+  static void registerTask(const std::string& key, std::function<void(const JSONValue& data)> callback);
+  /// Registers the snapshots under the "insertedId" of the task registration's data, one after the other and in order;
+  /// the first that is refused ends it. Only the log tells the outcome. They are encoded off the main thread: hand the
+  /// flow over, not a copy.
+  static void registerSnapshots(const JSONValue& registerTaskResponse, std::vector<LumicorSnapshot> taskFlow);
+  /// Asks for an address and sends the file (a path on this machine) there. The callback gets the media key as soon as
+  /// there is an address, whether or not the file arrived: on the session's queue; or no value: on the main queue.
+  static void uploadMedia(const std::string& viewName, const std::string& file, const std::string& fileExtension,
+                          std::function<void(const std::optional<std::string>& key)> callback);
 };
 
 }  // namespace lumicor
