@@ -59,12 +59,11 @@ class SnapshotRegistration : public std::enable_shared_from_this<SnapshotRegistr
                                               {"index", static_cast<std::int64_t>(index)},
                                               {"snapshot", *snapshot}});
     if (!body.encode()) return LumicorDebugHelper::log("Invalid Parameters");
-    LumicorRequest::send(snapshotRegistration, body,
-                         [self = shared_from_this(), index](const std::optional<JSONValue>& reply) {
-                           if (isGoodReply(reply)) return self->registerSnapshot(index + 1);
-                           LumicorDebugHelper::log("Register Snapshot not completed with status code: " +
-                                                   statusText(reply));
-                         });
+    LumicorRequest::send(
+        snapshotRegistration, body, [self = shared_from_this(), index](const std::optional<JSONValue>& reply) {
+          if (isGoodReply(reply)) return self->registerSnapshot(index + 1);
+          LumicorDebugHelper::log("Register Snapshot not completed with status code: " + statusText(reply));
+        });
   }
 
   /// Through its text, as it goes over the wire: what cannot be read back is not sent. The snapshot ends here.
@@ -113,13 +112,12 @@ void LumicorNetworkTask::registerTask(const std::string& key, std::function<void
                                             {"status", "Action Required"},
                                             {"openChatWindow", true},
                                             {"triggers", 0}});
-  LumicorRequest::send(taskRegistration, body,
-                       [callback = std::move(callback)](const std::optional<JSONValue>& reply) {
-                         const JSONValue* const data = goodReplyData(reply);
-                         if (!data) return LumicorDebugHelper::log(taskRegistration.failureText);
-                         LumicorDebugHelper::log("Task Register Success");
-                         callback(*data);
-                       });
+  LumicorRequest::send(taskRegistration, body, [callback = std::move(callback)](const std::optional<JSONValue>& reply) {
+    const JSONValue* const data = goodReplyData(reply);
+    if (!data) return LumicorDebugHelper::log(taskRegistration.failureText);
+    LumicorDebugHelper::log("Task Register Success");
+    callback(*data);
+  });
 }
 
 void LumicorNetworkTask::registerSnapshots(const JSONValue& registerTaskResponse,

