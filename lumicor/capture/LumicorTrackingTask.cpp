@@ -1,23 +1,121 @@
 #include "lumicor/capture/LumicorTrackingTask.h"
 
+#include "lumicor/capture/LumicorActionElement.h"
+#include "lumicor/capture/LumicorBarButtonItemHooks.h"
+#include "lumicor/capture/LumicorPendingInputs.h"
+#include "lumicor/capture/LumicorProxyInstallation.h"
 #include "lumicor/core/Lumicor.h"
-#include "platform/uikit/controllers/UIViewController.h"
+#include "lumicor/core/LumicorUtils.h"
+#include "lumicor/screen/LumicorElementsTask.h"
+#include "lumicor/ui/LumicorToast.h"
+#include "platform/dispatch/DispatchQueue.h"
+#include "platform/runtime/OptionalMessage.h"
+#include "platform/uikit/bars/UIBarButtonItem.h"
+#include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/controllers/UITabBarController.h"
+#include "platform/uikit/controls/UIControl.h"
 
 namespace lumicor {
 
 namespace {
 
-LumicorTrackingListener& current() {
-  static LumicorTrackingListener listener;
-  return listener;
+void tell(const char* message) { LumicorToast::show(message, Lumicor::shared().getCurrentViewController()); }
+
+Ref<UIView> currentScreen() {
+  const Ref<UIViewController>& screen = Lumicor::shared().getCurrentViewController();
+  return screen ? screen->viewIfLoaded() : nullptr;
+}
+
+LumicorSnapshot snapshotFor(const LumicorAction& action) {
+  LumicroElement actionElement = LumicorActionElement::of(action);
+  const Ref<UIView> screen = currentScreen();
+  LumicorScreenElements content;
+  if (screen) content = LumicorElementsTask::getAllElements(screen, action.name);
+  const CGSize size = screen ? screen->bounds().size : CGSize();
+  const std::vector<LumicorSnapshot>& flow = LumicorTrackingTask::taskFlow;
+  std::vector<LumicroElement> inputs = LumicorActionElement::inputsAmong(content.elements);
+  return {Lumicor::shared().getCurrentView(),
+          LumicorUtils::truncated(size.height),
+          LumicorUtils::truncated(size.width),
+          LumicorUtils::getViewOrientation(),
+          std::move(content.elements),
+          std::move(inputs),
+          std::move(actionElement),
+          std::move(content.scrollDetails),
+          "Default",
+          "",
+          flow.empty() ? 0 : flow.back().index() + 1};
+}
+
+/// An action may bring controls to the screen without another one coming to the front.
+void lookAfterNewControls() {
+  DispatchQueue::main().async([] {
+    const Ref<UIViewController>& screen = Lumicor::shared().getCurrentViewController();
+    if (Lumicor::isTracking && screen) LumicorProxyInstallation::installFor(*screen);
+  });
+}
+
+void append(const LumicorAction& action) {
+  LumicorTrackingTask::taskFlow.push_back(snapshotFor(action));
+  tell("Action registered. Proceed...");
+  lookAfterNewControls();
+}
+
+void registerAction(const std::string& name, const Ref<UIView>& view, const std::optional<std::string>& identifier,
+                    const std::optional<std::string>& value) {
+  if (!Lumicor::isTracking) return;
+  LumicorPendingInputs::settle();
+  if (!identifier) return tell("Accessibility Identifier not found");
+  append({name, view, *identifier, value});
 }
 
 }  // namespace
 
-void LumicorTrackingTask::setListener(LumicorTrackingListener listener) { current() = std::move(listener); }
+// ---- Actions
 
-void LumicorTrackingTask::registerUserAction(const std::string& actionName, const Ref<UIView>& view) {
-  if (const auto hear = current().onUserAction) hear(actionName, view);
+void LumicorTrackingTask::registerUserAction(const std::string& actionName, const Ref<UIView>& view,
+                                             const std::optional<std::string>& value) {
+  registerAction(actionName, view, view->accessibilityIdentifier(), value);
+}
+
+void LumicorTrackingTask::handleControlAction(const std::string& actionName, const Ref<UIControl>& control,
+                                              const LumicorOriginalAction& original) {
+  registerUserAction(actionName, control);
+  original.send();
+}
+
+void LumicorTrackingTask::registerItem(const std::string& actionName, const UIBarButtonItem& item) {
+  const Ref<UIView> view = item.view();
+  std::optional<std::string> identifier = item.accessibilityIdentifier();
+  if (!identifier && view) identifier = view->accessibilityIdentifier();
+  registerAction(actionName, view, identifier, item.title());
+}
+
+void LumicorTrackingTask::handleBarButtonAction(const std::string& actionName, const Ref<UIBarButtonItem>& item,
+                                                const LumicorOriginalAction& original) {
+  registerItem(actionName, *item);
+  const LumicorBarButtonItemHooks::HandedOver once(item.get());
+  original.send();
+}
+
+void LumicorTrackingTask::handleBarButtonPress(const std::string& actionName, const Ref<UIBarButtonItem>& item,
+                                               const std::function<void()>& sendOriginal) {
+  registerItem(actionName, *item);
+  sendOriginal();
+}
+
+void LumicorTrackingTask::handleTabSelection(const std::string& actionName, const Ref<UITabBarController>& controller,
+                                             const Ref<UIViewController>& selected,
+                                             const Ref<NSObject>& originalDelegate) {
+  static const SEL didSelect = sel("tabBarController:didSelectViewController:");
+  registerUserAction(actionName, controller->tabBar());
+  sendOptional(originalDelegate, didSelect, controller, selected);
+}
+
+// ---- Screens
+
+void LumicorTrackingTask::willShowScreen(const Ref<UIViewController>& screen) {
+  if (screen != Lumicor::shared().getCurrentViewController()) LumicorPendingInputs::settle();
 }
 
 void LumicorTrackingTask::setUpScreen(const Ref<UIViewController>& screen) {
@@ -25,11 +123,10 @@ void LumicorTrackingTask::setUpScreen(const Ref<UIViewController>& screen) {
 }
 
 void LumicorTrackingTask::handleScreenChange(const Ref<UIViewController>& screen) {
-  if (const auto hear = current().onScreenChange) hear(screen);
+  LumicorProxyInstallation::forgetLostControls();
+  if (Lumicor::isTracking) LumicorProxyInstallation::installFor(*screen);
 }
 
-void LumicorTrackingTask::showTrackingControlView(const Ref<UIView>& view) {
-  if (const auto hear = current().onShowControl) hear(view);
-}
+void LumicorTrackingTask::showTrackingControlView(const Ref<UIView>&) {}
 
 }  // namespace lumicor

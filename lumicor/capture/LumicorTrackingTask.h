@@ -1,43 +1,59 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "lumicor/capture/LumicorOriginalAction.h"
+#include "lumicor/screen/LumicorSnapshot.h"
 #include "platform/runtime/Object.h"
-
-namespace platform {
-class UIView;
-class UIViewController;
-}  // namespace platform
+#include "platform/uikit/Forward.h"
 
 namespace lumicor {
 
 using namespace platform;
 
-/// Hears what the tracking flow is told; every member may be none.
-struct LumicorTrackingListener {
-  std::function<void(const std::string& actionName, const Ref<UIView>& view)> onUserAction;
-  std::function<void(const Ref<UIViewController>& screen)> onScreenChange;
-  std::function<void(const Ref<UIView>& view)> onShowControl;
-};
-
-/// The one place that everything a person does, and every screen that comes to the front, is told to.
+/// The recorder of a demonstration: everything that a person does while the façade's `isTracking` is set becomes one
+/// snapshot of the screen. The one place that actions, and every screen that comes to the front, are told to.
 /// Static state of the process. Main thread.
 class LumicorTrackingTask {
  public:
-  /// Replaces the listener.
-  static void setListener(LumicorTrackingListener listener);
+  /// The demonstration under way, in the order in which its actions were registered.
+  inline static std::vector<LumicorSnapshot> taskFlow;
 
-  /// Something was done to a view while a demonstration is under way.
-  static void registerUserAction(const std::string& actionName, const Ref<UIView>& view);
+  // ---- Actions. One without an identifier is told to the person and not registered; whatever becomes of it, the
+  // application hears what it would have heard without tracking.
 
+  /// Something was done to a view; `value` is what was chosen where the view itself cannot tell.
+  static void registerUserAction(const std::string& actionName, const Ref<UIView>& view,
+                                 const std::optional<std::string>& value = std::nullopt);
+  /// Registers, and then sends the original action.
+  static void handleControlAction(const std::string& actionName, const Ref<UIControl>& control,
+                                  const LumicorOriginalAction& original);
+  static void handleBarButtonAction(const std::string& actionName, const Ref<UIBarButtonItem>& item,
+                                    const LumicorOriginalAction& original);
+  /// The same for an item that was pressed by other means than a control.
+  static void handleBarButtonPress(const std::string& actionName, const Ref<UIBarButtonItem>& item,
+                                   const std::function<void()>& sendOriginal);
+  /// Registers, and then tells the host's delegate.
+  static void handleTabSelection(const std::string& actionName, const Ref<UITabBarController>& controller,
+                                 const Ref<UIViewController>& selected, const Ref<NSObject>& originalDelegate);
+
+  // ---- Screens
+  /// A screen is about to become the façade's current one: what was entered on the one before is registered there.
+  static void willShowScreen(const Ref<UIViewController>& screen);
   /// A new screen is in front: its class name becomes the façade's current view.
   static void setUpScreen(const Ref<UIViewController>& screen);
-  /// Told after every appearance of a screen once the session is initialised, whatever the screen's class.
+  /// Told after every appearance of a screen once the session is initialised, whatever the screen's class. During a
+  /// demonstration its delegates get their proxies.
   static void handleScreenChange(const Ref<UIViewController>& screen);
 
-  /// The service wants demonstrations: their control belongs over the screen of that view.
+  /// The service wants demonstrations: their control bar belongs over the screen of that view.
   static void showTrackingControlView(const Ref<UIView>& view);
+
+ private:
+  static void registerItem(const std::string& actionName, const UIBarButtonItem& item);
 };
 
 }  // namespace lumicor

@@ -2,11 +2,11 @@
 
 #include "lumicor/actions/TLActionsTask.h"
 #include "lumicor/capture/LumicorHooks.h"
-#include "lumicor/capture/LumicorTrackingTask.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controllers/UITabBarController.h"
 #include "platform/uikit/controls/UIButton.h"
+#include "platform/uikit/text/UISearchBar.h"
 #include "tests/lumicor/support/SessionTest.h"
 #include "tests/lumicor/support/StubService.h"
 
@@ -216,17 +216,19 @@ TEST_F(LumicorHooksTest, ChangesNothingForASegueToAContainer) {
 }
 
 TEST_F(LumicorHooksTest, TellsScreenChangesOfAnInitialisedSessionAlone) {
-  std::vector<std::string> changes;
-  const auto note = [&](const Ref<UIViewController>& screen) {
-    changes.push_back(NSStringFromClass(screen->classForCoder()));
+  const auto screenWithSearch = [] {
+    const auto screen = make<MyUINavigationHelper>();
+    screen->view()->addSubview(make<UISearchBar>(CGRect{0, 0, 390, 52}));
+    return screen;
   };
-  LumicorTrackingTask::setListener({.onUserAction = nullptr, .onScreenChange = note, .onShowControl = nullptr});
-  appear(make<HomeScreen>());
-  EXPECT_THAT(changes, IsEmpty());
+  auto& looked = Lumicor::shared().searchBarDelegates;
+  Lumicor::isTracking = true;
+  appear(screenWithSearch());
+  EXPECT_THAT(looked, IsEmpty());
   Lumicor::shared().setInitialized(true);
-  appear(make<MyUINavigationHelper>());
-  EXPECT_THAT(changes, ElementsAre("MyUINavigationHelper")) << "also of screens that are passed over";
-  LumicorTrackingTask::setListener({});
+  appear(screenWithSearch());
+  EXPECT_EQ(looked.size(), 1U) << "also of screens that are passed over";
+  appear(make<HomeScreen>());
 }
 
 }  // namespace lumicor::test

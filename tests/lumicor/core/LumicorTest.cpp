@@ -79,13 +79,17 @@ class SelectionTest : public SessionTest {
  protected:
   struct Source : Object<Source, NSObject> {
     std::int64_t rows(Ref<UITableView>, std::int64_t) { return 100; }
-    Ref<UITableViewCell> row(Ref<UITableView>, IndexPath) {
-      return make<UITableViewCell>(UITableViewCellStyle::standard, "row");
+    Ref<UITableViewCell> row(Ref<UITableView>, IndexPath path) {
+      const auto cell = make<UITableViewCell>(UITableViewCellStyle::standard, "row");
+      cell->setAccessibilityIdentifier("row " + std::to_string(path.row()));
+      return cell;
     }
     std::int64_t sectionCount(Ref<UICollectionView>) { return 1; }
     std::int64_t items(Ref<UICollectionView>, std::int64_t) { return 4; }
     Ref<UICollectionViewCell> item(Ref<UICollectionView> view, IndexPath path) {
-      return view->dequeueReusableCell("item", path);
+      const auto cell = view->dequeueReusableCell("item", path);
+      cell->setAccessibilityIdentifier("item " + std::to_string(path.item()));
+      return cell;
     }
     static void exportMethods(MethodTable<Source>& table) {
       table.add<&Source::rows>("tableView:numberOfRowsInSection:");
@@ -97,11 +101,7 @@ class SelectionTest : public SessionTest {
   };
 
   SelectionTest() {
-    LumicorTrackingTask::setListener(
-        {.onUserAction = [this](const std::string& name,
-                                const Ref<UIView>& view) { actions_.emplace_back(name, view); },
-         .onScreenChange = nullptr,
-         .onShowControl = nullptr});
+    LumicorTrackingTask::taskFlow.clear();
     Lumicor::shared().setInitialized(true);
     Lumicor::isTracking = true;
     table_->setDataSource(source_);
@@ -113,29 +113,36 @@ class SelectionTest : public SessionTest {
     table_->layoutIfNeeded();
     collection_->layoutIfNeeded();
   }
-  ~SelectionTest() override { LumicorTrackingTask::setListener({}); }
+  ~SelectionTest() override { LumicorTrackingTask::taskFlow.clear(); }
+
+  /// What was registered: the action's name and the cell's.
+  static std::vector<std::pair<std::string, std::string>> actions() {
+    std::vector<std::pair<std::string, std::string>> actions;
+    for (const LumicorSnapshot& snapshot : LumicorTrackingTask::taskFlow) {
+      actions.emplace_back(snapshot.actionElement().actionName(), snapshot.actionElement().elementId());
+    }
+    return actions;
+  }
 
   Ref<Source> source_ = make<Source>();
   Ref<UITableView> table_ = make<UITableView>(CGRect{0, 0, 390, 300}, UITableViewStyle::plain);
   Ref<UICollectionView> collection_;
-  std::vector<std::pair<std::string, Ref<UIView>>> actions_;
 };
 
 TEST_F(SelectionTest, RegistersASelectedRowOnlyWhenItsCellIsOnScreen) {
   Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
   Lumicor::shared().didSelectRow(table_, IndexPath(90, 0));
   Lumicor::shared().didSelectRow(table_, IndexPath(-1, 7));
-  EXPECT_THAT(actions_, ElementsAre(Pair("tableView", table_->cellForRowAtIndexPath(IndexPath(1, 0)))));
+  EXPECT_THAT(actions(), ElementsAre(Pair("tableView", "row 1")));
 }
 
 TEST_F(SelectionTest, NamesASelectedItemAfterItsCollectionAndPlace) {
   Lumicor::shared().didSelectItem(collection_, IndexPath(2, 0));
-  EXPECT_THAT(actions_, IsEmpty()) << "a collection without a name registers nothing";
+  EXPECT_THAT(actions(), IsEmpty()) << "a collection without a name registers nothing";
   collection_->setAccessibilityIdentifier("list");
   Lumicor::shared().didSelectItem(collection_, IndexPath(2, 0));
   Lumicor::shared().didSelectItem(collection_, IndexPath(40, 0));
-  EXPECT_THAT(actions_, ElementsAre(Pair("LumicorCollectionView-list-0-2",
-                                         collection_->cellForItemAtIndexPath(IndexPath(2, 0)))));
+  EXPECT_THAT(actions(), ElementsAre(Pair("LumicorCollectionView-list-0-2", "item 2")));
 }
 
 TEST_F(SelectionTest, FallsBackToAPlainNameForACollectionWithoutSections) {
@@ -151,7 +158,7 @@ TEST_F(SelectionTest, StaysInertUntilInitialisedAndTracking) {
     Lumicor::shared().setInitialized(isInitialised);
     Lumicor::shared().didSelectRow(table_, IndexPath(1, 0));
     Lumicor::shared().didSelectItem(collection_, IndexPath(0, 0));
-    EXPECT_THAT(actions_, IsEmpty()) << isTracking << isInitialised;
+    EXPECT_THAT(actions(), IsEmpty()) << isTracking << isInitialised;
   }
 }
 

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "lumicor/capture/LumicorTrackingTask.h"
 #include "lumicor/network/LumicorConfiguration.h"
 #include "lumicor/network/LumicorInitTask.h"
 #include "lumicor/network/LumicorNetworkTask.h"
@@ -202,15 +201,10 @@ TEST_F(LumicorInitTaskTest, PrefersTheTrackerToTheAssistantWhenThereIsAScreen) {
   Lumicor::showTesselLumicor = false;
   const auto screen = make<UIViewController>();
   show(screen);
-  Ref<UIView> laidOver;
-  const auto note = [&](const Ref<UIView>& view) { laidOver = view; };
-  LumicorTrackingTask::setListener({.onUserAction = nullptr, .onScreenChange = nullptr, .onShowControl = note});
   Lumicor::shared().initialize("key", "ada");
   RunLoop::settle();
   EXPECT_TRUE(Lumicor::showTrackingView);
-  EXPECT_EQ(laidOver, screen->view());
   EXPECT_FALSE(Lumicor::showTesselLumicor);
-  LumicorTrackingTask::setListener({});
 }
 
 TEST_F(LumicorInitTaskTest, GivesTheDataToACallerWhoAppliesItAlone) {
