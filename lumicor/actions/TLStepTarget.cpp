@@ -51,6 +51,10 @@ Ref<UIView> barViewWithIdentifier(UIViewController& screen, std::string_view ide
   return nullptr;
 }
 
+/// A bar's own button carries the name of its item, and the item is found by itself: as a view as well, it would be
+/// pressed twice.
+bool isNoItemsButton(const UIView& view) { return !UIBarButtonItem::itemShownBy(view); }
+
 /// Controllers that lead from one to another by presenting and containment, each visited once.
 using Visited = std::unordered_set<const UIViewController*>;
 
@@ -95,8 +99,10 @@ Ref<UIView> viewWithIdentifier(const Ref<UIView>& root, std::string_view identif
 Ref<UIView> TLStepTarget::findView(const std::string& elementId, const std::string& viewName) {
   const Ref<UIViewController> screen = Lumicor::shared().getCurrentViewController();
   if (!screen || NSStringFromClass(screen->classForCoder()) != viewName) return nullptr;
-  if (Ref<UIView> view = viewWithIdentifier(screen->view(), elementId)) return view;
-  if (const auto tabs = screen->tabBarController()) return viewWithIdentifier(tabs->view(), elementId);
+  if (Ref<UIView> view = viewWithIdentifier(screen->view(), elementId, &isNoItemsButton)) return view;
+  if (const auto tabs = screen->tabBarController()) {
+    return viewWithIdentifier(tabs->view(), elementId, &isNoItemsButton);
+  }
   return barViewWithIdentifier(*screen, elementId);
 }
 

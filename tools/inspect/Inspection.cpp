@@ -46,15 +46,20 @@ Elements elementsBeside(const UIView& screen) {
   return beside;
 }
 
+/// An item stands for the button that was read in its place: the reading does not know items.
 void appendButtons(Elements& elements, const std::vector<Ref<UIBarButtonItem>>& items) {
   for (const Ref<UIBarButtonItem>& item : items) {
     const Ref<UIView> view = item->view();
     if (!item->accessibilityIdentifier() || !view || !view->window()) continue;
     const CGRect frame = view->convertRect(view->bounds(), nullptr);
-    elements.emplace_back(*item->accessibilityIdentifier(), "", LumicorUtils::truncated(frame.minX()),
-                          LumicorUtils::truncated(frame.minY()), LumicorUtils::truncated(frame.width()),
-                          LumicorUtils::truncated(frame.height()), "", false, "", "", item->title().value_or(""),
-                          "Default", LumicorType::TYPE_BAR_BUTTON_ITEM, LumicorInputType::TYPE_BAR_BUTTON_ITEM);
+    LumicroElement element(*item->accessibilityIdentifier(), "", LumicorUtils::truncated(frame.minX()),
+                           LumicorUtils::truncated(frame.minY()), LumicorUtils::truncated(frame.width()),
+                           LumicorUtils::truncated(frame.height()), "", false, "", "", item->title().value_or(""),
+                           "Default", LumicorType::TYPE_BAR_BUTTON_ITEM, LumicorInputType::TYPE_BAR_BUTTON_ITEM);
+    std::erase_if(elements, [&](const LumicroElement& read) {
+      return read.elementId() == element.elementId() && read.x() == element.x() && read.y() == element.y();
+    });
+    elements.push_back(std::move(element));
   }
 }
 

@@ -186,8 +186,17 @@ Ref<UIView> UIBarButtonItem::ensureView() {
   return button_;
 }
 
+Ref<UIBarButtonItem> UIBarButtonItem::itemShownBy(const UIView& view) {
+  const auto* const button = dynamic_cast<const _UIButtonBarButton*>(&view);
+  return button ? button->item() : nullptr;
+}
+
 void UIBarButtonItem::contentDidChange() {
   if (button_) button_->update();
+}
+
+void UIBarButtonItem::identifierDidChange() {
+  if (button_) button_->setAccessibilityIdentifier(accessibilityIdentifier());
 }
 
 }  // namespace platform

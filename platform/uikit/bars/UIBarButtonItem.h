@@ -105,11 +105,14 @@ class UIBarButtonItem : public Object<UIBarButtonItem, UIBarItem> {
   Ref<UIView> view() const;
   /// The same, made when it is not there yet. Called by bars. None for spaces.
   Ref<UIView> ensureView();
+  /// The item whose own button the view is; none for every other view, custom ones included.
+  static Ref<UIBarButtonItem> itemShownBy(const UIView& view);
   bool isFlexibleSpace() const { return systemItem_ == UIBarButtonSystemItem::flexibleSpace; }
   bool isFixedSpace() const { return systemItem_ == UIBarButtonSystemItem::fixedSpace; }
 
  protected:
   void contentDidChange() override;
+  void identifierDidChange() override;
 
  private:
   Weak<NSObject> target_;

@@ -36,6 +36,7 @@ void UIBarItem::setEnabled(bool enabled) {
 
 void UIBarItem::setAccessibilityIdentifier(std::optional<std::string> identifier) {
   identifier_ = std::move(identifier);
+  identifierDidChange();
 }
 
 }  // namespace platform

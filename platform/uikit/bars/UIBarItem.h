@@ -24,7 +24,7 @@ class UIBarItem : public Object<UIBarItem, NSObject> {
   void setEnabled(bool enabled);
   std::int64_t tag() const { return tag_; }
   void setTag(std::int64_t tag) { tag_ = tag; }
-  /// The host's name of the item. It stays with the item: the views that show it carry none.
+  /// The host's name of the item. The bar's own view for the item carries it too; a custom view keeps its own.
   virtual std::optional<std::string> accessibilityIdentifier() const { return identifier_; }
   virtual void setAccessibilityIdentifier(std::optional<std::string> identifier);
   const std::optional<std::string>& accessibilityLabel() const { return label_; }
@@ -33,6 +33,7 @@ class UIBarItem : public Object<UIBarItem, NSObject> {
  protected:
   /// Something that the item's view shows has changed.
   virtual void contentDidChange() {}
+  virtual void identifierDidChange() {}
 
  private:
   std::optional<std::string> title_;

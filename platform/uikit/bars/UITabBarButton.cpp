@@ -23,6 +23,7 @@ constexpr double badgeHeight = 18;
 void UITabBarButton::init(const Ref<UITabBarItem>& item) {
   item_ = item;
   initWithFrame({});
+  setAccessibilityIdentifier(item->accessibilityIdentifier());
 }
 
 void UITabBarButton::initWithFrame(CGRect frame) {

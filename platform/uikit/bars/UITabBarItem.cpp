@@ -36,4 +36,8 @@ void UITabBarItem::contentDidChange() {
   if (const Ref<UITabBarButton> button = button_.lock()) button->update();
 }
 
+void UITabBarItem::identifierDidChange() {
+  if (const Ref<UITabBarButton> button = button_.lock()) button->setAccessibilityIdentifier(accessibilityIdentifier());
+}
+
 }  // namespace platform

@@ -23,6 +23,7 @@ class UITabBarItem : public Object<UITabBarItem, UIBarItem> {
 
  protected:
   void contentDidChange() override;
+  void identifierDidChange() override;
 
  private:
   friend class UITabBar;

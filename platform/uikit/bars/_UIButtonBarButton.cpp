@@ -21,6 +21,7 @@ constexpr double heldAlpha = 0.3;
 void _UIButtonBarButton::init(const Ref<UIBarButtonItem>& item) {
   item_ = item;
   initWithFrame({});
+  setAccessibilityIdentifier(item->accessibilityIdentifier());
   update();
 }
 

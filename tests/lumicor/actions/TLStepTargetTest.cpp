@@ -5,6 +5,7 @@
 #include "platform/uikit/bars/UINavigationBar.h"
 #include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/bars/UITabBarItem.h"
 #include "platform/uikit/bars/UIToolbar.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/controllers/UISearchController.h"
@@ -77,6 +78,34 @@ TEST_F(StepTargetTest, FindsTheItemsOfEveryBarAroundTheScreen) {
     EXPECT_TRUE(perform(step(name)).success) << name;
     EXPECT_THAT(host_->heard, ElementsAre("tap by UIBarButtonItem")) << name;
   }
+}
+
+TEST_F(StepTargetTest, PressesAnItemOnceWhereverItsButtonStands) {
+  const auto named = [&](const char* name) {
+    const auto item = make<UIBarButtonItem>("Add", UIBarButtonItemStyle::plain, host_, sel("onTap:"));
+    item->setAccessibilityIdentifier(name);
+    return item;
+  };
+  add<UIToolbar>("bar", CGRect{0, 300, 390, 44})->setItems({named("own")});
+  const auto sameName = add<UIView>("own");
+  screen_->navigationItem()->setRightBarButtonItem(named("right"));
+  const auto tabs = make<UITabBarController>();
+  tabs->setViewControllers({make<UINavigationController>(screen_)});
+  show(tabs);
+  EXPECT_FALSE(TLStepTarget::find(step("right")).view);
+  EXPECT_EQ(TLStepTarget::find(step("own")).view, sameName) << "the item's button in front of it does not count";
+  EXPECT_TRUE(perform(step("right")).success);
+  EXPECT_EQ(host_->heard.size(), 1U);
+}
+
+TEST_F(StepTargetTest, PressesATabThatIsNamed) {
+  const auto tabs = make<UITabBarController>();
+  const auto other = make<UIViewController>();
+  other->tabBarItem()->setAccessibilityIdentifier("second");
+  tabs->setViewControllers({screen_, other});
+  show(tabs);
+  EXPECT_TRUE(perform(step("second")).success);
+  EXPECT_EQ(tabs->selectedIndex(), 1);
 }
 
 TEST_F(StepTargetTest, LeavesBarButtonsOfACoveredScreenAlone) {

@@ -2,6 +2,8 @@
 #include "platform/runtime/Exchangeable.h"
 #include "platform/uikit/bars/UIBarButtonItem.h"
 #include "platform/uikit/bars/UINavigationBar.h"
+#include "platform/uikit/bars/UITabBar.h"
+#include "platform/uikit/bars/UITabBarItem.h"
 #include "platform/uikit/bars/UIToolbar.h"
 #include "platform/uikit/bars/_UIButtonBarButton.h"
 #include "platform/uikit/controllers/UINavigationController.h"
@@ -71,14 +73,12 @@ TEST_F(BarsTest, TheTitleStandsInTheMiddleAndFollowsTheItem) {
 
 TEST_F(BarsTest, ATapOnABarButtonSendsItsActionInTheItemsName) {
   const auto item = addItem();
-  item->setAccessibilityIdentifier("addTea");
   EXPECT_EQ(item->view(), nullptr);
   a->navigationItem()->setRightBarButtonItem(item);
   settle();
   const Ref<UIView> button = item->view();
   ASSERT_NE(button, nullptr);
   EXPECT_EQ(NSStringFromClass(button->classForCoder()), "_UIButtonBarButton");
-  EXPECT_EQ(button->accessibilityIdentifier(), std::nullopt) << "the name is the item's alone";
   EXPECT_NEAR(button->frame().maxX(), 382, 0.5);
   tapView(button);
   EXPECT_EQ(target->presses, 1);
@@ -86,6 +86,46 @@ TEST_F(BarsTest, ATapOnABarButtonSendsItsActionInTheItemsName) {
   item->setEnabled(false);
   tapView(button);
   EXPECT_EQ(target->presses, 1);
+}
+
+TEST_F(BarsTest, TheBarsOwnViewOfAnItemCarriesTheItemsName) {
+  const auto add = addItem();
+  add->setAccessibilityIdentifier("add");
+  const auto search = addItem(UIBarButtonSystemItem::search);
+  const auto own = make<UIView>(CGRect{0, 0, 40, 20});
+  own->setAccessibilityIdentifier("own");
+  const auto custom = make<UIBarButtonItem>(own);
+  custom->setAccessibilityIdentifier("custom");
+  a->navigationItem()->setRightBarButtonItems({add, search, custom});
+  const auto tab = make<UITabBarItem>("Shop", nullptr, 0);
+  tab->setAccessibilityIdentifier("shop");
+  const auto tabBar = make<UITabBar>();
+  tabBar->setItems({tab});
+  const auto shown = tabBar->viewForItem(tab);
+  EXPECT_EQ(add->view()->accessibilityIdentifier(), "add");
+  EXPECT_EQ(search->view()->accessibilityIdentifier(), std::nullopt);
+  EXPECT_EQ(custom->view()->accessibilityIdentifier(), "own") << "a host's view has a name of its own";
+  EXPECT_EQ(shown->accessibilityIdentifier(), "shop");
+
+  search->setAccessibilityIdentifier("find");
+  custom->setAccessibilityIdentifier("other");
+  tab->setAccessibilityIdentifier("teas");
+  EXPECT_EQ(search->view()->accessibilityIdentifier(), "find");
+  EXPECT_EQ(own->accessibilityIdentifier(), "own");
+  EXPECT_EQ(shown->accessibilityIdentifier(), "teas");
+  add->setAccessibilityIdentifier(std::nullopt);
+  tab->setAccessibilityIdentifier(std::nullopt);
+  EXPECT_EQ(add->view()->accessibilityIdentifier(), std::nullopt);
+  EXPECT_EQ(shown->accessibilityIdentifier(), std::nullopt);
+}
+
+TEST_F(BarsTest, TellsWhichItemAViewOfTheBarStandsFor) {
+  const auto add = addItem();
+  const auto own = make<UIView>(CGRect{0, 0, 40, 20});
+  a->navigationItem()->setRightBarButtonItems({add, make<UIBarButtonItem>(own)});
+  EXPECT_EQ(UIBarButtonItem::itemShownBy(*add->view()), add);
+  EXPECT_EQ(UIBarButtonItem::itemShownBy(*own), nullptr);
+  EXPECT_EQ(UIBarButtonItem::itemShownBy(*bar()), nullptr);
 }
 
 TEST_F(BarsTest, AnActionWithoutTargetGoesUpTheChainAndOneWhoseTargetDiedGoesNowhere) {
