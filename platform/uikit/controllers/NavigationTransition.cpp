@@ -44,6 +44,8 @@ void NavigationTransition::finish() {
   const auto keeper = shared_from_this();
   if (context_) context_->abandon();
   const Ref<UINavigationController> controller = controller_.lock();
+  becomeCertain();
+  if (ended_) return;
   if (interactive_ && controller) {
     controller->showItems(false);
     controller->applyBars(false, 0);
@@ -140,6 +142,7 @@ void NavigationTransition::clearSlide() {
 
 void NavigationTransition::startInteractive() {
   interactive_ = true;
+  certain_ = false;
   placeForSlide();
   arrange(0);
 }
@@ -148,9 +151,16 @@ void NavigationTransition::moveTo(double fraction) {
   if (!ended_) UIView::performWithoutAnimation([&] { arrange(std::clamp(fraction, 0.0, 1.0)); });
 }
 
+void NavigationTransition::becomeCertain() {
+  if (std::exchange(certain_, true)) return;
+  if (const Ref<UINavigationController> controller = controller_.lock()) controller->announceLeaving(plan_.leaving);
+}
+
 void NavigationTransition::release(bool complete) {
   if (ended_) return;
   const auto keeper = shared_from_this();
+  if (complete) becomeCertain();
+  if (ended_) return;  // who was told has had it finished at once
   const Ref<UINavigationController> controller = controller_.lock();
   if (!controller) return;
   const double rest = complete ? 1 - fraction_ : fraction_;

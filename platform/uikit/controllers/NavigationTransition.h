@@ -23,7 +23,7 @@ class NavigationTransition : public std::enable_shared_from_this<NavigationTrans
     bool animated = false;
     Ref<NSObject> animator;  ///< none for the platform's slide
     Screens entering;        ///< told didMoveToParent at the end
-    Screens leaving;         ///< told to leave already
+    Screens leaving;         ///< told to leave once it is certain
     Screens before;          ///< the stack to go back to when it is cancelled
   };
   /// Seconds that a custom transition may go beyond its stated duration.
@@ -42,12 +42,15 @@ class NavigationTransition : public std::enable_shared_from_this<NavigationTrans
   void moveTo(double fraction);
   void release(bool complete);
   bool isInteractive() const { return interactive_; }
+  /// False while a finger may still take it back: who is to leave has not been told so.
+  bool isCertain() const { return certain_; }
 
  private:
   void placeForSlide();
   void slide();
   void runAnimator();
   void end(bool completed);
+  void becomeCertain();
   /// The two views and the shade between them as they stand at a fraction of the way.
   void arrange(double fraction);
   void clearSlide();
@@ -62,6 +65,7 @@ class NavigationTransition : public std::enable_shared_from_this<NavigationTrans
   bool slides_ = false;
   bool fades_ = false;  // in place of sliding
   bool interactive_ = false;
+  bool certain_ = true;
   bool ended_ = false;
 };
 

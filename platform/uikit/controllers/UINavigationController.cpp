@@ -204,7 +204,12 @@ void UINavigationController::begin(const Ref<UIViewController>& to, bool animate
   if (from && to) plan.operation = contains(plan.entering, to) ? Operation::push : Operation::pop;
   if (animated && from && to && !interactive) plan.animator = animationControllerFor(plan.operation, from, to);
 
-  announceLeaving(plan.leaving);
+  // A finger may still take it back: then nobody is told to leave before it lets go.
+  if (interactive) {
+    for (const Ref<UIViewController>& controller : plan.leaving) controller->movingFromParent_ = true;
+  } else {
+    announceLeaving(plan.leaving);
+  }
   arriving_ = to;
   if (to) to->loadViewIfNeeded();
   if (from) from->beginAppearanceTransition(false, animated);
@@ -250,7 +255,7 @@ void UINavigationController::transitionEnded(bool completed) {
     const Ref<UIViewController> me = self();
     for (const Ref<UIViewController>& controller : plan.leaving) {
       controller->movingFromParent_ = false;
-      controller->didMoveToParent(me);
+      if (transition->isCertain()) controller->didMoveToParent(me);  // it had been told to leave
     }
     announceLeaving(plan.entering);
     finishLeaving(plan.entering);

@@ -17,7 +17,13 @@ constexpr unsigned fillsSuperview = UIViewAutoresizing::flexibleWidth | UIViewAu
 }  // namespace
 
 UISearchController::UISearchController() = default;
-UISearchController::~UISearchController() = default;
+
+UISearchController::~UISearchController() {
+  const Ref<UIViewController> host = resultsHost_.lock();
+  if (!host || results_->parentViewController() != host) return;
+  results_->view()->removeFromSuperview();
+  results_->removeFromParentViewController();
+}
 
 void UISearchController::exportMethods(MethodTable<UISearchController>& table) {
   table.add<&UISearchController::editingBegan>("editingBegan")
@@ -94,13 +100,7 @@ void UISearchController::showContent() {
   const Ref<UIView>& view = searched->view();
   const bool hasText = !searchBar_->text().value_or("").empty();
   if (results_ && hasText) {
-    if (results_->parentViewController()) return;
-    searched->addChildViewController(results_);
-    results_->view()->setFrame(view->bounds());
-    results_->view()->setAutoresizingMask(fillsSuperview);
-    view->addSubview(results_->view());
-    results_->didMoveToParent(searched);
-    return;
+    return showResults(*searched);
   }
   hideContent();
   if (!obscures_) return;
@@ -111,13 +111,24 @@ void UISearchController::showContent() {
   view->addSubview(dimming_);
 }
 
+void UISearchController::showResults(UIViewController& searched) {
+  const Ref<UIView>& view = searched.view();
+  const bool isNew = results_->parentViewController().get() != &searched;
+  if (!isNew && results_->view()->superview() == view) return;
+  if (isNew) searched.addChildViewController(results_);
+  results_->view()->setFrame(view->bounds());
+  results_->view()->setAutoresizingMask(fillsSuperview);
+  view->addSubview(results_->view());
+  if (!isNew) return;
+  results_->didMoveToParent(results_->parentViewController());
+  resultsHost_ = results_->parentViewController();
+}
+
+/// Results that are hidden stay where they are in the hierarchy of screens: they have not been removed from it.
 void UISearchController::hideContent() {
   if (dimming_) dimming_->removeFromSuperview();
   dimming_ = nullptr;
-  if (!results_ || !results_->parentViewController()) return;
-  results_->willMoveToParent(nullptr);
-  results_->view()->removeFromSuperview();
-  results_->removeFromParentViewController();
+  if (results_ && results_->isViewLoaded()) results_->view()->removeFromSuperview();
 }
 
 }  // namespace platform

@@ -18,7 +18,8 @@ class UISearchController : public Object<UISearchController, UIViewController> {
   ~UISearchController() override;
   static void exportMethods(MethodTable<UISearchController>& table);
   void init() { init(nullptr); }
-  /// None shows the results in the screen that is searched.
+  /// None shows the results in the screen that is searched. A results controller becomes that screen's child when it is
+  /// first shown, and stays it while its view is hidden.
   void init(const Ref<UIViewController>& searchResultsController);
 
   const Ref<UISearchBar>& searchBar() const { return searchBar_; }
@@ -39,12 +40,14 @@ class UISearchController : public Object<UISearchController, UIViewController> {
   void cancelTapped();
   void update();
   void showContent();
+  void showResults(UIViewController& searched);
   void hideContent();
   void tell(const char* selector);
   Ref<UIViewController> searchedController() const;
 
   Ref<UISearchBar> searchBar_;
   Ref<UIViewController> results_;
+  Weak<UIViewController> resultsHost_;  // the searched screen that the results became a child of
   Ref<UIControl> dimming_;
   Weak<NSObject> updater_;
   Weak<NSObject> delegate_;

@@ -237,11 +237,12 @@ TEST_F(NavigationTransitionTest, AFingerFromTheLeftEdgeLeadsBack) {
   journal.take();
   hands().drag({{5, 400}, {300, 400}}, 0.5);
   advance(0.3);
-  EXPECT_EQ(journal.take(), "B.will- B.willDisappear~ A.willAppear~");
+  EXPECT_EQ(journal.take(), "B.willDisappear~ A.willAppear~") << "it may still turn back";
+  EXPECT_TRUE(b->wasMovingFromParent);
   EXPECT_GT(shift(b), 60);
   EXPECT_LT(shift(b), 250);
   advance(1);
-  EXPECT_EQ(journal.take(), "B.didDisappear~ A.didAppear~ B.did-");
+  EXPECT_EQ(journal.take(), "B.will- B.didDisappear~ A.didAppear~ B.did-");
   EXPECT_EQ(navigation->viewControllers().size(), 1u);
   EXPECT_EQ(b->view()->transform(), CGAffineTransformIdentity);
 }
@@ -251,13 +252,29 @@ TEST_F(NavigationTransitionTest, AFingerThatTurnsBackCancelsThePop) {
   journal.take();
   drag({{5, 400}, {150, 400}, {60, 400}}, 0.6);
   advance(1);
-  EXPECT_EQ(journal.take(),
-            "B.will- B.willDisappear~ A.willAppear~ A.willDisappear A.didDisappear B.willAppear B.didAppear B.did+");
+  EXPECT_EQ(journal.take(), "B.willDisappear~ A.willAppear~ A.willDisappear A.didDisappear B.willAppear B.didAppear");
   EXPECT_EQ(navigation->topViewController(), b);
   EXPECT_FALSE(b->isMovingFromParentViewController());
   EXPECT_EQ(navigation->navigationBar()->topItem(), b->navigationItem());
   EXPECT_EQ(a->view()->superview(), nullptr);
   EXPECT_EQ(navigation->popViewControllerAnimated(false), b);
+}
+
+TEST_F(NavigationTransitionTest, APopThatIsForcedToItsEndUnderTheFingerTellsTheScreenOnce) {
+  navigation->pushViewController(b, false);
+  journal.take();
+  hands().drag({{5, 400}, {300, 400}}, 0.5);
+  advance(0.1);
+  EXPECT_EQ(journal.take(), "B.willDisappear~ A.willAppear~");
+  navigation->setViewControllers({a}, false);  // nothing new, and the finger still leads
+  const auto c = make<JournalScreen>("C", journal);
+  navigation->pushViewController(c, false);
+  EXPECT_EQ(journal.take(),
+            "C.will+ B.will- B.didDisappear~ A.didAppear~ B.did- C.load A.willDisappear C.willAppear "
+            "A.didDisappear C.didAppear C.did+");
+  advance(2);
+  EXPECT_EQ(journal.take(), "");
+  EXPECT_EQ(navigation->topViewController(), c);
 }
 
 TEST_F(NavigationTransitionTest, TheFingerDoesNothingAtTheRootElsewhereOrWhenItIsForbidden) {

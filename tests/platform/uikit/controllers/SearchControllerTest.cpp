@@ -84,7 +84,37 @@ TEST_F(SearchControllerTest, TypingShowsTheResultsAndCancellingTakesThemAway) {
   EXPECT_FALSE(search->isActive());
   EXPECT_EQ(search->searchBar()->text(), "");
   EXPECT_FALSE(search->searchBar()->searchTextField()->isFirstResponder());
-  EXPECT_EQ(journal.take(), "R.will- R.willDisappear R.didDisappear R.did- off:");
+  EXPECT_EQ(journal.take(), "R.willDisappear R.didDisappear off:");
+  EXPECT_FALSE(results->wasMovingFromParent) << "hidden, not removed";
+  EXPECT_EQ(results->view()->superview(), nullptr);
+
+  tapView(search->searchBar()->searchTextField());
+  type("te");
+  EXPECT_EQ(journal.take(), "on: R.willAppear R.didAppear on:t on:te");
+  type("\b\b");
+  EXPECT_EQ(journal.take(), "on:t R.willDisappear R.didDisappear on:");
+}
+
+TEST_F(SearchControllerTest, ResultsGoWithTheSearchedScreenAndMayMoveToAnother) {
+  search->setActive(true);
+  type("te");
+  search->setActive(false);
+  journal.take();
+  const auto b = make<JournalScreen>("B", journal);
+  a->navigationItem()->setSearchController(nullptr);
+  b->navigationItem()->setSearchController(search);
+  navigation->pushViewController(b, false);
+  settle();
+  journal.take();
+  search->setActive(true);
+  type("t");
+  EXPECT_EQ(results->parentViewController(), b);
+  EXPECT_TRUE(results->view()->isDescendantOfView(b->view().get()));
+  EXPECT_EQ(journal.take(), "on: R.did- R.will+ R.willAppear R.didAppear R.did+ on:t");
+  b->navigationItem()->setSearchController(nullptr);
+  search = nullptr;
+  EXPECT_EQ(results->parentViewController(), nullptr) << "nobody is left to show it";
+  EXPECT_EQ(results->view()->superview(), nullptr);
 }
 
 TEST_F(SearchControllerTest, ActivatingByProgramBringsTheKeyboardAndATapOnTheScreenEndsIt) {
