@@ -3,7 +3,9 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/runtime/Class.h"
 #include "platform/runtime/Ref.h"
@@ -60,11 +62,19 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   /// An object attached to this one for its lifetime under a key (any address). None removes it. Main thread.
   void setAssociatedObject(const void* key, Ref<NSObject> value, AssociationPolicy policy);
   Ref<NSObject> associatedObject(const void* key) const;
+  /// The same for what is no object: a selector, a number, a weak reference. A value is read as the type it was given;
+  /// asked for as another, or where an object stands, there is none. Objects and values share their keys.
+  template <class T>
+  void setAssociatedValue(const void* key, T value);
+  template <class T>
+  std::optional<T> associatedValue(const void* key) const;
 
  private:
   template <class R, class... Args>
   R performForwarded(SEL selector, const Args&... args);
   struct Associations;
+  template <class T>
+  struct Value;
   static constexpr std::uintptr_t isClass = 1;
   Class& classBesideAssociations() const;
   Associations* associations() const;
@@ -73,6 +83,24 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
   /// object is being made. One word for both: objects of which a screen has thousands begin with it.
   std::atomic<std::uintptr_t> identity_{0};
 };
+
+/// What carries an associated value.
+template <class T>
+struct NSObject::Value : NSObject {
+  explicit Value(T given) : value(std::move(given)) {}
+  const T value;
+};
+
+template <class T>
+void NSObject::setAssociatedValue(const void* key, T value) {
+  setAssociatedObject(key, make<Value<T>>(std::move(value)), AssociationPolicy::retain);
+}
+
+template <class T>
+std::optional<T> NSObject::associatedValue(const void* key) const {
+  const auto carrier = as<Value<T>>(associatedObject(key));
+  return carrier ? std::optional<T>(carrier->value) : std::nullopt;
+}
 
 }  // namespace platform
 

@@ -48,6 +48,35 @@ TEST(AssociatedObjects, AreReplacedAndRemovedByKey) {
   EXPECT_EQ(first.use_count(), 1);
 }
 
+TEST(AssociatedValues, AreReadAsTheTypeTheyWereGiven) {
+  const Ref<Thing> owner = make<Thing>();
+  EXPECT_EQ(owner->associatedValue<SEL>(&key), std::nullopt);
+  owner->setAssociatedValue(&key, sel("checkout:"));
+  owner->setAssociatedValue(&otherKey, std::int64_t{7});
+  EXPECT_EQ(owner->associatedValue<SEL>(&key), sel("checkout:"));
+  EXPECT_EQ(owner->associatedValue<std::int64_t>(&otherKey), 7);
+  EXPECT_EQ(owner->associatedValue<bool>(&otherKey), std::nullopt);
+  owner->setAssociatedValue(&key, SEL());
+  EXPECT_EQ(owner->associatedValue<SEL>(&key), SEL()) << "a selector that names nothing is a value too";
+  owner->setAssociatedObject(&key, make<Thing>(), AssociationPolicy::retain);
+  EXPECT_EQ(owner->associatedValue<SEL>(&key), std::nullopt);
+  owner->setAssociatedObject(&otherKey, nullptr, AssociationPolicy::retain);
+  EXPECT_EQ(owner->associatedValue<std::int64_t>(&otherKey), std::nullopt);
+}
+
+TEST(AssociatedValues, MayReferToAnObjectWithoutHoldingItAndEndWithTheirOwner) {
+  Ref<Thing> owner = make<Thing>();
+  Ref<Thing> target = make<Thing>();
+  const auto counted = std::make_shared<int>(3);
+  owner->setAssociatedValue(&key, Weak<Thing>(target));
+  owner->setAssociatedValue(&otherKey, counted);
+  EXPECT_EQ(owner->associatedValue<Weak<Thing>>(&key)->lock(), target);
+  target = nullptr;
+  EXPECT_TRUE(owner->associatedValue<Weak<Thing>>(&key)->expired());
+  owner = nullptr;
+  EXPECT_EQ(counted.use_count(), 1);
+}
+
 /// Looks at its owner while it dies with it.
 class Observer : public Object<Observer, NSObject> {
  public:
