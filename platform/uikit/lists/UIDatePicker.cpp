@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/uikit/lists/UIPickerView.h"
+#include "platform/uikit/lists/_UIDatePickerView.h"
 
 namespace platform {
 
@@ -54,7 +54,7 @@ std::string twoDigits(std::int64_t value) { return (value < 10 ? "0" : "") + std
 void UIDatePicker::initWithFrame(CGRect frame) {
   Super::initWithFrame(frame);
   date_ = Date::now();
-  wheels_ = make<UIPickerView>(bounds());
+  wheels_ = make<_UIDatePickerView>(bounds());
   wheels_->setDataSource(self());
   wheels_->setDelegate(self());
   addSubview(wheels_);

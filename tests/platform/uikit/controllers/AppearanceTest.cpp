@@ -31,6 +31,16 @@ TEST_F(AppearanceTest, TheRootOfAWindowAppearsWhenItIsSetAndDisappearsWhenItIsRe
   EXPECT_EQ(a->view()->superview(), nullptr);
 }
 
+TEST_F(AppearanceTest, AskingWhetherThereIsAViewMakesNone) {
+  const auto a = screen("A");
+  EXPECT_EQ(a->viewIfLoaded(), nullptr);
+  EXPECT_FALSE(a->isViewLoaded());
+  EXPECT_EQ(journal.take(), "");
+  a->loadViewIfNeeded();
+  EXPECT_EQ(a->viewIfLoaded(), a->view());
+  EXPECT_EQ(journal.take(), "A.load");
+}
+
 TEST_F(AppearanceTest, ParentsHearOfWhatWillHappenFirstAndOfWhatDidHappenLast) {
   const auto parent = screen("P");
   const auto child = screen("C");

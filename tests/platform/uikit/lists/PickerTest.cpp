@@ -127,6 +127,14 @@ TEST_F(PickerTest, FewerRowsKeepTheChoiceInRangeAndManyCostNothing) {
   EXPECT_EQ(picker->numberOfComponents(), 0);
 }
 
+TEST_F(PickerTest, TheWheelsOfADatePickerAreToldFromAHostsPicker) {
+  const auto date = make<UIDatePicker>();
+  const auto wheels = as<UIPickerView>(date->subviews().front());
+  ASSERT_NE(wheels, nullptr);
+  EXPECT_EQ(NSStringFromClass(wheels->classForCoder()), "_UIDatePickerView");
+  EXPECT_EQ(NSStringFromClass(make<UIPickerView>()->classForCoder()), "UIPickerView");
+}
+
 TEST_F(PickerTest, ADateIsChosenOnWheels) {
   constexpr double leapDay = 1709208000;  // 29 February 2024, noon, UTC
   const auto date = make<UIDatePicker>();

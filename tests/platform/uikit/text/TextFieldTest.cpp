@@ -395,7 +395,9 @@ TEST_F(TextFieldTest, AnInputViewTakesTheKeyboardsPlace) {
   tap("field");
   EXPECT_TRUE(UIKeyboard::shared().isVisible());
   EXPECT_FALSE(UIKeyboard::shared().showsKeys());
-  EXPECT_NE(picker->window(), nullptr);
+  EXPECT_EQ(field->inputView(), picker) << "readable, whoever looks for what the field is filled with";
+  ASSERT_NE(picker->window(), nullptr);
+  EXPECT_NE(picker->window(), field->window()) << "it hangs in the keyboard's window, not on the screen";
   field->resignFirstResponder();
   advance(1);
   EXPECT_FALSE(UIKeyboard::shared().isVisible());
