@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "platform/uikit/application/UIApplication.h"
 #include "platform/uikit/application/UIWindow.h"
 
@@ -14,6 +15,7 @@ Ref<UIView> addDimmingOverlay() {
   auto overlay = make<UIView>((*key)->bounds());
   overlay->setBackgroundColor(UIColor::white(0, 0.4));
   overlay->setUserInteractionEnabled(true);
+  overlay->setFrontLevel(LumicorFrontLevel::notice);
   overlay->setAutoresizingMask(UIViewAutoresizing::flexibleWidth | UIViewAutoresizing::flexibleHeight);
   (*key)->addSubview(overlay);
   return overlay;

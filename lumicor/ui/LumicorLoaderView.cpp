@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "lumicor/ui/LumicorDimming.h"
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "platform/animation/CABasicAnimation.h"
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/graphics/UIBezierPath.h"
@@ -27,6 +28,7 @@ constexpr double pi = std::numbers::pi;
 void LumicorLoaderView::initWithFrame(CGRect frame) {
   Super::initWithFrame(frame);
   setBackgroundColor(UIColor::white());
+  setFrontLevel(LumicorFrontLevel::notice);
   layer()->setCornerRadius(10);
   setUpSpinner();
   setUpLabel();

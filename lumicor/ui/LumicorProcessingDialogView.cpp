@@ -4,6 +4,7 @@
 
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/ui/LumicorDimming.h"
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "lumicor/ui/LumicorImageCache.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
@@ -26,6 +27,7 @@ void LumicorProcessingDialogView::initWithFrame(CGRect) {
 
 void LumicorProcessingDialogView::setUpCard() {
   setBackgroundColor(UIColor::white());
+  setFrontLevel(LumicorFrontLevel::notice);
   layer()->setCornerRadius(10);
   gifImageView_ = make<UIImageView>(CGRect{0, 0, loaderSize, loaderSize});
   gifImageView_->setContentMode(UIViewContentMode::scaleAspectFit);

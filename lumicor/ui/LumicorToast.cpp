@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "lumicor/core/LumicorUtils.h"
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "platform/animation/CALayer.h"
 #include "platform/dispatch/DispatchQueue.h"
 #include "platform/foundation/NotificationCenter.h"
@@ -54,6 +55,7 @@ void LumicorToast::initWithFrame(CGRect frame) {
   layer()->setCornerRadius(20);
   layer()->setCornerCurve(CALayerCornerCurve::continuous);
   setUserInteractionEnabled(false);
+  setFrontLevel(LumicorFrontLevel::notice);
   setTranslatesAutoresizingMaskIntoConstraints(false);
   label_ = make<UILabel>();
   label_->setFont(UIFont::systemFont(fontSize));

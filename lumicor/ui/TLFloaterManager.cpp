@@ -4,6 +4,7 @@
 
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/network/LumicorNetworkTask.h"
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "lumicor/ui/TLChatViewController.h"
 #include "lumicor/ui/TLFloaterPlacement.h"
@@ -73,6 +74,7 @@ void TLFloaterManager::exportMethods(MethodTable<TLFloaterManager>& table) {
 
 void TLFloaterManager::init() {
   bottomCloseView_ = make<TLBottomCloseView>(closeTargetFrame(false));
+  bottomCloseView_->setFrontLevel(LumicorFrontLevel::closeTarget);
   overrideNavigationDelegate();
 }
 

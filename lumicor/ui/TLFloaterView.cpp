@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lumicor/ui/LumicorFrontLevel.h"
 #include "lumicor/ui/LumicorImageCache.h"
 #include "lumicor/ui/TLFloaterGlyph.h"
 #include "lumicor/ui/TLFloaterManager.h"
@@ -42,6 +43,7 @@ void TLFloaterView::initWithFrame(CGRect frame) {
   showImage();
   setBackgroundColor(UIColorHex(layoutData->styles.backgroundColor));
   layer()->setMasksToBounds(true);
+  setFrontLevel(LumicorFrontLevel::floatingButton);
   setAlpha(0);
   // A device that is turned takes it along.
   setAutoresizingMask(UIViewAutoresizing::flexibleLeftMargin | UIViewAutoresizing::flexibleRightMargin |

@@ -1,6 +1,7 @@
 #include "platform/uikit/text/TextEditMenu.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "platform/animation/CALayer.h"
@@ -39,6 +40,7 @@ void TextEditMenu::show(const Ref<UIView>& owner, CGRect rect, Commands commands
   const Ref<UIView> window = owner->windowView();
   if (!window || !commands.any()) return;
   const Ref<TextEditMenu> menu = make<TextEditMenu>(window->bounds());
+  menu->setFrontLevel(std::numeric_limits<int>::max());
   menu->build(owner, owner->convertRect(rect, window.get()), commands);
   window->addSubview(menu);
   shown() = menu;

@@ -120,6 +120,11 @@ class UIView : public Object<UIView, TouchSurface> {
   void insertSubviewAbove(const Ref<UIView>& view, const Ref<UIView>& sibling);
   void bringSubviewToFront(const Ref<UIView>& view);
   void sendSubviewToBack(const Ref<UIView>& view);
+  /// Among its siblings a view lies in front of all of a lower level, wherever they are inserted and however late they
+  /// come: so the place asked for above counts among those of the same level. 0 unless it is set. A window's subviews
+  /// that must be reached above whatever is presented in it have a higher one.
+  int frontLevel() const;
+  void setFrontLevel(int level);
   void removeFromSuperview();
   bool isDescendantOfView(const UIView* view) const;
   /// Depth first, this view first; none when no view has the tag.
@@ -277,6 +282,7 @@ class UIView : public Object<UIView, TouchSurface> {
   friend class UIWindow;
   friend class ViewLayout;
   void moveInto(UIView& superview, std::size_t index);
+  std::size_t placeByLevel(std::size_t index, int level) const;
   void detach();
   void enterWindow(WindowHost* window);
   void announceWindow(const Ref<UIWindow>& window);

@@ -44,6 +44,7 @@ struct UIView::Storage {
   std::unique_ptr<CALayerDelegate> drawing;
   std::optional<UIColor> tintColor;
   UIViewContentMode contentMode = UIViewContentMode::scaleToFill;
+  int frontLevel = 0;
 
   // ---- Touches
   std::vector<Ref<UIGestureRecognizer>> gestureRecognizers;

@@ -127,6 +127,25 @@ void UIView::sendSubviewToBack(const Ref<UIView>& view) {
   if (view && view->superview_ == this) insertSubview(view, 0);
 }
 
+int UIView::frontLevel() const { return storage_->frontLevel; }
+
+void UIView::setFrontLevel(int level) {
+  if (storage_->frontLevel == level) return;
+  storage_->frontLevel = level;
+  if (const Ref<UIView> around = superview()) around->bringSubviewToFront(self());
+}
+
+/// The place nearest to `index` that keeps the subviews in the order of their levels. The view itself is not among
+/// them.
+std::size_t UIView::placeByLevel(std::size_t index, int level) const {
+  const auto levelAt = [this](std::size_t place) { return subviews_[place]->storage_->frontLevel; };
+  std::size_t end = subviews_.size();
+  while (end > 0 && levelAt(end - 1) > level) --end;
+  index = std::min(index, end);
+  while (index < end && levelAt(index) < level) ++index;
+  return index;
+}
+
 void UIView::removeFromSuperview() {
   const Ref<UIView> old = superview();
   if (!old) return;
@@ -192,6 +211,7 @@ void UIView::moveInto(UIView& superview, std::size_t index) {
     if (static_cast<std::size_t>(old - all.begin()) < index) --index;
     all.erase(old);
   }
+  index = superview.placeByLevel(index, storage_->frontLevel);
   all.insert(all.begin() + static_cast<std::ptrdiff_t>(index), keeper);
   superview_ = &superview;
   superview.noteSubviewsChanged();

@@ -1,10 +1,13 @@
 #include <cmath>
 
+#include "lumicor/ui/LumicorLoaderView.h"
+#include "lumicor/ui/LumicorToast.h"
 #include "lumicor/ui/TLBottomCloseView.h"
 #include "platform/animation/CALayer.h"
 #include "platform/animation/CAShapeLayer.h"
 #include "platform/dispatch/RunLoop.h"
 #include "platform/graphics/UIImage.h"
+#include "platform/uikit/controllers/UIAlertController.h"
 #include "platform/uikit/views/UIImageView.h"
 #include "tests/lumicor/ui/ChatFixture.h"
 
@@ -30,6 +33,45 @@ TEST_F(Floater, StandsOverTheWindowAsARoundButton) {
   EXPECT_EQ(button()->alpha(), 1);
   ASSERT_EQ(button()->subviews().size(), 1u);
   EXPECT_EQ(button()->subviews()[0]->frame(), (CGRect{15, 15, 30, 30}));
+}
+
+TEST_F(Floater, StaysReachableAboveWhateverTheHostPresents) {
+  using Style = UIModalPresentationStyle;
+  const auto sheet = make<test::PlainScreen>();
+  sheet->setModalPresentationStyle(Style::pageSheet);
+  const auto fullScreen = make<test::PlainScreen>();
+  const Ref<UIViewController> alert = make<UIAlertController>("Remove tea?", "It leaves your cart.");
+  for (const Ref<UIViewController>& modal : {Ref<UIViewController>(sheet), Ref<UIViewController>(fullScreen), alert}) {
+    SCOPED_TRACE(modal->isa().name());
+    tabs_->presentViewController(modal, true);
+    pass(1);
+    EXPECT_EQ(window()->hitTest(centerOfButton(), nullptr), button());
+    drag({100, 400});
+    EXPECT_EQ(button()->frame().minX(), 10) << "it follows the finger";
+    drag({300, 400});
+    button()->setShow(false);
+    pass(1);
+    button()->setShow(true);
+    pass(1);
+    EXPECT_EQ(window()->hitTest(centerOfButton(), nullptr), button());
+    tabs_->dismissViewController(false);
+    pass(1);
+  }
+}
+
+TEST_F(Floater, LiesOverItsCloseTargetAndUnderMessagesAndVeils) {
+  LumicorToast::show("Task Capture Successful");
+  const auto loader = make<LumicorLoaderView>(CGRect{120, 347, 150, 150});
+  loader->show();
+  TLFloaterManager::shared().show();
+  button()->setShow(true);
+  window()->addSubview(make<UIView>());  // the host's own
+  pass(0.5);
+  const std::vector<Ref<UIView>> all = window()->subviews();
+  EXPECT_THAT(std::vector<Ref<UIView>>(all.end() - 5, all.end()),
+              ElementsAre(TLFloaterManager::shared().bottomCloseView(), button(), LumicorToast::shown().front(),
+                          loader->overlayView(), loader));
+  loader->dismiss();
 }
 
 TEST_F(Floater, FadesInAndOutAndIgnoresTheValueItHas) {

@@ -225,6 +225,34 @@ TEST_F(ModalPresentationTest, AnAlertAsksAndRunsTheHandlerOnceItIsGone) {
   EXPECT_EQ(journal.take(), "(removed)");
 }
 
+TEST_F(ModalPresentationTest, WhatMustStayReachableLiesAboveWhateverIsPresented) {
+  const auto handle = make<UIView>(CGRect{300, 300, 60, 60});
+  handle->setFrontLevel(1);
+  window()->addSubview(handle);
+  const auto isReached = [&] {
+    return window()->subviews().back() == handle && window()->hitTest({320, 320}, nullptr) == handle;
+  };
+  for (const Style style : {Style::fullScreen, Style::pageSheet, Style::overFullScreen}) {
+    SCOPED_TRACE(static_cast<int>(style));
+    const auto modal = screen("M");
+    modal->setModalPresentationStyle(style);
+    a->presentViewController(modal, true);
+    settle();
+    EXPECT_TRUE(isReached()) << "on its way in";
+    advance(0.5);
+    EXPECT_TRUE(isReached());
+    const auto alert = make<UIAlertController>("Remove tea?", "");
+    modal->presentViewController(alert, false);
+    EXPECT_TRUE(isReached()) << "under an alert over a modal";
+    a->dismissViewController(true);
+    settle();
+    EXPECT_TRUE(isReached()) << "on the way out";
+    advance(0.5);
+    EXPECT_TRUE(isReached());
+    EXPECT_EQ(layersInWindow(), 2u);
+  }
+}
+
 TEST_F(ModalPresentationTest, ThePictureOfASheet) {
   a->view()->setBackgroundColor(UIColor::systemTeal());
   b->setTitle("New order");

@@ -94,6 +94,34 @@ TEST_F(TreeTest, KeepsSubviewsAndTheirLayersInOrder) {
   EXPECT_EQ(a->superview(), nullptr);
 }
 
+TEST_F(TreeTest, KeepsAViewInFrontOfSiblingsOfALowerLevelWhereverTheyAreInserted) {
+  const auto parent = make<UIView>();
+  const auto a = make<UIView>(), b = make<UIView>(), c = make<UIView>();
+  const auto front = make<UIView>(), foremost = make<UIView>();
+  front->setFrontLevel(1);
+  foremost->setFrontLevel(2);
+  for (const Ref<UIView>& view : {foremost, front, a, b}) parent->addSubview(view);
+  EXPECT_THAT(parent->subviews(), ElementsAre(a, b, front, foremost));
+  parent->insertSubviewAbove(c, foremost);
+  parent->bringSubviewToFront(a);
+  EXPECT_THAT(parent->subviews(), ElementsAre(b, c, a, front, foremost));
+  parent->sendSubviewToBack(foremost);
+  parent->insertSubviewBelow(front, b);
+  EXPECT_THAT(parent->subviews(), ElementsAre(b, c, a, front, foremost));
+  std::vector<Ref<CALayer>> layers;
+  for (const Ref<UIView>& view : parent->subviews()) layers.push_back(view->layer());
+  EXPECT_EQ(parent->layer()->sublayers(), layers);
+
+  b->setFrontLevel(1);
+  EXPECT_THAT(parent->subviews(), ElementsAre(c, a, front, b, foremost)) << "the last one of its level to come";
+  parent->sendSubviewToBack(b);
+  EXPECT_THAT(parent->subviews(), ElementsAre(c, a, b, front, foremost)) << "the last one of its own level";
+  b->setFrontLevel(-1);
+  EXPECT_THAT(parent->subviews(), ElementsAre(b, c, a, front, foremost));
+  foremost->setFrontLevel(0);
+  EXPECT_THAT(parent->subviews(), ElementsAre(b, c, a, foremost, front));
+}
+
 TEST_F(TreeTest, TellsEverybodyConcernedOfMoves) {
   const auto told = [&](const char* name) {
     auto view = make<ToldView>();
