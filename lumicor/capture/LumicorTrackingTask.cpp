@@ -4,6 +4,8 @@
 #include "lumicor/capture/LumicorBarButtonItemHooks.h"
 #include "lumicor/capture/LumicorPendingInputs.h"
 #include "lumicor/capture/LumicorProxyInstallation.h"
+#include "lumicor/capture/LumicorScreenshots.h"
+#include "lumicor/capture/LumicorTrackingControlView.h"
 #include "lumicor/core/Lumicor.h"
 #include "lumicor/core/LumicorUtils.h"
 #include "lumicor/screen/LumicorElementsTask.h"
@@ -56,22 +58,36 @@ void lookAfterNewControls() {
 }
 
 void append(const LumicorAction& action) {
+  LumicorScreenshots::take(Lumicor::shared().getCurrentView());
   LumicorTrackingTask::taskFlow.push_back(snapshotFor(action));
   tell("Action registered. Proceed...");
   lookAfterNewControls();
 }
 
-void registerAction(const std::string& name, const Ref<UIView>& view, const std::optional<std::string>& identifier,
-                    const std::optional<std::string>& value) {
-  if (!Lumicor::isTracking) return;
-  LumicorPendingInputs::settle();
-  if (!identifier) return tell("Accessibility Identifier not found");
-  append({name, view, *identifier, value});
+bool isOfTheControlBar(const Ref<UIView>& view) {
+  const auto& bar = Lumicor::shared().trackingButton;
+  return bar && bar->contains(view);
 }
 
 }  // namespace
 
 // ---- Actions
+
+void LumicorTrackingTask::registerAction(const std::string& name, const Ref<UIView>& view,
+                                         const std::optional<std::string>& identifier,
+                                         const std::optional<std::string>& value) {
+  if (!Lumicor::isTracking || isClosed_ || isOfTheControlBar(view)) return;
+  LumicorPendingInputs::settle();
+  if (!identifier) return tell("Accessibility Identifier not found");
+  append({name, view, *identifier, value});
+}
+
+/// The screen as the demonstration left it; it needs no name, as nothing was done to it.
+void LumicorTrackingTask::registerClosing() {
+  const Ref<UIView> screen = currentScreen();
+  const std::optional<std::string> identifier = screen ? screen->accessibilityIdentifier() : std::nullopt;
+  append({"Recording Stopped", screen, identifier.value_or(""), std::nullopt});
+}
 
 void LumicorTrackingTask::registerUserAction(const std::string& actionName, const Ref<UIView>& view,
                                              const std::optional<std::string>& value) {
@@ -126,7 +142,5 @@ void LumicorTrackingTask::handleScreenChange(const Ref<UIViewController>& screen
   LumicorProxyInstallation::forgetLostControls();
   if (Lumicor::isTracking) LumicorProxyInstallation::installFor(*screen);
 }
-
-void LumicorTrackingTask::showTrackingControlView(const Ref<UIView>&) {}
 
 }  // namespace lumicor

@@ -49,11 +49,25 @@ class LumicorTrackingTask {
   /// demonstration its delegates get their proxies.
   static void handleScreenChange(const Ref<UIViewController>& screen);
 
-  /// The service wants demonstrations: their control bar belongs over the screen of that view.
+  // ---- The control bar
+  /// The service wants demonstrations: their control bar goes over the key window, in the place of an earlier one.
   static void showTrackingControlView(const Ref<UIView>& view);
+  /// The bar's button was pressed: what it says decides.
+  static void click();
+  static void start();
+  /// The closing snapshot is taken in a turn of its own; nothing is registered after it.
+  static void stop();
+  /// What the recording has to tell the bar: it goes on, or everything is over.
+  static void recordingBegan();
+  static void recordingReset();
 
  private:
+  static void registerClosing();
   static void registerItem(const std::string& actionName, const UIBarButtonItem& item);
+  static void registerAction(const std::string& name, const Ref<UIView>& view,
+                             const std::optional<std::string>& identifier, const std::optional<std::string>& value);
+
+  inline static bool isClosed_ = false;  // stopped, and on its way to the service
 };
 
 }  // namespace lumicor

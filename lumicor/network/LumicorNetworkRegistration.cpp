@@ -102,9 +102,13 @@ void uploadFile(const std::string& address, const std::string& file, const std::
 
 }  // namespace
 
-void LumicorNetworkTask::registerTask(const std::string& key, std::function<void(const JSONValue& data)> callback) {
+void LumicorNetworkTask::registerTask(const std::string& key, std::function<void(const JSONValue& data)> callback,
+                                      std::function<void()> refused) {
   const std::optional<std::string> bundle = Bundle::main().bundleIdentifier();
-  if (!bundle) return;
+  if (!bundle) {
+    if (refused) DispatchQueue::main().async(std::move(refused));
+    return;
+  }
   const JSONValue body = JSONValue::object({{"appBundleId", *bundle},
                                             {"taskName", "Default"},
                                             {"taskDescription", "Default"},
@@ -112,12 +116,16 @@ void LumicorNetworkTask::registerTask(const std::string& key, std::function<void
                                             {"status", "Action Required"},
                                             {"openChatWindow", true},
                                             {"triggers", 0}});
-  LumicorRequest::send(taskRegistration, body, [callback = std::move(callback)](const std::optional<JSONValue>& reply) {
-    const JSONValue* const data = goodReplyData(reply);
-    if (!data) return LumicorDebugHelper::log(taskRegistration.failureText);
-    LumicorDebugHelper::log("Task Register Success");
-    callback(*data);
-  });
+  const auto judge = [callback = std::move(callback),
+                      refused = std::move(refused)](const std::optional<JSONValue>& reply) {
+    if (const JSONValue* const data = goodReplyData(reply)) {
+      LumicorDebugHelper::log("Task Register Success");
+      return callback(*data);
+    }
+    LumicorDebugHelper::log(taskRegistration.failureText);
+    if (refused) refused();
+  };
+  LumicorRequest::send(taskRegistration, body, judge);
 }
 
 void LumicorNetworkTask::registerSnapshots(const JSONValue& registerTaskResponse,

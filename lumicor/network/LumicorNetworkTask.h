@@ -39,8 +39,9 @@ class LumicorNetworkTask {
 
   // ---- Handing a demonstration over
   /// Registers a task by the key of its recording. The callback gets the reply's "data" on success and is not called on
-  /// failure, nor when the host has no bundle identifier (nothing is sent then).
-  static void registerTask(const std::string& key, std::function<void(const JSONValue& data)> callback);
+  /// failure, nor when the host has no bundle identifier (nothing is sent then): both are told to `refused`.
+  static void registerTask(const std::string& key, std::function<void(const JSONValue& data)> callback,
+                           std::function<void()> refused = nullptr);
   /// Registers the snapshots under the "insertedId" of the task registration's data, one after the other and in order;
   /// the first that is refused ends it. Only the log tells the outcome. They are encoded off the main thread: hand the
   /// flow over, not a copy.

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "lumicor/capture/LumicorTrackingControlView.h"
 #include "lumicor/network/LumicorConfiguration.h"
 #include "lumicor/network/LumicorInitTask.h"
 #include "lumicor/network/LumicorNetworkTask.h"
@@ -204,6 +205,9 @@ TEST_F(LumicorInitTaskTest, PrefersTheTrackerToTheAssistantWhenThereIsAScreen) {
   Lumicor::shared().initialize("key", "ada");
   RunLoop::settle();
   EXPECT_TRUE(Lumicor::showTrackingView);
+  ASSERT_TRUE(Lumicor::shared().trackingButton);
+  EXPECT_EQ(Lumicor::shared().trackingButton->superview(), window());
+  Lumicor::shared().trackingButton->removeFromSuperview();
   EXPECT_FALSE(Lumicor::showTesselLumicor);
 }
 
