@@ -60,8 +60,9 @@ void pickInTextField(const Ref<UITextField>& field, const TLAction& step, TLTask
   resignLater(field);
 }
 
+/// The result is said in the chat and kept in its history: of a secret it tells no more than a reader sees.
 void typeIntoTextField(const Ref<UITextField>& field, const TLAction& step, TLTaskResult& result) {
-  result.resultValue = field->text().value_or(step.value);
+  result.resultValue = field->accessibilityValue().value_or(field->wasSecure() ? "" : step.value);
   field->setText(step.value);
   field->sendActionsForControlEvents(UIControlEvents::editingChanged);
   NotificationCenter::defaultCenter().post(UITextFieldTextDidChangeNotification, field);

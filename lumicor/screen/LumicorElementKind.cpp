@@ -67,9 +67,17 @@ Kind ofLabel(UILabel& label) {
 
 Kind ofTextView(UITextView& view) { return {Type::TYPE_TEXT, editableWhen(view.isEditable()), displayText(view)}; }
 
-Kind ofTextField(UITextField& field) { return {Type::TYPE_TEXT, editableWhen(field.isEnabled()), displayText(field)}; }
+/// A secret is read as bullets, also when its field shows it at the person's wish.
+Kind ofTextField(UITextField& field) {
+  std::string value = field.wasSecure() ? field.accessibilityValue().value_or("") : displayText(field);
+  return {Type::TYPE_TEXT, editableWhen(field.isEnabled()), std::move(value)};
+}
 
-Kind ofSearchBar(UISearchBar& bar) { return {Type::TYPE_SEARCH, Input::TYPE_DEFAULT, bar.text().value_or("")}; }
+Kind ofSearchBar(UISearchBar& bar) {
+  const Ref<UITextField>& field = bar.searchTextField();
+  const auto value = field && field->wasSecure() ? field->accessibilityValue() : bar.text();
+  return {Type::TYPE_SEARCH, Input::TYPE_DEFAULT, value.value_or("")};
+}
 
 Kind ofImageView(UIImageView& view) {
   const auto image = view.image();

@@ -13,8 +13,7 @@ namespace platform {
 
 namespace {
 
-constexpr const char* dot = "\xE2\x80\xA2";
-constexpr std::size_t dotBytes = 3;
+constexpr std::string_view dot = "\xE2\x80\xA2";
 constexpr double caretWidth = 2;
 
 double toPixel(double value) {
@@ -25,6 +24,12 @@ double toPixel(double value) {
 }  // namespace
 
 // ---- What is shown
+
+std::string bullets(const EditableText& text, TextRange range) {
+  std::string dots;
+  for (std::size_t at = range.start; at < range.end; at = text.next(at)) dots += dot;
+  return dots;
+}
 
 TextRange TextFieldContent::shownRange() const {
   // Of a text that nobody can have typed only what lies around the caret is laid out.
@@ -40,9 +45,7 @@ std::string TextFieldContent::shownText() const {
   const TextRange range = shownRange();
   if (!field.isSecureTextEntry())
     return onOneLine(std::string_view(edit.text()).substr(range.start, range.end - range.start));
-  std::string dots;
-  for (std::size_t at = range.start; at < range.end; at = edit.next(at)) dots += dot;
-  return dots;
+  return bullets(edit, range);
 }
 
 std::size_t TextFieldContent::toShown(std::size_t position) const {
@@ -50,7 +53,7 @@ std::size_t TextFieldContent::toShown(std::size_t position) const {
   position = std::clamp(position, range.start, range.end);
   if (!field.isSecureTextEntry()) return position - range.start;
   std::size_t shown = 0;
-  for (std::size_t at = range.start; at < position; at = edit.next(at)) shown += dotBytes;
+  for (std::size_t at = range.start; at < position; at = edit.next(at)) shown += dot.size();
   return shown;
 }
 
@@ -58,7 +61,7 @@ std::size_t TextFieldContent::fromShown(std::size_t shown) const {
   const TextRange range = shownRange();
   if (!field.isSecureTextEntry()) return range.start + shown;
   std::size_t at = range.start;
-  for (std::size_t passed = 0; passed + dotBytes <= shown; passed += dotBytes) at = edit.next(at);
+  for (std::size_t passed = 0; passed + dot.size() <= shown; passed += dot.size()) at = edit.next(at);
   return at;
 }
 

@@ -11,6 +11,9 @@ namespace platform {
 class TextLayout;
 class UIButton;
 
+/// A bullet for each character of a part of the text.
+std::string bullets(const EditableText& text, TextRange range);
+
 /// What a UITextField holds. Shared by UITextField*.cpp and TextFieldContent.cpp alone.
 class TextFieldContent final : public TextEditing {
  public:
@@ -27,6 +30,7 @@ class TextFieldContent final : public TextEditing {
   UITextFieldViewMode clearMode = UITextFieldViewMode::never;
   Weak<NSObject> fieldDelegate;
 
+  bool wasSecure = false;
   bool clearsOnBegin = false;
   double scrolled = 0;  ///< how far the text is moved to the left to keep the caret in view
   bool touchSelects = false;

@@ -202,8 +202,20 @@ void UITextField::setDelegate(const Ref<NSObject>& delegate) { content_->fieldDe
 bool UITextField::clearsOnBeginEditing() const { return content_->clearsOnBegin; }
 void UITextField::setClearsOnBeginEditing(bool clears) { content_->clearsOnBegin = clears; }
 bool UITextField::isSecureTextEntry() const { return content_->traits.isSecureTextEntry; }
+bool UITextField::wasSecure() const {
+  content_->wasSecure = content_->wasSecure || isSecureTextEntry();  // a subclass may answer for itself
+  return content_->wasSecure;
+}
+std::optional<std::string> UITextField::accessibilityValue() const {
+  std::optional<std::string> value = text();
+  if (!value || !wasSecure()) return value;
+  EditableText characters;
+  characters.setText(*std::move(value));
+  return bullets(characters, {0, characters.text().size()});
+}
 void UITextField::setSecureTextEntry(bool secure) {
   content_->traits.isSecureTextEntry = secure;
+  content_->wasSecure = content_->wasSecure || secure;
   if (secure) content_->history.clear();
   content_->textDidChange();
 }

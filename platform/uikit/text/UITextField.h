@@ -89,6 +89,11 @@ class UITextField : public Object<UITextField, UIControl> {
   void setSelectedRange(NSRange range);
   virtual bool isSecureTextEntry() const;
   void setSecureTextEntry(bool secure);
+  /// True from the moment the field first was secure, for its life: a person may ask to see what was typed, and it
+  /// stays a secret to everybody else. Captures blank such a field.
+  bool wasSecure() const;
+  /// What those are told of the text who read the screen: a bullet for each character where it is a secret.
+  std::optional<std::string> accessibilityValue() const;
   UIReturnKeyType returnKeyType() const;
   void setReturnKeyType(UIReturnKeyType type);
   UIKeyboardType keyboardType() const;

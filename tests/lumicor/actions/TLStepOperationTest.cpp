@@ -47,6 +47,19 @@ TEST_F(StepOperationTest, TypesIntoATextFieldAndTellsEverybody) {
   EXPECT_THAT(host_->heard, ElementsAre("tap by UITextField", "notified"));
 }
 
+TEST_F(StepOperationTest, TypesASecretAndSaysNothingOfTheOneBefore) {
+  const auto field = add<UITextField>("password");
+  field->setText("canary");
+  field->setSecureTextEntry(true);
+  EXPECT_EQ(perform(step("password", "TYPE_TEXT", "hunter2")), doneWith("••••••"));
+  EXPECT_EQ(field->text(), "hunter2");
+  field->setSecureTextEntry(false);  // a person asked to see it
+  EXPECT_EQ(perform(step("password", "TYPE_TEXT", "hunter3")), doneWith("•••••••"));
+  field->setText(std::nullopt);
+  EXPECT_EQ(perform(step("password", "TYPE_TEXT", "hunter4")), doneWith(""));
+  EXPECT_EQ(field->text(), "hunter4");
+}
+
 TEST_F(StepOperationTest, ReportsTheNewTextOfAFieldThatHadNone) {
   struct BlankField : Object<BlankField, UITextField> {
     std::optional<std::string> text() const override { return std::nullopt; }

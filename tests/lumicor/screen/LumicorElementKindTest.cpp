@@ -85,6 +85,21 @@ TEST_F(LumicorElementKindTest, ReadsTextViewsAndFieldsByWhatCanBeTyped) {
   expect(field, Type::TYPE_TEXT, Input::TYPE_DEFAULT, "ada");
 }
 
+TEST_F(LumicorElementKindTest, ReadsWhatWasOnceASecretAsBullets) {
+  const auto field = make<UITextField>();
+  field->setText("hunter2");
+  field->setSecureTextEntry(true);
+  expect(field, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "•••••••");
+  field->setSecureTextEntry(false);
+  expect(field, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "•••••••");
+  field->setText("");
+  expect(field, Type::TYPE_TEXT, Input::TYPE_EDIT_TEXT, "");
+  const auto bar = make<UISearchBar>();
+  bar->searchTextField()->setSecureTextEntry(true);
+  bar->setText("tea");
+  expect(bar, Type::TYPE_SEARCH, Input::TYPE_DEFAULT, "•••");
+}
+
 TEST_F(LumicorElementKindTest, ReadsSearchBarsImagesAndWebPages) {
   const auto bar = make<UISearchBar>();
   expect(bar, Type::TYPE_SEARCH, Input::TYPE_DEFAULT, "");

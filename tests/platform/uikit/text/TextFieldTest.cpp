@@ -272,6 +272,65 @@ TEST_F(TextFieldTest, TheClearButtonEmptiesIt) {
   EXPECT_TRUE(field->textRect(field->bounds()).maxX() > button.minX());  // the room of the button is free again
 }
 
+TEST_F(TextFieldTest, WhatWasOnceASecretStaysOneForReaders) {
+  field->setText("open");
+  EXPECT_FALSE(field->wasSecure());
+  EXPECT_EQ(field->accessibilityValue(), "open");
+  field->setSecureTextEntry(true);
+  field->becomeFirstResponder();
+  field->setText("");
+  keys({typed("p"), typed("ä"), typed("🇩🇪")});
+  EXPECT_EQ(field->accessibilityValue(), "•••") << "one for each character, also the last one typed";
+  const auto picture = [&] {
+    settle();
+    return UIApplication::shared().screenshot()->pngRepresentation();
+  };
+  const std::string hidden = picture();
+  field->setSecureTextEntry(false);  // the button beside it that shows the password
+  EXPECT_NE(picture(), hidden) << "shown to the person who asked";
+  EXPECT_TRUE(field->wasSecure());
+  EXPECT_EQ(field->accessibilityValue(), "•••");
+  EXPECT_EQ(field->text(), "pä🇩🇪") << "the host's own business";
+  EXPECT_EQ(field->description().find("pä"), std::string::npos);
+  field->setText(std::nullopt);
+  EXPECT_EQ(field->accessibilityValue(), std::nullopt);
+  EXPECT_TRUE(field->wasSecure());
+}
+
+TEST_F(TextFieldTest, ASecretIsToldToNoObserverAndKeptNowhere) {
+  field->setSecureTextEntry(true);
+  field->becomeFirstResponder();
+  std::vector<std::string> told;
+  const auto token = NotificationCenter::defaultCenter().addObserver(
+      UITextFieldTextDidChangeNotification, field,
+      [&](const Notification& note) { told.push_back(note.name() + note.object()->description()); });
+  UIPasteboard::general().setString("before");
+  for (const char letter : std::string("canary")) keys({typed(std::string(1, letter))});
+  keys({command("a"), command("c"), command("x"), command("z"), command("y")});
+  field->copy(nullptr);
+  field->cut(nullptr);
+  EXPECT_EQ(UIPasteboard::general().string(), "before");
+  EXPECT_EQ(field->text(), "canary");
+  field->setSecureTextEntry(false);
+  field->undo(nullptr);
+  field->redo(nullptr);
+  EXPECT_EQ(field->text(), "canary") << "what was typed in secret is in no history";
+  EXPECT_EQ(told.size(), 6u);
+  for (const std::string& line : told) EXPECT_EQ(line.find("canary"), std::string::npos) << line;
+}
+
+TEST_F(TextFieldTest, AFieldThatSaysByItselfThatItIsSecureStaysSo) {
+  struct Mirror : Object<Mirror, UITextField> {
+    bool isSecureTextEntry() const override { return secure; }
+    bool secure = true;
+  };
+  const auto mirror = make<Mirror>();
+  mirror->setText("canary");
+  EXPECT_EQ(mirror->accessibilityValue(), "••••••");
+  mirror->secure = false;
+  EXPECT_EQ(mirror->accessibilityValue(), "••••••");
+}
+
 TEST_F(TextFieldTest, ASecureTextIsNeverInThePicture) {
   field->setSecureTextEntry(true);
   field->becomeFirstResponder();
