@@ -23,7 +23,8 @@ constexpr double buttonRadius = 3;
 constexpr double buttonInset = 4;
 constexpr double buttonFontSize = 15;
 constexpr float captionPriority = 250;
-constexpr double gapToBottom = 50;  // a tab bar's height
+constexpr double captionFontSize = 13;  // leaves the items of a navigation bar their room
+constexpr double gapToTop = 1;
 constexpr double gapToSide = 20;
 
 Ref<UIStackView> rowWithMargins(UIEdgeInsets margins) {
@@ -51,6 +52,7 @@ void LumicorTrackingControlView::setUpStacks() {
   textView_ = make<UILabel>();
   textView_->setTextAlignment(NSTextAlignment::center);
   textView_->setNumberOfLines(0);
+  textView_->setFont(UIFont::systemFont(captionFontSize));
   for (const UILayoutAxis axis : {UILayoutAxis::horizontal, UILayoutAxis::vertical}) {
     textView_->setContentHuggingPriority(captionPriority, axis);
     textView_->setContentCompressionResistancePriority(captionPriority, axis);
@@ -78,7 +80,7 @@ void LumicorTrackingControlView::placeIn(const Ref<UIView>& window) {
   const Ref<UILayoutGuide> safeArea = window->safeAreaLayoutGuide();
   NSLayoutConstraint::activateConstraints({
       centerXAnchor().constraintEqualToAnchor(safeArea->centerXAnchor()),
-      bottomAnchor().constraintEqualToAnchor(safeArea->bottomAnchor(), -gapToBottom),
+      topAnchor().constraintEqualToAnchor(safeArea->topAnchor(), gapToTop),
       widthAnchor().constraintLessThanOrEqualToAnchor(safeArea->widthAnchor(), -2 * gapToSide),
   });
 }

@@ -24,7 +24,8 @@ class LumicorTrackingControlView final : public Object<LumicorTrackingControlVie
   inline static const std::string identifier = "lumicorTrackerView";
 
   void initWithFrame(CGRect frame) override;
-  /// Puts it over the window, in the middle above its lower edge.
+  /// Puts it over the window, in the middle below the upper edge of its safe area: over a title that nobody presses,
+  /// and where the keyboard does not come.
   void placeIn(const Ref<UIView>& window);
 
   const Ref<UILabel>& textView() const { return textView_; }

@@ -216,6 +216,8 @@ std::optional<std::string> UITextField::accessibilityValue() const {
 void UITextField::setSecureTextEntry(bool secure) {
   content_->traits.isSecureTextEntry = secure;
   content_->wasSecure = content_->wasSecure || secure;
+  // Bullets may be seen by everybody; from the moment the letters show, they are for the person alone.
+  if (!secure && content_->wasSecure) setHiddenFromCapture(true);
   if (secure) content_->history.clear();
   content_->textDidChange();
 }

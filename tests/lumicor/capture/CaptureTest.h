@@ -63,7 +63,7 @@ class CaptureTest : public SessionTest {
   void place(const Ref<UIView>& view, const std::string& name);
 
   Ref<HostPage> page_ = make<HostPage>();
-  double nextY_ = 60;
+  double nextY_ = 130;
   TouchDriver hands_;
 };
 
