@@ -271,15 +271,18 @@ void compare(benchmark::State& state, const std::function<void(Shop&)>& act) {
     std::vector<double> mainSeconds = record(act, false, folder + "/live.mp4").mainSeconds;
     const Take take = record(act, true, folder + "/live.mp4");
     double own = 1e9;
-    ProgramTime program, programOfHalves;
+    ProgramTime program, programOfHalves, start;  // `start`: one picture, which is mostly loading the program
+    Take one;
+    one.buffers = {take.buffers.front()};
     for (int round = 0; round < rounds; ++round) {
       own = std::min(own, encode(take, folder + "/own.mp4"));
-      const auto least = [&](ProgramTime& known, int reduction) {
-        const ProgramTime time = encodeByProgram(take, reduction, folder + "/program.mp4");
+      const auto least = [&](ProgramTime& known, const Take& of, int reduction) {
+        const ProgramTime time = encodeByProgram(of, reduction, folder + "/program.mp4");
         known = {std::min(known.all, time.all), std::min(known.user, time.user)};
       };
-      least(program, 1);
-      least(programOfHalves, 2);
+      least(start, one, 1);
+      least(programOfHalves, take, 2);
+      least(program, take, 1);
     }
     const double firstFrame = mainSeconds.front();  // all of the picture, into new memory
     std::sort(mainSeconds.begin(), mainSeconds.end());
@@ -296,8 +299,9 @@ void compare(benchmark::State& state, const std::function<void(Shop&)>& act) {
     state.counters["own_ms_a_second"] = (own + main) / take.seconds * 1e3;
     state.counters["program_ms_a_picture"] = program.all / frames * 1e3;
     state.counters["against_program"] = (own + main) / program.all;
-    state.counters["against_its_user_time"] = (own + main) / program.user;
-    state.counters["against_program_given_halves"] = (own + main) / programOfHalves.all;
+    state.counters["against_program_once_loaded"] = (own + main) / (program.all - start.all);
+    state.counters["against_its_user_time"] = (own + main) / (program.user - start.user);
+    state.counters["against_program_given_halves"] = (own + main) / (programOfHalves.all - start.all);
     state.counters["own_kb"] = static_cast<double>(fs::file_size(folder + "/own.mp4")) / 1e3;
     state.counters["program_kb"] = static_cast<double>(fs::file_size(folder + "/program.mp4")) / 1e3;
   }
