@@ -62,12 +62,26 @@ void Class::forget(SEL selector) {
   entry.absent.store(SEL(), std::memory_order_release);
 }
 
+/// The overridable operation of that name which a superclass has, or none.
+Method* Class::inheritedOperation(SEL selector) const {
+  for (const Class* at = superclass_; at; at = at->superclass_) {
+    Method* const own = at->ownMethod(selector);
+    if (own && own->isOperation()) return own;
+  }
+  return nullptr;
+}
+
 bool Class::addMethod(SEL selector, Signature signature, Imp imp, Imp send) {
   ClassList& all = classList();
   const std::lock_guard lock(all.mutex);
   const auto [at, added] = methods_.try_emplace(selector);
   if (!added) return false;
+  Method* const operation = isListed_ ? inheritedOperation(selector) : nullptr;
+  const bool specialises = operation && operation->signature_ == signature;
+  if (specialises && !send) send = operation->sendImp_;
   at->second = std::make_unique<Method>(selector, *this, signature, imp, send);
+  at->second->wasAddedLater_ = isListed_;
+  if (specialises) operation->specialise();
   if (isListed_) {
     for (Class* const cls : all.classes) {
       if (cls->isSubclassOf(*this)) cls->forget(selector);

@@ -37,6 +37,9 @@ class Class {
   /// The method that this very class adds, or none.
   Method* ownMethod(SEL selector) const;
   /// Adds a method; false when this class already has one of that name. `send` may be none (see Method::sendImp).
+  /// One that is added to a class already in use, and named like an overridable operation of a superclass, is what
+  /// that operation does for objects of this class: a call of it, and a message, reach overrides written in C++ first
+  /// and come here where they call their base.
   bool addMethod(SEL selector, Signature signature, Imp imp, Imp send = nullptr);
 
  private:
@@ -50,6 +53,7 @@ class Class {
   static constexpr std::size_t cacheLine = 64;  // names are apart by about as much
 
   Method* lookUp(SEL selector) const;
+  Method* inheritedOperation(SEL selector) const;
   void forget(SEL selector);
 
   std::string name_;

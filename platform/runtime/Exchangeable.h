@@ -2,6 +2,7 @@
 
 #include "platform/runtime/Message.h"
 #include "platform/runtime/Object.h"
+#include "platform/runtime/OperationCall.h"
 
 namespace platform {
 
@@ -33,7 +34,7 @@ class Exchangeable<operation, implementation> {
 
   /// Runs the implementation that is in force.
   static R call(C& self, Args... args) {
-    if (method_ && method_->isExchanged()) [[unlikely]]
+    if (method_ && method_->isIntercepted()) [[unlikely]]
       return exchanged(self, args...);
     return (self.*implementation)(args...);
   }
@@ -41,7 +42,12 @@ class Exchangeable<operation, implementation> {
  private:
   static Imp original() { return reinterpret_cast<Imp>(&M::template call<implementation>); }
   [[gnu::noinline]] static R exchanged(C& self, Args... args) {
-    const auto imp = reinterpret_cast<Typed>(method_->imp());
+    if (!method_->isSpecialised()) return run(method_->imp(), self, args...);
+    const detail::OperationCall underWay(self, *method_);
+    return run(underWay.imp(), self, args...);
+  }
+  static R run(Imp found, C& self, Args... args) {
+    const auto imp = reinterpret_cast<Typed>(found);
     if constexpr (detail::IsObjectRef<std::remove_cvref_t<R>>::value) {
       return detail::argument<R>(imp(&self, args...), "a caller of its operation");
     } else {

@@ -16,6 +16,8 @@ using Imp = void (*)();
 
 namespace detail {
 
+class OperationCall;
+
 template <class T>
 struct IsObjectRef : std::false_type {};
 template <class T>
@@ -81,13 +83,23 @@ class Method {
   /// What a message by selector calls: for an overridable operation the virtual call, else `imp()`.
   Imp sendImp() const { return sendImp_; }
   bool isExchanged() const { return imp_ != original_; }
+  /// Of an overridable operation: false as long as every call of it is the platform's own behaviour.
+  bool isIntercepted() const { return isIntercepted_; }
+  /// Whether a subclass has an implementation of it of its own, added at run time.
+  bool isSpecialised() const { return isSpecialised_; }
 
  private:
+  friend class Class;
+  friend class detail::OperationCall;
   friend void method_exchangeImplementations(Method* a, Method* b);
   void setImp(Imp imp) {
     imp_ = imp;
     if (sendsCurrent_) sendImp_ = imp;
+    isIntercepted_ = isExchanged() || isSpecialised_;
   }
+  bool isOperation() const { return !sendsCurrent_ && !wasAddedLater_; }
+  /// A subclass got an implementation of this operation of its own.
+  void specialise() { isSpecialised_ = isIntercepted_ = true; }
 
   SEL name_;
   Signature signature_;
@@ -96,6 +108,9 @@ class Method {
   Imp original_;
   Class* owner_;
   bool sendsCurrent_;
+  bool wasAddedLater_ = false;  // to a class that was there already
+  bool isSpecialised_ = false;
+  bool isIntercepted_ = false;
 };
 
 /// Swaps the implementations of two methods. Both must be there and of the same signature: anything else is a fatal

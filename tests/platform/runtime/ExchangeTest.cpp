@@ -142,6 +142,152 @@ TEST_F(ExchangeTest, WorksForMethodsThatAreOnlySentByName) {
   method_exchangeImplementations(plain, hooked);
 }
 
+// ---- Beside others
+
+/// Does its work without the base's.
+class Dial : public Object<Dial, Control> {
+ public:
+  bool send(const std::string&) override {
+    history.push_back("dial");
+    return true;
+  }
+};
+
+/// Names its override for messages too, and has a method of its own that is named like somebody's hook.
+class Knob : public Object<Knob, Control> {
+ public:
+  bool send(const std::string& action) override {
+    history.push_back("knob");
+    return Control::send(action);
+  }
+  bool ownHooked(const std::string&) {
+    history.push_back("knob's own");
+    return false;
+  }
+  static void exportMethods(MethodTable<Knob>& table) {
+    table.add<&Knob::send>("send:");
+    table.add<&Knob::ownHooked>("hooked_send:");
+  }
+};
+
+/// A hook that keeps to its class's original, whatever a subclass calls its own methods.
+bool carefulHook(Control& self, const std::string& action) {
+  static const MethodCall<bool(std::string)> original(Control::cls(), sel("careful_send:"));
+  history.push_back("careful hook");
+  return original(self, action);
+}
+
+TEST_F(ExchangeTest, ReachesWhatOverridesItOnceAndOnlyThroughItsBase) {
+  exchange();
+  EXPECT_THAT(sent(make<Dial>()), ElementsAre("dial"));
+  EXPECT_THAT(performed(make<Dial>()), ElementsAre("dial"));
+  exchange();
+  class_addMethod<&carefulHook>(Control::cls(), sel("careful_send:"));
+  Method* const send = class_getInstanceMethod(Control::cls(), sel("send:"));
+  Method* const careful = class_getInstanceMethod(Control::cls(), sel("careful_send:"));
+  method_exchangeImplementations(send, careful);
+  EXPECT_THAT(sent(make<Knob>()), ElementsAre("knob", "careful hook", "tap"));
+  EXPECT_THAT(performed(make<Knob>()), ElementsAre("knob", "careful hook", "tap"));
+  exchange();
+  EXPECT_THAT(sent(make<Slider>()), ElementsAre("slider", "hook", "careful hook", "tap")) << "somebody else's on top";
+  exchange();
+  method_exchangeImplementations(send, careful);
+  EXPECT_THAT(sent(make<Knob>()), ElementsAre("knob", "tap"));
+}
+
+class Lever : public Object<Lever, Knob> {
+ public:
+  static void exportMethods(MethodTable<Lever>& table) { table.add<&Lever::send>("send:"); }
+};
+
+bool leverHook(Lever& self, const std::string& action) {
+  history.push_back("lever hook");
+  return self.perform<bool>(sel("lever_send:"), action);
+}
+
+TEST_F(ExchangeTest, OfAClassesOwnExportedMethodIsReachedByMessages) {
+  class_addMethod<&leverHook>(Lever::cls(), sel("lever_send:"));
+  method_exchangeImplementations(class_getInstanceMethod(Lever::cls(), sel("send:")),
+                                 class_getInstanceMethod(Lever::cls(), sel("lever_send:")));
+  EXPECT_THAT(performed(make<Lever>()), ElementsAre("lever hook", "knob", "tap"));
+  EXPECT_THAT(sent(make<Lever>()), ElementsAre("knob", "tap")) << "a call in C++ has gone past it to the override";
+  EXPECT_THAT(performed(make<Knob>()), ElementsAre("knob", "tap")) << "the superclass's is another method";
+}
+
+/// Gives a class an implementation of its own that goes on to the base, and puts a hook over that one: the superclass
+/// and its other subclasses are not touched. For the length of the process: a class cannot lose a method.
+template <class Target>
+struct OwnHook {
+  static bool implementation(Target& self, const std::string& action) { return self.Control::send(action); }
+  static bool hook(Target& self, const std::string& action) {
+    history.push_back(Target::cls().name() + " hook");
+    return self.template perform<bool>(sel("own_send:"), action);
+  }
+  static void install() {
+    Class& cls = Target::cls();
+    EXPECT_TRUE(class_addMethod<&implementation>(cls, sel("send:")));
+    EXPECT_TRUE(class_addMethod<&hook>(cls, sel("own_send:")));
+    method_exchangeImplementations(class_getInstanceMethod(cls, sel("send:")),
+                                   class_getInstanceMethod(cls, sel("own_send:")));
+  }
+};
+
+class Toggle : public Object<Toggle, Slider> {};
+class Fader : public Object<Fader, Toggle> {};
+
+TEST_F(ExchangeTest, OfAClassThatGotAnImplementationOfItsOwnLeavesTheSuperclassAlone) {
+  OwnHook<Toggle>::install();
+  const std::vector<Ref<Control>> hooked{make<Toggle>(), make<Fader>()};
+  for (const Ref<Control>& control : hooked) {
+    EXPECT_THAT(sent(control), ElementsAre("slider", "Toggle hook", "tap"));
+    EXPECT_THAT(performed(control), ElementsAre("slider", "Toggle hook", "tap"));
+  }
+  EXPECT_THAT(sent(make<Slider>()), ElementsAre("slider", "tap"));
+  EXPECT_THAT(performed(make<Control>()), ElementsAre("tap"));
+  EXPECT_FALSE(class_getInstanceMethod(Control::cls(), sel("send:"))->isExchanged());
+  exchange();  // one over the superclass's comes later, below it
+  EXPECT_THAT(sent(hooked[0]), ElementsAre("slider", "Toggle hook", "hook", "tap"));
+  OwnHook<Fader>::install();  // and one above both
+  EXPECT_THAT(sent(hooked[1]), ElementsAre("slider", "Fader hook", "Toggle hook", "hook", "tap"));
+  EXPECT_THAT(performed(hooked[1]), ElementsAre("slider", "Fader hook", "Toggle hook", "hook", "tap"));
+}
+
+/// What it does sends once more, to itself or to another.
+class Echo : public Object<Echo, Control> {
+ public:
+  bool send(const std::string& action) override {
+    const bool done = Control::send(action);
+    if (const Ref<Control> next = std::exchange(next_, nullptr)) next->send("again");
+    return done;
+  }
+  Ref<Control> next_;
+};
+class Repeater : public Object<Repeater, Echo> {};
+class Handler : public Object<Handler, Control> {};
+
+bool callsAgainFromInside(Control& self, const std::string& action) {
+  history.push_back("below");
+  if (action == "tap") self.send("inner");
+  return self.perform<bool>(sel("below_send:"), action);
+}
+
+TEST_F(ExchangeTest, CountsACallFromInsideTheBaseAsACallOfItsOwn) {
+  OwnHook<Repeater>::install();
+  const auto repeater = make<Repeater>();
+  repeater->next_ = repeater;
+  EXPECT_THAT(sent(repeater), ElementsAre("Repeater hook", "tap", "Repeater hook", "again"));
+  repeater->next_ = make<Repeater>();
+  EXPECT_THAT(sent(repeater), ElementsAre("Repeater hook", "tap", "Repeater hook", "again"));
+
+  OwnHook<Handler>::install();
+  class_addMethod<&callsAgainFromInside>(Control::cls(), sel("below_send:"));
+  Method* const send = class_getInstanceMethod(Control::cls(), sel("send:"));
+  Method* const below = class_getInstanceMethod(Control::cls(), sel("below_send:"));
+  method_exchangeImplementations(send, below);
+  EXPECT_THAT(sent(make<Handler>()), ElementsAre("Handler hook", "below", "Handler hook", "below", "inner", "tap"));
+  method_exchangeImplementations(send, below);
+}
+
 void otherSignature(Control&, std::int64_t) {}
 
 TEST(ExchangeDeath, RefusesWhatDoesNotMatch) {
