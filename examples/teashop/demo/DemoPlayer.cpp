@@ -28,23 +28,24 @@ void rest() { RunLoop::advance(0.6); }
 
 }  // namespace
 
-DemoPlayer::DemoPlayer(TeashopApplication& application, std::string serviceAddress, std::filesystem::path folder)
+DemoPlayer::DemoPlayer(TeashopApplication& application, std::string serviceAddress, DemoReport& report)
     : application_(application),
       events_(std::move(serviceAddress)),
-      report_(std::move(folder)),
+      report_(report),
       startedAt_(Clock::mediaTime()),
+      processorAtStart_(processorSeconds()),
       lastStageAt_(startedAt_) {}
 
-bool DemoPlayer::play(bool everyStory) {
-  const double processorAtStart = processorSeconds();
-  const std::size_t count = everyStory ? demoStories().size() : 1;
-  for (std::size_t i = 0; i < count && !isBroken_; ++i) tell(demoStories()[i]);
+void DemoPlayer::play(const std::vector<DemoStory>& stories) {
+  for (const DemoStory& story : stories) {
+    if (!isBroken_) tell(story);
+  }
   if (isBroken_) stage("Where it stopped", "", "The story did not go on from here");
-  const DemoReport::Times times{Clock::mediaTime() - startedAt_, Clock::isVirtual(),
-                                processorSeconds() - processorAtStart - pictureSeconds_};
-  std::printf("   %.1f s of processor time, pictures not counted\n", times.processorSeconds);
-  if (!isBroken_) visitEveryScreen();
-  return report_.write(times) && report_.holds();
+}
+
+DemoReport::Times DemoPlayer::times() const {
+  return {Clock::mediaTime() - startedAt_, Clock::isVirtual(),
+          processorSeconds() - processorAtStart_ - pictureSeconds_};
 }
 
 bool DemoPlayer::until(const std::string& what, const Condition& condition, double seconds) {
@@ -54,12 +55,6 @@ bool DemoPlayer::until(const std::string& what, const Condition& condition, doub
   std::printf("   never happened: %s\n", what.c_str());
   isBroken_ = true;
   return false;
-}
-
-void DemoPlayer::tap(const Ref<UIView>& view) {
-  bool isDone = false;
-  driver_.tap(view, [&] { isDone = true; });
-  RunLoop::advanceUntil([&] { return isDone; }, 5);
 }
 
 void DemoPlayer::stage(const std::string& title, const std::string& asked, const std::string& done) {
@@ -94,20 +89,18 @@ void DemoPlayer::openChat(const DemoStory&) {
   if (!until("the floating button appears", [] { return floatingButton() != nullptr; })) return;
   rest();
   if (pictures_ == 0) stage("The shop", "Start the shop with the assistant inside", "The round button is there");
-  tap(floatingButton());
+  hands_.tap(floatingButton());
   if (!until("the chat opens", [] { return sendButton() != nullptr; })) return;
   rest();
   stage("The chat", "Tap the round button", "The chat fills the screen, the shop's bars are gone");
 }
 
 void DemoPlayer::ask(const DemoStory& story) {
-  tap(screenReader::ofClass("PaddedTextField"));
+  hands_.tap(screenReader::ofClass("PaddedTextField"));
   rest();
-  bool isTyped = false;
-  driver_.type(story.request, [&] { isTyped = true; });
-  RunLoop::advanceUntil([&] { return isTyped; }, 60);
+  hands_.type(story.request);
   if (pictures_ < 3) stage("A request", "Say what is wanted", "Typed on the software keyboard");
-  tap(sendButton());
+  hands_.tap(sendButton());
   const auto isSent = [&] { return screenReader::reads(story.request); };
   const auto isUnderWay = [] { return sendButton() == nullptr; };
   // A service that answers at once takes the chat away before it can be looked at.
@@ -161,6 +154,7 @@ void DemoPlayer::checkEvents(const DemoStory& story) {
 }
 
 void DemoPlayer::visitEveryScreen() {
+  if (isBroken_) return;
   report_.begin("Every screen of the shop", "");
   std::puts(" Every screen of the shop");
   for (const NamedScreen& screen : screenCatalogue()) {

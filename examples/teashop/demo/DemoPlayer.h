@@ -1,14 +1,14 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "examples/teashop/TeashopApplication.h"
+#include "examples/teashop/demo/DemoHands.h"
 #include "examples/teashop/demo/DemoReport.h"
 #include "examples/teashop/demo/DemoStory.h"
 #include "examples/teashop/demo/ServiceEvents.h"
-#include "platform/uikit/application/TouchDriver.h"
 
 namespace teashop {
 
@@ -17,11 +17,15 @@ namespace teashop {
 /// in real and in virtual time. Main thread.
 class DemoPlayer {
  public:
-  DemoPlayer(TeashopApplication& application, std::string serviceAddress, std::filesystem::path folder);
+  /// What happens is added to the report, which is borrowed.
+  DemoPlayer(TeashopApplication& application, std::string serviceAddress, DemoReport& report);
 
-  /// Plays the first story, or all of them, visits every screen and writes the report; true when all that had to hold
-  /// holds.
-  bool play(bool everyStory);
+  /// Plays one story after the other; what did not come about is a check of the report that does not hold, and the last
+  /// thing that is played.
+  void play(const std::vector<DemoStory>& stories);
+  void visitEveryScreen();
+  /// Since it was made.
+  DemoReport::Times times() const;
 
  private:
   using Condition = std::function<bool()>;
@@ -32,18 +36,17 @@ class DemoPlayer {
   void watch(const DemoStory& story);
   void readOutcome(const DemoStory& story);
   void checkEvents(const DemoStory& story);
-  void visitEveryScreen();
 
   /// Waits until the condition holds, at most so many seconds; a condition that never holds is noted as a failed check.
   bool until(const std::string& what, const Condition& condition, double seconds = 20);
-  void tap(const platform::Ref<platform::UIView>& view);
   void stage(const std::string& title, const std::string& asked, const std::string& done);
 
   TeashopApplication& application_;
   ServiceEvents events_;
-  DemoReport report_;
-  platform::TouchDriver driver_;
+  DemoReport& report_;
+  DemoHands hands_;
   double startedAt_;
+  double processorAtStart_;
   double lastStageAt_;
   double pictureSeconds_ = 0;  // of processor time
   std::size_t pictures_ = 0;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "examples/teashop/demo/ServicePages.h"
+
 namespace teashop {
 
 /// Reads which events the service holds, from its pages for people. Main thread; turns the run loop while it waits.
@@ -15,13 +17,13 @@ class ServiceEvents {
     std::string taskId;
   };
 
-  explicit ServiceEvents(std::string serviceAddress) : serviceAddress_(std::move(serviceAddress)) {}
+  explicit ServiceEvents(std::string serviceAddress) : pages_(std::move(serviceAddress)) {}
 
   /// The events that came behind that one, oldest first; none when the service does not answer.
   std::vector<Event> since(std::int64_t id) const;
 
  private:
-  std::string serviceAddress_;
+  ServicePages pages_;
 };
 
 }  // namespace teashop

@@ -4,6 +4,7 @@
 #include "examples/teashop/screens/TermsScreen.h"
 #include "examples/teashop/screens/TimerScreen.h"
 #include "examples/teashop/views/Theme.h"
+#include "lumicor/core/Lumicor.h"
 #include "platform/uikit/controllers/UINavigationController.h"
 #include "platform/uikit/views/UIImageView.h"
 #include "platform/uikit/views/UISystemSymbol.h"
@@ -88,6 +89,7 @@ std::string AccountScreen::titleForHeader(const Ref<UITableView>&, std::int64_t 
 }
 
 Ref<UITableViewCell> AccountScreen::cellForRow(const Ref<UITableView>& table, const IndexPath& path) {
+  lumicor::Lumicor::shared().didSelectRow(table, path);
   const auto& links = sectionAt(path.section()).links;
   const char* const reuse = links.empty() ? orderCell : linkCell;
   auto cell = table->dequeueReusableCell(reuse);

@@ -3,6 +3,7 @@
 #include "examples/teashop/screens/ProductScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
+#include "lumicor/core/Lumicor.h"
 #include "platform/uikit/constraints/NSLayoutAnchor.h"
 #include "platform/uikit/constraints/NSLayoutConstraint.h"
 #include "platform/uikit/constraints/UILayoutGuide.h"
@@ -112,7 +113,8 @@ Ref<UITableViewCell> SearchScreen::cellForRow(const Ref<UITableView>& table, con
   return cell;
 }
 
-void SearchScreen::didSelectRow(const Ref<UITableView>&, const IndexPath& path) {
+void SearchScreen::didSelectRow(const Ref<UITableView>& table, const IndexPath& path) {
+  lumicor::Lumicor::shared().didSelectRow(table, path);
   bar_->resignFirstResponder();
   navigationController()->pushViewController(make<ProductScreen>(shop_, *found_[static_cast<std::size_t>(path.row())]),
                                              true);

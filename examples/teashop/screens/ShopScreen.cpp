@@ -5,6 +5,7 @@
 #include "examples/teashop/screens/SearchScreen.h"
 #include "examples/teashop/views/ProductCell.h"
 #include "examples/teashop/views/Theme.h"
+#include "lumicor/core/Lumicor.h"
 #include "platform/uikit/UIKit.h"
 
 namespace teashop {
@@ -143,7 +144,8 @@ Ref<UITableViewCell> ShopScreen::cellForRow(const Ref<UITableView>& table, const
   return cell;
 }
 
-void ShopScreen::didSelectRow(const Ref<UITableView>&, const IndexPath& path) {
+void ShopScreen::didSelectRow(const Ref<UITableView>& table, const IndexPath& path) {
+  lumicor::Lumicor::shared().didSelectRow(table, path);
   navigationController()->pushViewController(make<ProductScreen>(shop_, teaAt(path)), true);
 }
 

@@ -3,6 +3,7 @@
 #include "examples/teashop/screens/StoryScreen.h"
 #include "examples/teashop/views/StoryCell.h"
 #include "examples/teashop/views/Theme.h"
+#include "lumicor/core/Lumicor.h"
 #include "platform/uikit/bars/UINavigationItem.h"
 #include "platform/uikit/controllers/UIStoryboardSegue.h"
 #include "platform/uikit/lists/UICollectionViewFlowLayout.h"
@@ -16,6 +17,7 @@ void StoriesScreen::exportMethods(MethodTable<StoriesScreen>& table) {
   table.add<&StoriesScreen::numberOfSections>("numberOfSectionsInCollectionView:")
       .add<&StoriesScreen::numberOfItems>("collectionView:numberOfItemsInSection:")
       .add<&StoriesScreen::cellForItem>("collectionView:cellForItemAtIndexPath:")
+      .add<&StoriesScreen::didSelectItem>("collectionView:didSelectItemAtIndexPath:")
       .add<&StoriesScreen::header>("collectionView:viewForSupplementaryElementOfKind:atIndexPath:")
       .add<&StoriesScreen::textDidChange>("searchBar:textDidChange:")
       .add<&StoriesScreen::searchClicked>("searchBarSearchButtonClicked:")
@@ -52,6 +54,7 @@ void StoriesScreen::buildGallery() {
   gallery_->registerSupplementary([] { return make<StoryHeader>(CGRect{}); },
                                   UICollectionView::elementKindSectionHeader, StoryHeader::reuseIdentifier);
   gallery_->setDataSource(self());
+  gallery_->setDelegate(self());
   view()->addSubview(gallery_);
 }
 
@@ -76,6 +79,11 @@ void StoriesScreen::prepareForSegue(Ref<UIStoryboardSegue> segue, Ref<NSObject> 
   if (!screen || selected.empty()) return;
   const IndexPath path = selected.front();
   screen->setStory(shelves_[static_cast<std::size_t>(path.section())].stories[static_cast<std::size_t>(path.item())]);
+}
+
+/// What happens then is the segue of the cell; the assistant wants to know of the choice.
+void StoriesScreen::didSelectItem(const Ref<UICollectionView>& view, const IndexPath& path) {
+  lumicor::Lumicor::shared().didSelectItem(view, path);
 }
 
 void StoriesScreen::textDidChange(const Ref<UISearchBar>&, const std::string& text) { show(text); }

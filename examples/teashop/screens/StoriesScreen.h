@@ -30,6 +30,7 @@ class StoriesScreen final : public platform::Object<StoriesScreen, platform::UIV
   std::int64_t numberOfItems(const platform::Ref<platform::UICollectionView>& view, std::int64_t section);
   platform::Ref<platform::UICollectionViewCell> cellForItem(const platform::Ref<platform::UICollectionView>& view,
                                                             const platform::IndexPath& path);
+  void didSelectItem(const platform::Ref<platform::UICollectionView>& view, const platform::IndexPath& path);
   platform::Ref<platform::UICollectionReusableView> header(const platform::Ref<platform::UICollectionView>& view,
                                                            const std::string& kind, const platform::IndexPath& path);
 
