@@ -27,10 +27,11 @@ class Demo : public testing::Test {
   }
   void TearDown() override { fs::remove_all(folder_); }
 
-  std::unique_ptr<ChildProcess> startService() {
+  std::unique_ptr<ChildProcess> startService(const fs::path& configuration = fs::path(ASSISTANT_FOLDER) /
+                                                                             "config.json") {
     const fs::path assistant = ASSISTANT_FOLDER;
     auto service = std::make_unique<ChildProcess>(std::vector<std::string>{
-        SERVICE_PROGRAM, "--port", "0", "--data", folder_ / "data", "--config", assistant / "config.json", "--tasks",
+        SERVICE_PROGRAM, "--port", "0", "--data", folder_ / "data", "--config", configuration, "--tasks",
         assistant / "tasks.json", "--assets", assistant / "assets", "--exchange", folder_ / "out" / "http.jsonl"});
     const std::string greeting = service->readLine();
     const std::size_t at = greeting.find("http://");
@@ -39,12 +40,32 @@ class Demo : public testing::Test {
     return service;
   }
 
-  int play(std::string* said, const std::vector<std::string>& options = {}) {
-    std::vector<std::string> command = {TEASHOP_PROGRAM, "--service", address_, "--play", folder_ / "out", "--fast"};
+  int shop(std::string* said, const std::vector<std::string>& options) {
+    std::vector<std::string> command = {TEASHOP_PROGRAM, "--service", address_, "--fast"};
     command.insert(command.end(), options.begin(), options.end());
-    ChildProcess shop(command, {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}});
+    ChildProcess shop(command,
+                      {{"PLATFORM_DEFAULTS_DIRECTORY", folder_ / "defaults"}, {"XDG_DATA_HOME", folder_ / "home"}});
     *said = shop.readAll();
     return shop.wait();
+  }
+  int play(std::string* said, std::vector<std::string> options = {}) {
+    options.insert(options.end(), {"--play", folder_ / "out"});
+    return shop(said, options);
+  }
+
+  /// The shop's configuration with the control bar for demonstrations in the place of the button.
+  fs::path teachingConfiguration() const {
+    std::string text = contentOf(fs::path(ASSISTANT_FOLDER) / "config.json");
+    for (const auto& [from, to] :
+         {std::pair<std::string, std::string>{"\"showTrackerView\": false", "\"showTrackerView\": true"},
+          {"\"showTesselLumicor\": true", "\"showTesselLumicor\": false"}}) {
+      const std::size_t at = text.find(from);
+      EXPECT_NE(at, std::string::npos);
+      text.replace(at, from.size(), to);
+    }
+    const fs::path file = folder_ / "teaching.json";
+    std::ofstream(file) << text;
+    return file;
   }
 
   fs::path folder_;
@@ -117,6 +138,25 @@ TEST_F(Demo, ShowsTheWholeGalleryBesideTheRealService) {
   }
   EXPECT_GE(pictures, 30);
   EXPECT_EQ(said.find("never happened"), std::string::npos) << said;
+}
+
+TEST_F(Demo, DoesOnRequestWhatAPersonHasShownOnce) {
+  std::string said;
+  {
+    const auto service = startService(teachingConfiguration());
+    ASSERT_EQ(shop(&said, {"--teach", folder_ / "out"}), 0) << said;
+  }
+  fs::copy(folder_ / "data" / "media", folder_ / "out" / "media");
+  const auto service = startService();
+  ASSERT_EQ(shop(&said, {"--replay", folder_ / "out"}), 0) << said;
+
+  const std::string report = contentOf(folder_ / "out" / "report.html");
+  EXPECT_NE(report.find("Shown once, done on request"), std::string::npos);
+  int videos = 0;
+  for (std::size_t at = 0; (at = report.find("<video", at)) != std::string::npos; ++at) ++videos;
+  EXPECT_EQ(videos, 2);
+  EXPECT_EQ(report.find("no picture"), std::string::npos) << "every action has its screenshot";
+  EXPECT_EQ(contentOf(folder_ / "out" / "http.jsonl").find("teashop-demo-key"), std::string::npos);
 }
 
 TEST_F(Demo, EndsWithAnErrorWhenThereIsNoService) {
