@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
-#include "service/api/RequestError.h"
 #include "service/api/Routes.h"
+#include "service/base/RequestError.h"
 #include "service/store/Store.h"
 
 namespace service {

@@ -6,8 +6,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "service/api/RequestError.h"
 #include "service/base/LoadError.h"
+#include "service/base/RequestError.h"
 #include "service/http/FileDescriptor.h"
 
 namespace service {

@@ -1,6 +1,6 @@
 #include "service/api/Identity.h"
 
-#include "service/api/RequestError.h"
+#include "service/base/RequestError.h"
 #include "service/base/Utf8.h"
 
 namespace service {

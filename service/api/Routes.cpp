@@ -3,8 +3,8 @@
 #include <charconv>
 #include <cstdio>
 
-#include "service/api/RequestError.h"
 #include "service/base/Configuration.h"
+#include "service/base/RequestError.h"
 #include "service/http/ExchangeLog.h"
 #include "service/http/RequestLine.h"
 
@@ -44,14 +44,73 @@ void checkLength(const HeaderFields& headers, std::uint64_t maximum) {
   if (length > maximum) throw RequestError(413, "the body is larger than is accepted");
 }
 
-void checkContent(const HeaderFields& headers) {
-  const std::string type = headers.value("Content-Type").value_or("");
-  std::string_view mediaType = std::string_view(type).substr(0, type.find(';'));
-  while (mediaType.ends_with(' ')) mediaType.remove_suffix(1);
-  if (!equalNames(mediaType, "application/json")) throw RequestError(415, "the body must be application/json");
+std::string mediaType(const HeaderFields& headers) {
+  std::string type = headers.value("Content-Type").value_or("");
+  type.resize(std::min(type.size(), type.find(';')));
+  while (type.ends_with(' ')) type.pop_back();
+  return type;
+}
+
+void checkEncoding(const HeaderFields& headers) {
   if (!equalNames(headers.value("Content-Encoding").value_or("identity"), "identity"))
     throw RequestError(415, "compressed bodies are not accepted");
 }
+
+void checkBody(const HeaderFields& headers, std::uint64_t maximum) {
+  checkLength(headers, maximum);
+  if (!equalNames(mediaType(headers), "application/json")) throw RequestError(415, "the body must be application/json");
+  checkEncoding(headers);
+}
+
+void checkUpload(const HeaderFields& headers, std::uint64_t maximum) {
+  checkLength(headers, maximum);
+  // A form's parts would be taken apart on the way here.
+  if (equalNames(mediaType(headers).substr(0, 10), "multipart/"))
+    throw RequestError(415, "the body must be the file itself, not a form");
+  checkEncoding(headers);
+}
+
+/// Stands for a body that is not wanted at all.
+class RefusedBody final : public BodyReceiver {
+ public:
+  explicit RefusedBody(HttpResponse why) : why_(std::move(why)) {}
+  bool take(std::string_view) override { return false; }
+  HttpResponse refusal() override { return why_; }
+  HttpResponse finish() override { return why_; }
+
+ private:
+  HttpResponse why_;
+};
+
+/// Turns what a receiver throws into a refusal.
+class GuardedBody final : public BodyReceiver {
+ public:
+  using Failure = std::function<HttpResponse(std::exception_ptr)>;
+  GuardedBody(std::unique_ptr<BodyReceiver> receiver, Failure failure)
+      : receiver_(std::move(receiver)), failure_(std::move(failure)) {}
+
+  bool take(std::string_view bytes) override {
+    try {
+      return receiver_->take(bytes);
+    } catch (...) {
+      why_ = failure_(std::current_exception());
+      return false;
+    }
+  }
+  HttpResponse refusal() override { return why_ ? *why_ : receiver_->refusal(); }
+  HttpResponse finish() override {
+    try {
+      return receiver_->finish();
+    } catch (...) {
+      return failure_(std::current_exception());
+    }
+  }
+
+ private:
+  std::unique_ptr<BodyReceiver> receiver_;
+  Failure failure_;
+  std::optional<HttpResponse> why_;
+};
 
 }  // namespace
 
@@ -73,6 +132,19 @@ void Routes::addGet(std::string path, Handler handler) {
 
 void Routes::addAdmin(std::string path, Handler handler) {
   routes_.push_back({std::move(path), "GET", Access::ThisMachine, StatusKey::CamelCase, std::move(handler)});
+}
+
+void Routes::addAdminPost(std::string path, std::function<Json(const JsonObject& body)> handler) {
+  auto handle = [handler = std::move(handler)](const HttpRequest& request) {
+    const Json body = parseJson(request.body);
+    return jsonReply(200, "OK", handler(JsonObject(body, "")));
+  };
+  routes_.push_back({std::move(path), "POST", Access::ThisMachine, StatusKey::CamelCase, std::move(handle)});
+}
+
+void Routes::addUpload(std::string path, std::uint64_t maximumBytes, UploadHandler receive) {
+  routes_.push_back(
+      {std::move(path), "PUT", Access::Anybody, StatusKey::CamelCase, nullptr, std::move(receive), maximumBytes});
 }
 
 const Routes::Route* Routes::find(std::string_view path) const {
@@ -107,8 +179,10 @@ void Routes::check(const Route& route, const HttpRequest& request) const {
     case Access::ThisMachine:
       if (!isLoopback(request.peer) || !isLoopbackName(request.headers.value("Host").value_or("")))
         throw RequestError(403, "this path is for programs on this machine only");
+      if (route.method == "POST") checkBody(request.headers, maximumBody_);
       return;
     case Access::Anybody:
+      if (route.receive) checkUpload(request.headers, route.maximumBytes);
       return;
   }
 }
@@ -116,20 +190,38 @@ void Routes::check(const Route& route, const HttpRequest& request) const {
 void Routes::checkApplication(const HttpRequest& request) const {
   const Identity identity = Identity::read(request.headers);
   if (!configuration_.accepts(identity.secretKey)) throw RequestError(401, "the secret key is not accepted");
-  checkLength(request.headers, maximumBody_);
-  checkContent(request.headers);
+  checkBody(request.headers, maximumBody_);
 }
 
 HttpResponse Routes::answer(const HttpRequest& request) {
   try {
     return find(request.path)->handler(request);
-  } catch (const RequestError& error) {
-    return failure(request.path, error.status(), error.what());
-  } catch (const JsonError& error) {
-    return failure(request.path, 400, error.what());
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "lumicor-service: %s: %s\n", printable(request.path, 80).c_str(), error.what());
-    return failure(request.path, 500, "the service failed");
+  } catch (...) {
+    return failureOf(request.path, std::current_exception());
+  }
+}
+
+std::unique_ptr<BodyReceiver> Routes::receiver(const HttpRequest& request) {
+  const Route* const route = find(request.path);
+  if (route == nullptr || !route->receive) return nullptr;
+  const auto failure = [this, path = request.path](std::exception_ptr error) { return failureOf(path, error); };
+  try {
+    return std::make_unique<GuardedBody>(route->receive(request), failure);
+  } catch (...) {
+    return std::make_unique<RefusedBody>(failure(std::current_exception()));
+  }
+}
+
+HttpResponse Routes::failureOf(std::string_view path, std::exception_ptr error) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const RequestError& problem) {
+    return failure(path, problem.status(), problem.what());
+  } catch (const JsonError& problem) {
+    return failure(path, 400, problem.what());
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "lumicor-service: %s: %s\n", printable(path, 80).c_str(), problem.what());
+    return failure(path, 500, "the service failed");
   }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,7 @@ class Routes final : public Server::Delegate {
   /// A handler throws RequestError or JsonError (which becomes a 400) for what it cannot serve.
   using SdkHandler = std::function<Json(const Identity& who, const JsonObject& body)>;
   using Handler = std::function<HttpResponse(const HttpRequest&)>;
+  using UploadHandler = std::function<std::unique_ptr<BodyReceiver>(const HttpRequest&)>;
 
   /// `maximumBody` in bytes. The others are borrowed; `exchanges` may be absent.
   Routes(const Configuration& configuration, std::size_t maximumBody, ExchangeLog* exchanges);
@@ -34,9 +37,15 @@ class Routes final : public Server::Delegate {
   void addGet(std::string path, Handler handler);
   /// The same, for programs on this machine only.
   void addAdmin(std::string path, Handler handler);
+  /// POST of a JSON object by a program on this machine. The handler's value goes under "data" unless it is null.
+  void addAdminPost(std::string path, std::function<Json(const JsonObject& body)> handler);
+  /// PUT of a file of at most `maximumBytes` to everything below a path that ends with "/", without identity headers.
+  /// `receive` throws like the other handlers.
+  void addUpload(std::string path, std::uint64_t maximumBytes, UploadHandler receive);
 
   std::optional<HttpResponse> refusal(const HttpRequest& request) override;
   HttpResponse answer(const HttpRequest& request) override;
+  std::unique_ptr<BodyReceiver> receiver(const HttpRequest& request) override;
   HttpResponse failure(std::string_view path, int status, std::string_view message) override;
   void log(const HttpExchange& exchange) override;
 
@@ -48,9 +57,12 @@ class Routes final : public Server::Delegate {
     Access access;
     StatusKey statusKey;
     Handler handler;
+    UploadHandler receive = nullptr;
+    std::uint64_t maximumBytes = 0;  ///< of what is received
   };
   const Route* find(std::string_view path) const;
   void check(const Route& route, const HttpRequest& request) const;
+  HttpResponse failureOf(std::string_view path, std::exception_ptr error);
   void checkApplication(const HttpRequest& request) const;
 
   const Configuration& configuration_;

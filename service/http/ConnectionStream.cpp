@@ -36,8 +36,11 @@ void ConnectionStream::beginBody() {
   readDeadline_ = Clock::now() + limits_.bodyTime;
 }
 
+void ConnectionStream::beginUpload() { uploadDeadline_ = Clock::now() + limits_.uploadTime; }
+
 ssize_t ConnectionStream::read(char* target, size_t size) {
   if (begin_ == end_) {
+    if (uploadDeadline_) readDeadline_ = std::min(*uploadDeadline_, Clock::now() + limits_.bodyTime);
     const ssize_t received = receive(readDeadline_);
     if (received <= 0) return received;
     begin_ = 0;

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <httplib.h>
+#include <optional>
 #include <string>
 
 #include "service/http/ServerLimits.h"
@@ -20,6 +21,8 @@ class ConnectionStream final : public httplib::Stream {
   const std::string& head() const { return head_; }
   /// The head has been read; from here on the body's deadline counts.
   void beginBody();
+  /// The body is a long one: from here on the upload's deadline counts, and the body's for each pause.
+  void beginUpload();
 
   bool hasTimedOut() const { return hasTimedOut_; }
   bool isHeadTooLarge() const { return isHeadTooLarge_; }
@@ -45,6 +48,7 @@ class ConnectionStream final : public httplib::Stream {
   const int socket_;
   const ServerLimits& limits_;
   TimePoint readDeadline_;
+  std::optional<TimePoint> uploadDeadline_;
   TimePoint writeDeadline_{};
   std::array<char, 16 << 10> buffer_;
   std::size_t begin_ = 0;

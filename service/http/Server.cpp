@@ -47,6 +47,7 @@ class Server::Protocol : public httplib::Server {
         [this](const auto&, auto& response) { return refuse(response) ? response.status : 100; });
     set_pre_routing_handler([this](const auto& request, auto& response) { return route(request, response); });
     Post(R"([\s\S]*)", [this](const auto&, auto& response, const auto& reader) { answerWithBody(response, reader); });
+    Put(R"([\s\S]*)", [this](const auto&, auto& response, const auto& reader) { answerWithBody(response, reader); });
     set_error_handler(httplib::Server::Handler([this](const auto&, auto& response) { complete(response); }));
     set_exception_handler([](const auto&, auto& response, std::exception_ptr) { response.status = 500; });
     set_post_routing_handler([this](const auto&, auto& response) { log(response.status, response); });
@@ -103,7 +104,7 @@ class Server::Protocol : public httplib::Server {
 
   HandlerResponse route(const httplib::Request& request, httplib::Response& response) {
     if (refuse(response)) return HandlerResponse::Handled;
-    if (request.method == "POST") return HandlerResponse::Unhandled;
+    if (request.method == "POST" || request.method == "PUT") return HandlerResponse::Unhandled;
     visit->isInputConsumed = true;
     copyResponse(delegate_.answer(visit->request), response);
     return HandlerResponse::Handled;
@@ -111,6 +112,7 @@ class Server::Protocol : public httplib::Server {
 
   void answerWithBody(httplib::Response& response, const httplib::ContentReader& reader) {
     HttpRequest& request = visit->request;
+    if (const auto receiver = delegate_.receiver(request)) return answerUpload(response, reader, *receiver);
     bool isTooLarge = false;
     const bool isComplete = reader([&](const char* data, size_t size) {
       isTooLarge = request.body.size() + size > limits_.bodyBytes;
@@ -127,6 +129,22 @@ class Server::Protocol : public httplib::Server {
       response.status = 400;
       complete(response);
     }
+  }
+
+  void answerUpload(httplib::Response& response, const httplib::ContentReader& reader, BodyReceiver& receiver) {
+    visit->stream.beginUpload();
+    bool isRefused = false;
+    const bool isWhole = reader([&](const char* data, size_t size) {
+      isRefused = !receiver.take({data, size});
+      return !isRefused;
+    });
+    if (isRefused) return copyResponse(receiver.refusal(), response);
+    if (!isWhole) {
+      response.status = 400;
+      return complete(response);
+    }
+    visit->isInputConsumed = true;
+    copyResponse(receiver.finish(), response);
   }
 
   /// Gives a body to what the library itself refuses, and the right name to what our stream refused it.

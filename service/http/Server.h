@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "service/http/BodyReceiver.h"
 #include "service/http/Http.h"
 #include "service/http/Listener.h"
 #include "service/http/ServerLimits.h"
@@ -21,6 +22,8 @@ class Server {
     /// Judges a request by its head, before any of its body is read; nothing lets it pass.
     virtual std::optional<HttpResponse> refusal(const HttpRequest& request) = 0;
     virtual HttpResponse answer(const HttpRequest& request) = 0;
+    /// Who takes the body of this request as it comes; absent for one that is gathered and given to answer().
+    virtual std::unique_ptr<BodyReceiver> receiver(const HttpRequest& request) = 0;
     /// The response for what goes wrong before or beside the two above.
     virtual HttpResponse failure(std::string_view path, int status, std::string_view message) = 0;
     /// Called for every exchange just before its response is sent.

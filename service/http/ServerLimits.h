@@ -13,6 +13,8 @@ struct ServerLimits {
   std::chrono::milliseconds headTime{10'000};
   /// From the end of the head to the end of the body.
   std::chrono::milliseconds bodyTime{30'000};
+  /// For a whole body that is received piece by piece; each of its pauses is bounded by bodyTime.
+  std::chrono::milliseconds uploadTime{600'000};
   /// For taking the whole response.
   std::chrono::milliseconds writeTime{10'000};
   /// For reading past a body that was refused, so that the refusal reaches the client.
