@@ -1,75 +1,11 @@
 #include "service/store/Store.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/file.h>
 
-#include "service/base/LoadError.h"
-#include "service/http/FileDescriptor.h"
+#include "service/store/DataFolder.h"
 
 namespace service {
 namespace {
-
-constexpr std::int64_t kSchemaVersion = 1;
-
-constexpr const char* kSchema = R"sql(
-  CREATE TABLE events(
-    id INTEGER PRIMARY KEY AUTOINCREMENT,
-    receivedAt INTEGER NOT NULL, userId TEXT NOT NULL, eventName TEXT NOT NULL, taskId TEXT NOT NULL) STRICT;
-  CREATE TABLE messages(
-    id INTEGER PRIMARY KEY AUTOINCREMENT,
-    receivedAt INTEGER NOT NULL, userId TEXT NOT NULL,
-    message TEXT NOT NULL, isRemote INTEGER NOT NULL, timestamp INTEGER NOT NULL,
-    UNIQUE(userId, timestamp, isRemote, message)) STRICT;
-  CREATE TABLE queries(
-    id INTEGER PRIMARY KEY AUTOINCREMENT,
-    receivedAt INTEGER NOT NULL, userId TEXT NOT NULL,
-    query TEXT NOT NULL, outcome TEXT NOT NULL, taskId TEXT NOT NULL, score REAL NOT NULL) STRICT;
-  PRAGMA user_version = 1;
-)sql";
-
-std::int64_t schemaVersion(Database& database) {
-  Statement statement = database.prepare("PRAGMA user_version");
-  return statement.step() ? statement.integer(0) : 0;
-}
-
-void prepareSchema(Database& database, const std::string& name) {
-  database.runAll("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
-  // Looked at under the write lock: two services may be started on one folder at once.
-  Transaction transaction(database);
-  const std::int64_t version = schemaVersion(database);
-  if (version > kSchemaVersion) {
-    throw LoadError(name + ": written by a newer lumicor-service (version " + std::to_string(version) +
-                    " of the database, this program knows " + std::to_string(kSchemaVersion) + ")");
-  }
-  if (version == 0) database.runAll(kSchema);
-  transaction.commit();
-}
-
-/// Holds the folder against other services until it is let go of. A folder that cannot be held is used all the same.
-FileDescriptor holdFolder(const std::filesystem::path& folder) {
-  FileDescriptor held(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  while (held.isOpen() && ::flock(held.get(), LOCK_EX) != 0 && errno == EINTR) {
-  }
-  return held;
-}
-
-Database openDatabase(const std::filesystem::path& folder) {
-  const std::filesystem::path file = folder / "lumicor.sqlite";
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!std::filesystem::is_directory(folder, error)) throw LoadError(folder.string() + ": is not a usable folder");
-  try {
-    // A database changes to its journal without waiting for anybody: two services that begin on one folder take turns.
-    const FileDescriptor held = holdFolder(folder);
-    Database database(file);
-    prepareSchema(database, file.string());
-    return database;
-  } catch (const DatabaseError& problem) {
-    throw LoadError(file.string() + ": " + problem.what());
-  }
-}
 
 Statement pageOf(Database& database, const std::string& columns, const std::string& table, const Page& page) {
   Statement statement = database.prepare("SELECT " + columns + " FROM " + table + " WHERE id > ? ORDER BY id LIMIT ?");
@@ -79,7 +15,7 @@ Statement pageOf(Database& database, const std::string& columns, const std::stri
 
 }  // namespace
 
-Store::Store(const std::filesystem::path& folder) : database_(openDatabase(folder)) {}
+Store::Store(const std::filesystem::path& folder) : database_(openDataFolder(folder)) {}
 
 void Store::addEvent(const EventRecord& event) {
   const std::lock_guard lock(mutex_);

@@ -224,7 +224,7 @@ TEST(Store, MayBeOpenedTwiceAtOnce) {
 TEST(Store, RefusesWhatItCannotRead) {
   const TemporaryFolder folder;
   { const Store store(folder.path()); }
-  Database(folder.path() / "lumicor.sqlite").run("PRAGMA user_version = 2");
+  Database(folder.path() / "lumicor.sqlite").run("PRAGMA user_version = 3");
   EXPECT_THAT(complaintOf([&] { Store store(folder.path()); }), HasSubstr("written by a newer lumicor-service"));
   const TemporaryFolder broken;
   broken.write("lumicor.sqlite", std::string(4096, 'x'));
