@@ -14,4 +14,15 @@ const Slot* Task::findSlot(const std::string& name) const {
   return found == slots.end() ? nullptr : &*found;
 }
 
+void Task::fix(const SlotValues& values) {
+  for (StepTemplate& step : steps) {
+    for (TextTemplate* text : {&step.elementId, &step.value, &step.viewName}) text->fix(values);
+    if (step.repeat) step.repeat->fix(values);
+    for (ScrollTemplate& scroll : step.scrollDetails) {
+      for (TextTemplate* text : {&scroll.viewId, &scroll.x, &scroll.y}) text->fix(values);
+    }
+  }
+  std::erase_if(slots, [&](const Slot& slot) { return values.contains(slot.name); });
+}
+
 }  // namespace service

@@ -64,6 +64,8 @@ struct Task {
   bool shouldOpenChatWindow = true;
 
   const Slot* findSlot(const std::string& name) const;
+  /// Puts these values into the steps for good and takes their slots away. No sample may mention them.
+  void fix(const SlotValues& values);
 };
 
 }  // namespace service

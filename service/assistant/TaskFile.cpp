@@ -165,4 +165,6 @@ std::vector<Task> TaskFile::parse(std::string_view text) {
   return tasks;
 }
 
+Task TaskFile::parseTask(const Json& task) { return readTask({task, ""}); }
+
 }  // namespace service

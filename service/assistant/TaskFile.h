@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "service/assistant/Task.h"
+#include "service/base/Json.h"
 
 namespace service {
 
@@ -16,6 +17,8 @@ class TaskFile {
   static std::vector<Task> load(const std::filesystem::path& file);
   /// The same for a text; throws JsonError, naming task and field.
   static std::vector<Task> parse(std::string_view text);
+  /// One task that is not of a file; throws JsonError, naming the field.
+  static Task parseTask(const Json& task);
 };
 
 }  // namespace service

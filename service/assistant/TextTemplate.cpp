@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "service/assistant/Task.h"
 
@@ -65,6 +66,17 @@ TextTemplate::TextTemplate(std::string_view text) {
 void TextTemplate::addLiteral(char c) {
   if (parts_.empty() || parts_.back().placeholder) parts_.push_back({"", std::nullopt});
   parts_.back().literal += c;
+}
+
+void TextTemplate::fix(const SlotValues& values) {
+  const std::vector<Part> parts = std::exchange(parts_, {});
+  for (const Part& part : parts) {
+    if (part.placeholder && !values.contains(part.placeholder->slot)) {
+      parts_.push_back(part);
+      continue;
+    }
+    for (const char c : part.placeholder ? part.placeholder->expand(values) : part.literal) addLiteral(c);
+  }
 }
 
 std::string TextTemplate::expand(const SlotValues& values) const {

@@ -44,6 +44,8 @@ class TextTemplate {
   explicit TextTemplate(std::string_view text);
 
   std::string expand(const SlotValues& values) const;
+  /// Puts these values in for good; the placeholders of other slots stay.
+  void fix(const SlotValues& values);
   const std::vector<Part>& parts() const { return parts_; }
 
  private:
