@@ -42,6 +42,27 @@ void checkHistory(const JsonObject& data) {
   }
 }
 
+TeachingLimits readTeachingLimits(const JsonObject& fields) {
+  TeachingLimits limits;
+  const auto read = [&](const char* key, std::int64_t unit, std::int64_t& limit) {
+    constexpr std::int64_t kMost = 1'000'000'000;
+    if (!fields.has(key)) return;
+    const std::int64_t number = fields.integer(key);
+    if (number < 1 || number > kMost) fields.complain(key, "must be from 1 to 1000000000");
+    limit = number * unit;
+  };
+  fields.allowOnly({"fileKilobytes", "keyKilobytes", "addressSeconds", "openAddresses", "demonstrations", "snapshots",
+                    "demonstrationHours"});
+  read("fileKilobytes", 1024, limits.fileBytes);
+  read("keyKilobytes", 1024, limits.keyBytes);
+  read("addressSeconds", 1000, limits.addressTime);
+  read("openAddresses", 1, limits.openAddresses);
+  read("demonstrations", 1, limits.demonstrations);
+  read("snapshots", 1, limits.snapshots);
+  read("demonstrationHours", 3'600'000, limits.demonstrationTime);
+  return limits;
+}
+
 void complete(Json& object, const char* key, std::string_view baseAddress) {
   const std::string text = object.at(key).get<std::string>();
   if (text.starts_with('/')) object[key] = std::string(baseAddress) + text;
@@ -84,8 +105,8 @@ Configuration Configuration::load(const std::filesystem::path& file,
 Configuration Configuration::parse(std::string_view text) {
   const Json document = parseJson(text);
   const JsonObject fields(document, "");
-  fields.allowOnly({"acceptedKeys", "publicAddress", "layoutData", "showTrackerView", "showTesselLumicor", "tlDefaults",
-                    "chatHistory"});
+  fields.allowOnly({"acceptedKeys", "publicAddress", "teaching", "layoutData", "showTrackerView", "showTesselLumicor",
+                    "tlDefaults", "chatHistory"});
   Configuration result;
   if (fields.has("acceptedKeys")) {
     for (std::string& key : fields.strings("acceptedKeys")) result.acceptedKeys_.insert(std::move(key));
@@ -99,6 +120,7 @@ Configuration Configuration::parse(std::string_view text) {
     if (!isAddress || result.publicAddress_.ends_with('/'))
       fields.complain("publicAddress", "must begin with http:// or https:// and not end with a slash");
   }
+  if (fields.has("teaching")) result.teachingLimits_ = readTeachingLimits(fields.object("teaching"));
   if (fields.has("layoutData")) checkLayout(fields.object("layoutData"));
   for (const auto* key : {"showTrackerView", "showTesselLumicor"})
     if (fields.has(key)) fields.boolean(key);
@@ -112,6 +134,7 @@ Configuration Configuration::parse(std::string_view text) {
   result.data_ = document;
   result.data_.erase("acceptedKeys");
   result.data_.erase("publicAddress");
+  result.data_.erase("teaching");
   if (result.returnsUploadedChat_) result.data_.erase("chatHistory");
   return result;
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "service/base/Json.h"
+#include "service/base/TeachingLimits.h"
 
 namespace service {
 
@@ -24,6 +25,10 @@ class Configuration {
   /// Whether the service serves applications with this key. With no list of keys every non-empty key is accepted.
   bool accepts(const std::string& secretKey) const;
 
+  /// How the host says that applications reach the service; empty when it does not.
+  const std::string& publicAddress() const { return publicAddress_; }
+  const TeachingLimits& teachingLimits() const { return teachingLimits_; }
+
   /// Whether "chatHistory" is to be what the user uploaded earlier.
   bool returnsUploadedChat() const { return returnsUploadedChat_; }
 
@@ -33,6 +38,7 @@ class Configuration {
  private:
   std::set<std::string> acceptedKeys_;
   std::string publicAddress_;
+  TeachingLimits teachingLimits_;
   Json data_ = Json::object();
   bool returnsUploadedChat_ = false;
 };
