@@ -2,8 +2,11 @@
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "service/Service.h"
+#include "service/TasksCommand.h"
+#include "service/base/Json.h"
 #include "service/base/LoadError.h"
 
 namespace {
@@ -51,12 +54,18 @@ int serve(const service::Arguments& arguments) {
 
 int main(int count, char** words) {
   try {
+    if (count > 1 && std::string_view(words[1]) == "tasks") {
+      service::runTasksCommand({words + 2, static_cast<std::size_t>(count - 2)});
+      return 0;
+    }
     const auto arguments = service::Arguments::parse({words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0)});
     if (!arguments.wantsHelp) return serve(arguments);
     std::fputs(service::Arguments::usage(), stdout);
     return 0;
   } catch (const service::LoadError& error) {
     return complain(error.what(), 2);
+  } catch (const service::JsonError& error) {
+    return complain(error.what(), 1);
   } catch (const std::exception& error) {
     return complain(error.what(), 1);
   }

@@ -18,15 +18,21 @@ std::int64_t millisecondsSince1970() {
 
 Service::Service(const Arguments& arguments, ServerLimits limits)
     : configuration_(Configuration::load(arguments.configurationFile, arguments.styleSheet)),
-      assistant_(TaskFile::load(arguments.taskFile)),
+      fileTasks_(TaskFile::load(arguments.taskFile)),
       store_(arguments.dataFolder),
+      demonstrations_(arguments.dataFolder, configuration_.teachingLimits()),
+      media_(arguments.dataFolder, configuration_.teachingLimits()),
+      tasks_(fileTasks_, demonstrations_),
       routes_(configuration_, limits.bodyBytes,
               arguments.exchangeFile ? &exchanges_.emplace(*arguments.exchangeFile, &millisecondsSince1970) : nullptr),
-      sdk_(configuration_, assistant_, store_, &millisecondsSince1970),
+      sdk_(configuration_, tasks_, store_, &millisecondsSince1970),
+      teaching_(configuration_, demonstrations_, media_, &millisecondsSince1970),
       server_(arguments.host, arguments.port, limits, routes_) {
   sdk_.setBaseAddress(server_.address());
   sdk_.setThinkingTime(arguments.thinkingTime);
   sdk_.addTo(routes_);
+  teaching_.setBaseAddress(server_.address());
+  teaching_.addTo(routes_);
   addAdminRoutes(routes_, store_);
   if (!arguments.assetFolder) return;
   const AssetFolder& assets = assets_.emplace(*arguments.assetFolder);

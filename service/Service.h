@@ -7,12 +7,13 @@
 #include "service/api/AssetFolder.h"
 #include "service/api/Routes.h"
 #include "service/api/SdkApi.h"
-#include "service/assistant/Assistant.h"
+#include "service/api/TeachingApi.h"
 #include "service/base/Arguments.h"
 #include "service/base/Configuration.h"
 #include "service/http/ExchangeLog.h"
 #include "service/http/Server.h"
 #include "service/store/Store.h"
+#include "service/teaching/TaskRoster.h"
 
 namespace service {
 
@@ -32,12 +33,16 @@ class Service {
 
  private:
   Configuration configuration_;
-  Assistant assistant_;
   std::optional<AssetFolder> assets_;
   std::optional<ExchangeLog> exchanges_;
+  const std::vector<Task> fileTasks_;
   Store store_;
+  DemonstrationStore demonstrations_;
+  MediaFolder media_;
+  TaskRoster tasks_;
   Routes routes_;
   SdkApi sdk_;
+  TeachingApi teaching_;
   Server server_;
 };
 

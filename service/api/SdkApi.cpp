@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "service/api/Routes.h"
-#include "service/assistant/Assistant.h"
 #include "service/base/Configuration.h"
 #include "service/store/Store.h"
+#include "service/teaching/TaskRoster.h"
 
 namespace service {
 namespace {
@@ -53,8 +53,8 @@ const char* nameOf(Reply::Kind kind) {
 
 }  // namespace
 
-SdkApi::SdkApi(const Configuration& configuration, const Assistant& assistant, Store& store, Now now)
-    : configuration_(configuration), assistant_(assistant), store_(store), now_(std::move(now)) {}
+SdkApi::SdkApi(const Configuration& configuration, TaskRoster& tasks, Store& store, Now now)
+    : configuration_(configuration), tasks_(tasks), store_(store), now_(std::move(now)) {}
 
 void SdkApi::addTo(Routes& routes) {
   const auto bind = [this](auto method) {
@@ -81,7 +81,7 @@ Json SdkApi::getSteps(const Identity& who, const JsonObject& body) {
   const std::string query = limitedString(body, "query", kMaximumQuery);
   const std::vector<ChatMessage> history =
       body.has("chat_history") ? readMessages(body, "chat_history") : std::vector<ChatMessage>();
-  const Reply reply = assistant_.answer(query, history);
+  const Reply reply = tasks_.assistant()->answer(query, history);
   store_.addQuery({0, now_(), who.userId, query, nameOf(reply.kind), reply.taskId, reply.score});
   return {{"isAction", reply.kind == Reply::Kind::Steps ? 1 : 0},
           {"answer", reply.answer},

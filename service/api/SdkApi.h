@@ -10,10 +10,10 @@
 
 namespace service {
 
-class Assistant;
 class Configuration;
 class Routes;
 class Store;
+class TaskRoster;
 
 /// What an application calls: start, request, event, chat upload. Any thread once serving.
 class SdkApi {
@@ -22,7 +22,7 @@ class SdkApi {
   using Now = std::function<std::int64_t()>;
 
   /// Everything is borrowed.
-  SdkApi(const Configuration& configuration, const Assistant& assistant, Store& store, Now now);
+  SdkApi(const Configuration& configuration, TaskRoster& tasks, Store& store, Now now);
 
   /// Adds the paths under /sdk/; this object must outlive the routes.
   void addTo(Routes& routes);
@@ -39,7 +39,7 @@ class SdkApi {
   Json uploadMessages(const Identity& who, const JsonObject& body);
 
   const Configuration& configuration_;
-  const Assistant& assistant_;
+  TaskRoster& tasks_;
   Store& store_;
   const Now now_;
   std::string baseAddress_;

@@ -59,6 +59,7 @@ Arguments Arguments::parse(std::span<const char* const> words) {
 
 const char* Arguments::usage() {
   return "lumicor-service --data DIR --config FILE --tasks FILE [options]\n"
+         "lumicor-service tasks list|show|name|slot|remove ... (see tasks --help)\n"
          "\n"
          "Answers the in-app assistant over HTTP.\n"
          "\n"

@@ -2,9 +2,11 @@
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 
 #include "service/store/Database.h"
+#include "tests/service/Flow.h"
 #include "tests/service/TemporaryFolder.h"
 #include "tests/service/Wire.h"
 
@@ -158,6 +160,81 @@ TEST_F(ProgramTest, LeavesAReadableDatabaseWhenItIsKilled) {
   const Json events = get(portOf(program), "/admin/events?limit=40").json()["data"]["events"];
   ASSERT_EQ(events.size(), std::size_t{kEvents});
   EXPECT_EQ(events[kEvents - 1]["taskId"], std::to_string(kEvents - 1));
+}
+
+TEST_F(ProgramTest, NamesWhatWasTaughtWhileTheServiceRuns) {
+  Program service(words());
+  const int port = portOf(service);
+  const std::string id = teach(port, orderFlow());
+  const std::string data = folder_.path() / "data";
+  const auto tasks = [&](std::vector<std::string> arguments, int code = 0) {
+    arguments.insert(arguments.begin(), "tasks");
+    arguments.insert(arguments.end(), {"--data", data});
+    Program program(arguments);
+    const std::string output = program.readOutput() + program.readError();
+    EXPECT_EQ(program.wait(), code) << output;
+    return output;
+  };
+  const auto taskFor = [&](const std::string& query) {
+    return post(port, "/sdk/steps/get", Json{{"query", query}}.dump()).json()["data"]["taskId"].get<std::string>();
+  };
+  EXPECT_EQ(tasks({"list"}), id + "  unnamed  9 actions\n");
+  EXPECT_EQ(taskFor("fetch assam for York"), "");
+  EXPECT_EQ(tasks({"name", id, "Fetch tea", "--sample", "fetch 4 sencha for Leeds", "--sample", "get me {tea}"}),
+            "fetch {quantity} {tea} for {city}\nget me {tea}\n");
+  EXPECT_EQ(taskFor("fetch assam for York"), id);
+  EXPECT_EQ(tasks({"slot", id, "tea", "--choice", "Matcha=tea-matcha", "--ask", "Which tea?"}), "");
+  EXPECT_EQ(Json::parse(tasks({"show", id}))["slots"][0]["ask"], "Which tea?");
+  EXPECT_EQ(tasks({"list"}), id + "  answered  9 actions  \"Fetch tea\"\n");
+  EXPECT_THAT(tasks({"slot", id, "milk"}, 1), HasSubstr("there is no slot \"milk\""));
+  EXPECT_THAT(tasks({"name", id, "Order", "--colour", "red"}, 2), HasSubstr("\"--colour\" is not an option"));
+  EXPECT_THAT(tasks({"brew"}, 2), HasSubstr("\"tasks brew\" is not a command"));
+  EXPECT_EQ(tasks({"remove", id}), "");
+  EXPECT_EQ(taskFor("fetch assam for York"), "");
+  EXPECT_THAT(tasks({"show", id}, 1), HasSubstr("there is no demonstration"));
+
+  Program elsewhere({"tasks", "list", "--data", folder_.path()});
+  EXPECT_EQ(elsewhere.wait(), 2) << "no database is made where there was none";
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "lumicor.sqlite"));
+}
+
+/// The words of a command line; double quotes hold blanks together.
+std::vector<std::string> wordsOf(const std::string& line) {
+  std::vector<std::string> words(1);
+  bool isQuoted = false;
+  for (const char c : line) {
+    if (c == '"')
+      isQuoted = !isQuoted;
+    else if (c == ' ' && !isQuoted)
+      words.emplace_back();
+    else
+      words.back() += c;
+  }
+  return words;
+}
+
+TEST_F(ProgramTest, DoesWhatTheDocumentShows) {
+  std::string id;
+  {
+    Program service(words());
+    id = teach(portOf(service), orderFlow());
+  }
+  std::istringstream document(readFile(std::string(SERVICE_DOCUMENTS) + "/tasks.md"));
+  std::string outputs;
+  int commands = 0;
+  for (std::string line; std::getline(document, line);) {
+    if (!line.starts_with("    lumicor-service tasks ")) continue;
+    std::vector<std::string> arguments = wordsOf(line.substr(4));
+    arguments.erase(arguments.begin());
+    std::replace(arguments.begin(), arguments.end(), std::string("taught-2f0c..."), id);
+    std::replace(arguments.begin(), arguments.end(), std::string("DIR"), (folder_.path() / "data").string());
+    Program program(arguments);
+    outputs += program.readOutput();
+    EXPECT_EQ(program.wait(), 0) << line << program.readError();
+    ++commands;
+  }
+  EXPECT_EQ(commands, 5);
+  EXPECT_THAT(outputs, HasSubstr("\norder {quantity} {tea} to {city}\nbuy {tea}\n"));
 }
 
 }  // namespace

@@ -152,8 +152,10 @@ TEST(ExchangeLog, HoldsEveryExchangeOnALineOfItsOwnAndNoKey) {
   EXPECT_EQ(exchanges[1]["responseBody"], "(28 bytes of image/png)");
   EXPECT_EQ(exchanges[2]["status"], 400);
   EXPECT_THAT(service.exchanges(), Not(HasSubstr("bakery-key")));
-  for (const auto& entry : std::filesystem::directory_iterator(data.path()))
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(data.path())) {
+    if (!entry.is_regular_file()) continue;
     EXPECT_THAT(readFile(entry.path()), Not(HasSubstr("bakery-key"))) << entry.path();
+  }
 }
 
 TEST(ExchangeLog, StaysReadableWhateverWasSent) {
