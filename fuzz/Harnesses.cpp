@@ -7,10 +7,12 @@
 namespace fuzz {
 
 std::span<const Harness> harnesses() {
-  static constexpr Harness all[] = {
-      {"json", json},   {"records", records},   {"url", url},         {"color", color},
-      {"font", font},   {"picture", picture},   {"request", request}, {"connection", connection},
-      {"tasks", tasks}, {"scenario", scenario}, {"solver", solver}};
+  static constexpr Harness all[] = {{"json", json},         {"records", records},
+                                    {"url", url},           {"color", color},
+                                    {"font", font},         {"picture", picture},
+                                    {"request", request},   {"connection", connection},
+                                    {"tasks", tasks},       {"demonstration", demonstration},
+                                    {"scenario", scenario}, {"solver", solver}};
   return all;
 }
 

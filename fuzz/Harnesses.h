@@ -22,6 +22,8 @@ void request(std::string_view input);
 /// What a client sends to a running service: anything at all, or behind a digit the body for one of its paths.
 void connection(std::string_view input);
 void tasks(std::string_view input);
+/// The snapshots of a demonstration: whatever a sound one shows, a task that can be read is made of it.
+void demonstration(std::string_view input);
 void scenario(std::string_view input);
 /// A program of additions, removals and moves of constraints, the end of which is compared with a solver that never
 /// knew anything else.

@@ -24,10 +24,12 @@ void request(std::string_view input) {
 
 void connection(std::string_view input) {
   using namespace std::chrono_literals;
-  // Whatever is left unsaid ends with the connection's half that is closed: the limits are for a machine that stands still.
+  // Whatever is left unsaid ends with the connection's half that is closed: the limits are for a machine that stands
+  // still.
   static RunningService running({.headTime = 10s, .bodyTime = 10s, .writeTime = 10s, .lingerTime = 50ms});
-  constexpr std::array<std::string_view, 4> paths{"/sdk/init", "/sdk/steps/get", "/sdk/event/log",
-                                                  "/sdk/messages/upload"};
+  constexpr std::array<std::string_view, 7> paths{
+      "/sdk/init",          "/sdk/steps/get",         "/sdk/event/log",   "/sdk/messages/upload",
+      "/sdk/task/register", "/sdk/snapshot/register", "/sdk/media/upload"};
   const std::size_t path = input.empty() ? paths.size() : static_cast<std::size_t>(input[0] - '0');
   Wire wire(running.port());
   wire.send(path < paths.size() ? postRequest(paths[path], input.substr(1)) : std::string(input));
