@@ -17,6 +17,7 @@ struct LumicorAction {
   Ref<UIView> view;                  ///< none for a bar's item that no bar shows
   std::string identifier;            ///< by which the view, or the item that it stands for, is found again
   std::optional<std::string> value;  ///< what was chosen, where the view itself cannot tell
+  std::string id;                    ///< the same for all that came of one doing
 };
 
 /// The elements that a snapshot singles out. Main thread.

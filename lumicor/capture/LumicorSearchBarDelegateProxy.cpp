@@ -49,6 +49,8 @@ void LumicorSearchBarDelegateProxy::searchBarTextDidChange(const Ref<UISearchBar
 void LumicorSearchBarDelegateProxy::searchBarSearchButtonClicked(const Ref<UISearchBar>& searchBar) {
   static const SEL clicked = sel("searchBarSearchButtonClicked:");
   const Ref<NSObject> keeper = shared_from_this();
+  cancelPending();
+  const LumicorTrackingTask::Doing doing;
   registerNow(triggered, searchBar);
   forward(clicked, searchBar);
 }
@@ -56,6 +58,8 @@ void LumicorSearchBarDelegateProxy::searchBarSearchButtonClicked(const Ref<UISea
 void LumicorSearchBarDelegateProxy::searchBarCancelButtonClicked(const Ref<UISearchBar>& searchBar) {
   static const SEL clicked = sel("searchBarCancelButtonClicked:");
   const Ref<NSObject> keeper = shared_from_this();
+  cancelPending();
+  const LumicorTrackingTask::Doing doing;
   registerNow("searchCancelled", searchBar);
   searchBar->setText("");
   searchBar->resignFirstResponder();

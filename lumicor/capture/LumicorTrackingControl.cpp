@@ -49,10 +49,19 @@ void LumicorTrackingTask::start() {
   LumicorScreenshots::begin();
   setBar(startTitle, false, "starting");
   recording.showLoader();
-  if (const auto screen = LumicorUtils::getCurrentViewController()) handleScreenChange(screen);
+  if (const auto screen = LumicorUtils::getCurrentViewController()) beginOn(screen);
   if (!LumicorUtils::isRunningOnSimulator()) return recording.startRecording();
   recording.goWithoutRecording();
   recordingBegan();
+}
+
+/// It may have been in front before anybody looked.
+void LumicorTrackingTask::beginOn(const Ref<UIViewController>& screen) {
+  if (LumicorUtils::shouldTrack(NSStringFromClass(screen->classForCoder()))) {
+    Lumicor::shared().setCurrentViewController(screen);
+    setUpScreen(screen);
+  }
+  handleScreenChange(screen);
 }
 
 void LumicorTrackingTask::stop() {

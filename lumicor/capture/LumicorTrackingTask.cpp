@@ -28,13 +28,12 @@ Ref<UIView> currentScreen() {
   return screen ? screen->viewIfLoaded() : nullptr;
 }
 
-LumicorSnapshot snapshotFor(const LumicorAction& action) {
+LumicorSnapshot snapshotFor(const LumicorAction& action, std::int64_t index) {
   LumicroElement actionElement = LumicorActionElement::of(action);
   const Ref<UIView> screen = currentScreen();
   LumicorScreenElements content;
   if (screen) content = LumicorElementsTask::getAllElements(screen, action.name);
   const CGSize size = screen ? screen->bounds().size : CGSize();
-  const std::vector<LumicorSnapshot>& flow = LumicorTrackingTask::taskFlow;
   std::vector<LumicroElement> inputs = LumicorActionElement::inputsAmong(content.elements);
   return {Lumicor::shared().getCurrentView(),
           LumicorUtils::truncated(size.height),
@@ -46,7 +45,7 @@ LumicorSnapshot snapshotFor(const LumicorAction& action) {
           std::move(content.scrollDetails),
           "Default",
           "",
-          flow.empty() ? 0 : flow.back().index() + 1};
+          index};
 }
 
 /// An action may bring controls to the screen without another one coming to the front.
@@ -57,9 +56,9 @@ void lookAfterNewControls() {
   });
 }
 
-void append(const LumicorAction& action) {
+void append(const LumicorAction& action, std::int64_t index) {
   LumicorScreenshots::take(Lumicor::shared().getCurrentView());
-  LumicorTrackingTask::taskFlow.push_back(snapshotFor(action));
+  LumicorTrackingTask::taskFlow.push_back(snapshotFor(action, index));
   tell("Action registered. Proceed...");
   lookAfterNewControls();
 }
@@ -73,20 +72,32 @@ bool isOfTheControlBar(const Ref<UIView>& view) {
 
 // ---- Actions
 
+std::int64_t LumicorTrackingTask::nextIndex() { return taskFlow.empty() ? 0 : taskFlow.back().index() + 1; }
+
+LumicorTrackingTask::Doing::Doing() {
+  if (doings_++ > 0) return;
+  LumicorPendingInputs::settle();  // which is a doing of its own
+  doing_ = nextIndex();
+}
+
+LumicorTrackingTask::Doing::~Doing() { --doings_; }
+
 void LumicorTrackingTask::registerAction(const std::string& name, const Ref<UIView>& view,
                                          const std::optional<std::string>& identifier,
                                          const std::optional<std::string>& value) {
   if (!Lumicor::isTracking || isClosed_ || isOfTheControlBar(view)) return;
   LumicorPendingInputs::settle();
   if (!identifier) return tell("Accessibility Identifier not found");
-  append({name, view, *identifier, value});
+  const Doing doing;
+  append({name, view, *identifier, value, std::to_string(doing_)}, nextIndex());
 }
 
 /// The screen as the demonstration left it; it needs no name, as nothing was done to it.
 void LumicorTrackingTask::registerClosing() {
   const Ref<UIView> screen = currentScreen();
   const std::optional<std::string> identifier = screen ? screen->accessibilityIdentifier() : std::nullopt;
-  append({"Recording Stopped", screen, identifier.value_or(""), std::nullopt});
+  const std::int64_t index = nextIndex();
+  append({"Recording Stopped", screen, identifier.value_or(""), std::nullopt, std::to_string(index)}, index);
 }
 
 void LumicorTrackingTask::registerUserAction(const std::string& actionName, const Ref<UIView>& view,
@@ -96,6 +107,7 @@ void LumicorTrackingTask::registerUserAction(const std::string& actionName, cons
 
 void LumicorTrackingTask::handleControlAction(const std::string& actionName, const Ref<UIControl>& control,
                                               const LumicorOriginalAction& original) {
+  const Doing doing;
   registerUserAction(actionName, control);
   original.send();
 }
@@ -109,6 +121,7 @@ void LumicorTrackingTask::registerItem(const std::string& actionName, const UIBa
 
 void LumicorTrackingTask::handleBarButtonAction(const std::string& actionName, const Ref<UIBarButtonItem>& item,
                                                 const LumicorOriginalAction& original) {
+  const Doing doing;
   registerItem(actionName, *item);
   const LumicorBarButtonItemHooks::HandedOver once(item.get());
   original.send();
@@ -116,6 +129,7 @@ void LumicorTrackingTask::handleBarButtonAction(const std::string& actionName, c
 
 void LumicorTrackingTask::handleBarButtonPress(const std::string& actionName, const Ref<UIBarButtonItem>& item,
                                                const std::function<void()>& sendOriginal) {
+  const Doing doing;
   registerItem(actionName, *item);
   sendOriginal();
 }
@@ -124,6 +138,7 @@ void LumicorTrackingTask::handleTabSelection(const std::string& actionName, cons
                                              const Ref<UIViewController>& selected,
                                              const Ref<NSObject>& originalDelegate) {
   static const SEL didSelect = sel("tabBarController:didSelectViewController:");
+  const Doing doing;
   registerUserAction(actionName, controller->tabBar());
   sendOptional(originalDelegate, didSelect, controller, selected);
 }

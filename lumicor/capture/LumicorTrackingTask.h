@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,6 +22,16 @@ class LumicorTrackingTask {
  public:
   /// The demonstration under way, in the order in which its actions were registered.
   inline static std::vector<LumicorSnapshot> taskFlow;
+
+  /// While one lives, whatever is registered is one doing of the person: what an action brings about by itself, such as
+  /// the screen that leaves when "Save" was pressed, bears the `actionId` of that action.
+  class Doing {
+   public:
+    Doing();
+    ~Doing();
+    Doing(const Doing&) = delete;
+    Doing& operator=(const Doing&) = delete;
+  };
 
   // ---- Actions. One without an identifier is told to the person and not registered; whatever becomes of it, the
   // application hears what it would have heard without tracking.
@@ -62,12 +73,17 @@ class LumicorTrackingTask {
   static void recordingReset();
 
  private:
+  static void beginOn(const Ref<UIViewController>& screen);
   static void registerClosing();
   static void registerItem(const std::string& actionName, const UIBarButtonItem& item);
   static void registerAction(const std::string& name, const Ref<UIView>& view,
                              const std::optional<std::string>& identifier, const std::optional<std::string>& value);
 
-  inline static bool isClosed_ = false;  // stopped, and on its way to the service
+  static std::int64_t nextIndex();
+
+  inline static int doings_ = 0;          // those that live
+  inline static std::int64_t doing_ = 0;  // the index of the first action of the outermost
+  inline static bool isClosed_ = false;   // stopped, and on its way to the service
 };
 
 }  // namespace lumicor

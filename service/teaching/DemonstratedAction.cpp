@@ -225,6 +225,7 @@ DemonstratedAction DemonstratedAction::read(const SnapshotRecord& snapshot) {
   if (action.kind == Kind::Cell) action.alternatives = alternativesOn(snapshot);
   action.numbers = numbersOn(snapshot);
   action.isSecret = action.kind == Kind::Text && isBullets(element.value);
+  if (element.actionId != "Default") action.doing = element.actionId;
   return action;
 }
 
@@ -235,7 +236,8 @@ Json DemonstratedAction::json() const {
                {"type", actionType},
                {"value", value},
                {"shown", shown},
-               {"isSecret", isSecret}};
+               {"isSecret", isSecret},
+               {"doing", doing}};
   for (const char* list : {"scrolls", "alternatives", "numbers"}) json[list] = Json::array();
   for (const ScrollPosition& scroll : scrolls) json["scrolls"].push_back({scroll.viewId, scroll.x, scroll.y});
   for (const Alternative& other : alternatives) json["alternatives"].push_back({other.name, other.elementId});
@@ -254,7 +256,8 @@ DemonstratedAction DemonstratedAction::fromJson(const Json& json) {
                             {},
                             {},
                             {},
-                            json.at("isSecret")};
+                            json.at("isSecret"),
+                            json.at("doing")};
   for (const Json& scroll : json.at("scrolls")) action.scrolls.push_back({scroll[0], scroll[1], scroll[2]});
   for (const Json& other : json.at("alternatives")) action.alternatives.push_back({other[0], other[1]});
   for (const Json& number : json.at("numbers")) action.numbers.push_back({number[0], number[1], number[2]});
@@ -269,7 +272,10 @@ std::vector<DemonstratedAction> foldActions(std::vector<DemonstratedAction> acti
   std::vector<DemonstratedAction> folded;
   for (DemonstratedAction& action : actions) {
     action.isSecret = action.kind == Kind::Text && secrets.contains({action.viewName, action.elementId});
-    if (!folded.empty() && replaces(action, folded.back()))
+    const bool isBroughtAbout = !folded.empty() && !action.doing.empty() && action.doing == folded.back().doing;
+    // The number of a tab says more than the press of its button.
+    if (isBroughtAbout && action.kind != Kind::Tab) continue;
+    if (isBroughtAbout || (!folded.empty() && replaces(action, folded.back())))
       folded.back() = std::move(action);
     else
       folded.push_back(std::move(action));

@@ -35,6 +35,7 @@ struct DemonstratedAction {
   std::vector<Alternative> alternatives;  ///< of a cell: the ones on the screen, the chosen one first
   std::vector<ShownNumber> numbers;
   bool isSecret = false;  ///< typed into a field that shows bullets
+  std::string doing;      ///< the same for an action and what it brought about by itself; empty when that is not known
 
   static DemonstratedAction read(const SnapshotRecord& snapshot);
 
@@ -48,8 +49,9 @@ struct DemonstratedAction {
 };
 
 /// The actions of a whole flow (without its closing snapshot) as they are to be repeated: what was done to one control
-/// several times in a row, of which only the last counts, is one action; a repeated press is meant and stays. What was
-/// typed into a field that ever showed bullets is secret wherever it was typed.
+/// several times in a row, of which only the last counts, is one action; a repeated press is meant and stays. What an
+/// action brought about by itself, as a press of "Save" that leads back, is not repeated beside it. What was typed into
+/// a field that ever showed bullets is secret wherever it was typed.
 std::vector<DemonstratedAction> foldActions(std::vector<DemonstratedAction> actions);
 
 }  // namespace service

@@ -28,7 +28,7 @@ std::int64_t readPoints(const JsonObject& fields, std::string_view key) {
 }
 
 ElementRecord readElement(const JsonObject& fields) {
-  for (const auto* key : {"fragmentId", "actionId", "destination", "elementDescription"}) fields.string(key);
+  for (const auto* key : {"fragmentId", "destination", "elementDescription"}) fields.string(key);
   fields.boolean("isNavigational");
   return {fields.string("elementId"),
           fields.string("actionName"),
@@ -38,7 +38,8 @@ ElementRecord readElement(const JsonObject& fields) {
           readPoints(fields, "x"),
           readPoints(fields, "y"),
           readPoints(fields, "width"),
-          readPoints(fields, "height")};
+          readPoints(fields, "height"),
+          fields.string("actionId")};
 }
 
 std::vector<ElementRecord> readElements(const JsonObject& fields, std::string_view key) {

@@ -19,6 +19,7 @@ struct ElementRecord {
   std::int64_t y = 0;
   std::int64_t width = 0;
   std::int64_t height = 0;
+  std::string actionId;  ///< the same for all that came of one doing of the person; may be empty or "Default"
 
   /// Whether the middle of `other` lies in this element.
   bool holds(const ElementRecord& other) const;

@@ -51,14 +51,16 @@ class Draft {
       note("what was typed into \"" + action.elementId + "\" is secret: that step is left out");
       return 1;
     }
+    if (action.kind == Kind::Tap && action.actionType == "TYPE_DEFAULT") {
+      note("the tap on \"" + action.elementId + "\" is left out: a step operates controls and the cells of lists only");
+      return 1;
+    }
     Json step = stepFor(action);
     if (action.kind == Kind::Text || action.kind == Kind::Search) step["value"] = typed(action);
     if (action.kind == Kind::Picker) step["value"] = picked(action);
     if (action.kind == Kind::Cell) step["elementId"] = chosen(action);
     if (action.kind == Kind::Adjustment)
       note("\"" + action.elementId + "\" can be touched by a step, but not set to a value");
-    if (action.kind == Kind::Tap && action.actionType == "TYPE_DEFAULT")
-      note("the tap on \"" + action.elementId + "\" can be repeated only if that is a cell of a list");
     steps_.push_back(std::move(step));
     return 1;
   }

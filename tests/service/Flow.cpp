@@ -15,7 +15,7 @@ Json FlowElement::json(const std::string& actionName) const {
           {"height", height},
           {"actionName", actionName},
           {"isNavigational", false},
-          {"actionId", ""},
+          {"actionId", actionId},
           {"destination", ""},
           {"value", value},
           {"elementDescription", "Default"},

@@ -16,6 +16,7 @@ struct FlowElement {
   std::string value = "";
   std::int64_t y = 0;
   std::int64_t height = 44;
+  std::string actionId = "";
 
   Json json(const std::string& actionName = "") const;
 };

@@ -69,10 +69,10 @@ TEST(TaskDraft, MakesTheStepOfEverySourceOfActions) {
   EXPECT_THAT(
       stepsOf(draftOf(flow)),
       ElementsAre("TABBAR tabs 1 @HomeScreen", "BAR_BUTTON_ITEM edit  @HomeScreen [HomeScreen-grid 60]",
-                  "DEFAULT card  @HomeScreen [HomeScreen-grid 60]", "BUTTON pay{{now}}  @HomeScreen",
-                  "TOGGLE wifi  @HomeScreen", "EDIT_TEXT cityField {city} @HomeScreen",
-                  "EDIT_TEXT noteView {note} @HomeScreen", "SEARCH teaSearch {tea_search} @HomeScreen",
-                  "SEARCH_CANCEL teaSearch  @HomeScreen", "PICKER_VIEW slotField {slot.position} @HomeScreen",
+                  "BUTTON pay{{now}}  @HomeScreen", "TOGGLE wifi  @HomeScreen",
+                  "EDIT_TEXT cityField {city} @HomeScreen", "EDIT_TEXT noteView {note} @HomeScreen",
+                  "SEARCH teaSearch {tea_search} @HomeScreen", "SEARCH_CANCEL teaSearch  @HomeScreen",
+                  "PICKER_VIEW slotField {slot.position} @HomeScreen",
                   "PICKER_VIEW sizeWheel {size.position} @HomeScreen", "DEFAULT {segue_identifier.id}  @HomeScreen",
                   "DEFAULT {leaf.id}  @HomeScreen [HomeScreen-LumicorCollectionView-list-0-7 0]",
                   "DEFAULT {leaf_2.id}  @HomeScreen", "SYSTEM_BACK backButton  @HomeScreen"));
@@ -98,6 +98,25 @@ TEST(TaskDraft, FoldsWhatCountsOnlyAsALastValueAndKeepsPressesThatAreMeant) {
   EXPECT_THAT(slotsOf(draft), ElementsAre("name:text=Ada", "other:text=b", "name_2:text=Ada L", "find:text=sencha",
                                           "wheel:one-of=row 4", "wheel_2:one-of=row 2"));
   EXPECT_THAT(draft["notes"].dump(), HasSubstr("\\\"volume\\\" can be touched by a step, but not set"));
+}
+
+TEST(TaskDraft, RepeatsNothingThatAnActionBringsAboutByItself) {
+  const auto press = [](const char* id, const char* doing) {
+    return FlowElement{id, "TYPE_INPUT", "TYPE_BUTTON", "", 0, 44, doing};
+  };
+  const auto back = [](const char* doing) {
+    return FlowElement{"backButton", "TYPE_SYSTEM_BACK", "TYPE_DEFAULT", "", 0, 44, doing};
+  };
+  Flow flow;
+  flow.on("HomeScreen").act("Action on Optional(\"tabCart\")", press("tabCart", "0"));
+  flow.act("tabbar", {"tabs", "TYPE_TABBAR", "TYPE_DEFAULT", "1", 0, 44, "0"});
+  flow.on("EditScreen").act("Action on Optional(\"save\")", press("save", "2")).act("systemBack", back("2"));
+  flow.on("NoteScreen").act("Action on Optional(\"heart\")", press("heart", "4")).act("systemBack", back("5"));
+  flow.act("systemBack", back("Default")).act("systemBack", back("Default")).close();
+  EXPECT_THAT(stepsOf(draftOf(flow)),
+              ElementsAre("TABBAR tabs 1 @HomeScreen", "BUTTON save  @EditScreen", "BUTTON heart  @NoteScreen",
+                          "SYSTEM_BACK backButton  @NoteScreen", "SYSTEM_BACK backButton  @NoteScreen",
+                          "SYSTEM_BACK backButton  @NoteScreen"));
 }
 
 TEST(TaskDraft, KeepsNothingOfWhatASecretFieldEverHeld) {

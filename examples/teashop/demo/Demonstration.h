@@ -20,6 +20,7 @@ struct DemoAct {
 struct Demonstration {
   std::string title;                 ///< the name the task is given
   std::vector<std::string> samples;  ///< how it is asked for, with the values that were shown
+  std::function<void(DemoHands& hands)> before;  ///< where the person goes first, not recorded
   std::vector<DemoAct> acts;
   std::function<bool(const Shop& shop)> isKept;  ///< what showing it left in the shop's books
   DemoStory replay;                              ///< without the task's id, which the service gives

@@ -13,8 +13,11 @@ using screenReader::named;
 using screenReader::shows;
 using screenReader::textOf;
 
-/// Who gets a present, and what is written on it.
+/// Who gets which present, and what is written on it.
 struct Present {
+  std::string tea;
+  std::string teaId;
+  int packets;
   std::string name;
   std::string street;
   std::string city;
@@ -23,8 +26,9 @@ struct Present {
   std::string note;
 };
 
-const Present shown = {"Ada Lovelace", "12 Harbour Street", "Bristol", "Afternoon", 1, "Happy birthday"};
-const Present asked = {"Grace Hopper", "3 Quay Road", "Bath", "Afternoon", 1, "Well done"};
+const Present shown = {"Sencha Fukamushi", "sencha",    2, "Ada Lovelace",  "12 Harbour Street",
+                       "Bristol",          "Afternoon", 1, "Happy birthday"};
+const Present asked = {"Genmaicha", "genmaicha", 3, "Grace Hopper", "3 Quay Road", "Bath", "Afternoon", 1, "Well done"};
 
 std::function<std::string()> say(std::string text) {
   return [text = std::move(text)] { return text; };
@@ -52,23 +56,36 @@ DemoAct typed(std::string title, std::string field, const std::string& text, con
       }};
 }
 
+void goBack(DemoHands& hands) {
+  const auto bar = as<UINavigationBar>(screenReader::ofClass("UINavigationBar"));
+  if (bar) hands.tap(bar->backButtonView());
+}
+
 DemoAct goesBack(std::string title, std::string appears) {
   return {{std::move(title), "Go back", [appears] { return shows(appears); }, say("It is on the screen again")},
-          [](DemoHands& hands) {
-            const auto bar = as<UINavigationBar>(screenReader::ofClass("UINavigationBar"));
-            if (bar) hands.tap(bar->backButtonView());
-          }};
+          &goBack};
+}
+
+/// To the shop's first screen, from wherever the person is.
+void goToShop(DemoHands& hands) {
+  hands.tap(named("tabShop"));
+  hands.wait(1);
+  goBack(hands);
+  hands.wait(1);
 }
 
 std::vector<DemoAct> presentActs(const Present& present) {
   return {
       tapped("The Shop tab", "tabShop", "productList"),
-      tapped("The tea", "product-sencha", "addToCart"),
-      {{"Two packets", "Tap plus", [] { return textOf("quantityValue") == "2"; }, say("Two of them")},
-       tapOn("quantityPlus")},
+      tapped("The tea", "product-" + present.teaId, "addToCart"),
+      {{"How many", "Tap plus until there are " + std::to_string(present.packets),
+        [count = std::to_string(present.packets)] { return textOf("quantityValue") == count; }, read("quantityValue")},
+       [packets = present.packets](DemoHands& hands) {
+         for (int i = 1; i < packets; ++i) hands.tap(named("quantityPlus"));
+       }},
       {{"In the cart", "Tap \u201cAdd to cart\u201d", [] { return !textOf("addedNote").empty(); }, read("addedNote")},
        tapOn("addToCart")},
-      tapped("The cart", "tabCart", "cart-sencha"),
+      tapped("The cart", "tabCart", "cart-" + present.teaId),
       tapped("The form", "pay", "deliveryName"),
       typed("The name", "deliveryName", present.name, "\n"),
       typed("The street", "deliveryStreet", present.street, "\n"),
@@ -88,7 +105,7 @@ std::vector<DemoAct> presentActs(const Present& present) {
          hands.type(note);
        }},
       {{"Out of the fields", "Tap beside them", [] { return shows("deliveryForm"); }, say("The keyboard is away")},
-       [](DemoHands& hands) { hands.tap(named("deliverySummary")); }},
+       [](DemoHands& hands) { hands.tap(screenReader::labelReading("Notes")); }},
       {{"The order", "Tap \u201cPlace order\u201d", [] { return shows("orderNumber"); }, read("orderNumber")},
        tapOn("placeOrder")},
   };
@@ -105,7 +122,7 @@ bool isOrdered(const Shop& shop, const Present& present) {
   if (orders.empty() || orders.back().lines.size() != 1) return false;
   const Cart::Line& line = orders.back().lines.front();
   const Delivery& delivery = orders.back().delivery;
-  return line.product->id == "sencha" && line.quantity == 2 && delivery.name == present.name &&
+  return line.product->id == present.teaId && line.quantity == present.packets && delivery.name == present.name &&
          delivery.street == present.street && delivery.city == present.city &&
          delivery.slot.starts_with(present.time) && delivery.notes == present.note;
 }
@@ -113,16 +130,18 @@ bool isOrdered(const Shop& shop, const Present& present) {
 Demonstration sendPresent() {
   DemoStory replay;
   replay.title = "Asked for in other words, for somebody else";
-  replay.request = "Please have sencha brought to " + asked.name + ", " + asked.street + ", " + asked.city +
-                   " with the note " + asked.note;
+  replay.request = "Please have " + std::to_string(asked.packets) + " " + asked.tea + " brought to " + asked.name +
+                   ", " + asked.street + ", " + asked.city + " with the note " + asked.note;
   replay.stops = stopsOf(presentActs(asked));
   replay.outcome = "Done Place order";
-  replay.kept = "the newest order is 2 sencha for " + asked.name + ", " + asked.street + ", " + asked.city +
+  replay.kept = "the newest order is 3 genmaicha for " + asked.name + ", " + asked.street + ", " + asked.city +
                 ", in the afternoon, with the note";
   replay.isKept = [](const Shop& shop) { return isOrdered(shop, asked); };
-  return {"Send sencha as a present",
-          {"send sencha to " + shown.name + ", " + shown.street + ", " + shown.city + " with the note " + shown.note,
-           "sencha for " + shown.name + ", " + shown.street + ", " + shown.city + " with the note " + shown.note},
+  const std::string tea = std::to_string(shown.packets) + " " + shown.tea;
+  const std::string whereTo = shown.name + ", " + shown.street + ", " + shown.city + " with the note " + shown.note;
+  return {"Send tea as a present",
+          {"send " + tea + " to " + whereTo, "a present of " + tea + " for " + whereTo},
+          &goToShop,
           presentActs(shown),
           [](const Shop& shop) { return isOrdered(shop, shown); },
           std::move(replay)};
@@ -162,6 +181,7 @@ Demonstration keepStory() {
   replay.isKept = [](const Shop& shop) { return shop.favouriteStories.contains(firstStory); };
   return {"Look a tea up and keep the first story",
           {"look up matcha and keep the first story"},
+          &goToShop,
           storyActs("matcha"),
           [](const Shop& shop) { return shop.favouriteStories.contains(firstStory); },
           std::move(replay)};

@@ -47,11 +47,13 @@ Ref<UIView> screenReader::buttonTitled(const std::string& title) {
   });
 }
 
-bool screenReader::reads(const std::string& text) {
+Ref<UIView> screenReader::labelReading(const std::string& text) {
   return find([&](const Ref<UIView>& view) {
-           return labelSatisfies(view, [&](const std::string& shown) { return shown == text; });
-         }) != nullptr;
+    return labelSatisfies(view, [&](const std::string& shown) { return shown == text; });
+  });
 }
+
+bool screenReader::reads(const std::string& text) { return labelReading(text) != nullptr; }
 
 bool screenReader::readsPartly(const std::string& text) {
   return find([&](const Ref<UIView>& view) {

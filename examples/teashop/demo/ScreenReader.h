@@ -18,6 +18,8 @@ platform::Ref<platform::UIView> named(const std::string& accessibilityIdentifier
 platform::Ref<platform::UIView> ofClass(const std::string& className);
 /// A button that bears the title.
 platform::Ref<platform::UIView> buttonTitled(const std::string& title);
+/// A label that reads exactly so.
+platform::Ref<platform::UIView> labelReading(const std::string& text);
 /// Whether some label on the screen reads exactly so, or holds the text.
 bool reads(const std::string& text);
 bool readsPartly(const std::string& text);

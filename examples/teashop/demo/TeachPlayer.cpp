@@ -51,6 +51,9 @@ bool TeachPlayer::play() {
 bool TeachPlayer::show(const Demonstration& demonstration) {
   std::printf(" %s\n", demonstration.title.c_str());
   report_.begin("Shown once: " + demonstration.title, "");
+  if (!until("the control bar appears", [] { return barButton("Start") != nullptr; })) return false;
+  hands_.wait(pauseBetweenActs);
+  demonstration.before(hands_);
   if (!start()) return false;
   for (const DemoAct& act : demonstration.acts) {
     if (!perform(act)) return false;
@@ -61,8 +64,6 @@ bool TeachPlayer::show(const Demonstration& demonstration) {
 }
 
 bool TeachPlayer::start() {
-  if (!until("the control bar appears", [] { return barButton("Start") != nullptr; })) return false;
-  hands_.wait(pauseBetweenActs);
   hands_.tap(barButton("Start"));
   if (!until("the recording runs", [] { return barButton("Stop") != nullptr; })) return false;
   hands_.wait(pauseBetweenActs);
@@ -72,6 +73,8 @@ bool TeachPlayer::start() {
 
 bool TeachPlayer::perform(const DemoAct& act) {
   hands_.wait(pauseBetweenActs);
+  while (hasNewToast(registered)) {
+  }  // of the act before, which may have been registered more than once
   act.does(hands_);
   if (!until(act.stop.title, act.stop.isSeen)) return false;
   if (!until(act.stop.title + " is registered", [this] { return hasNewToast(registered); })) return false;

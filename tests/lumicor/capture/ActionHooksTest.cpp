@@ -377,6 +377,43 @@ TEST_F(TextFieldHookTest, LetsAFieldGoThatDiesWhileItsPauseRuns) {
 
 using BackHookTest = CaptureTest;
 
+/// A screen with a button "done" that leads back by itself.
+class LeavingPage : public Object<LeavingPage, UIViewController> {
+ public:
+  Ref<UIButton> done;
+  void viewDidLoad() override {
+    Super::viewDidLoad();
+    done = make<UIButton>(CGRect{0, 200, 300, 60});
+    done->setAccessibilityIdentifier("done");
+    done->addTarget(self(), sel("leave"), UIControlEvents::touchUpInside);
+    view()->addSubview(done);
+  }
+  void leave() { navigationController()->popViewControllerAnimated(false); }
+  static void exportMethods(MethodTable<LeavingPage>& table) { table.add<&LeavingPage::leave>("leave"); }
+};
+
+TEST_F(BackHookTest, TellsAWayBackThatAnActionBringsAboutFromAnActionOfThePerson) {
+  const auto navigation = make<UINavigationController>(page());
+  show(navigation);
+  const auto doings = [] {
+    std::vector<std::string> ids;
+    for (const LumicorSnapshot& snapshot : LumicorTrackingTask::taskFlow) {
+      ids.push_back(snapshot.actionElement().actionId());
+    }
+    return ids;
+  };
+  for (const bool byThePerson : {false, true}) {
+    const auto leaving = make<LeavingPage>();
+    navigation->pushViewController(leaving, false);
+    RunLoop::advance(1);
+    tap(byThePerson ? navigation->navigationBar()->backButtonView() : leaving->done);
+    RunLoop::advance(2);
+    ASSERT_EQ(navigation->topViewController(), page());
+  }
+  EXPECT_THAT(names(), ElementsAre("Action on Optional(\"done\")", "systemBack", "systemBack"));
+  EXPECT_THAT(doings(), ElementsAre("0", "0", "2"));
+}
+
 TEST_F(BackHookTest, NamesAndRegistersTheScreenThatIsPopped) {
   const auto navigation = make<UINavigationController>(page());
   show(navigation);

@@ -60,7 +60,7 @@ TEST_F(RegistrationOfActionsTest, TakesTheWholeScreenAtTheMomentOfTheAction) {
   const CGRect frame = button->frame();
   EXPECT_EQ(snapshot.actionElement(),
             LumicroElement("pay", "Default", 0, static_cast<std::int64_t>(frame.origin.y), 300, 60,
-                           "Action on Optional(\"pay\")", false, "Default", "Default", "Pay now", "Default",
+                           "Action on Optional(\"pay\")", false, "0", "Default", "Pay now", "Default",
                            LumicorType::TYPE_INPUT, LumicorInputType::TYPE_BUTTON));
   EXPECT_THAT(toasts(), ElementsAre("Action registered. Proceed..."));
   EXPECT_EQ(LumicorToast::shown()[0]->label()->font().pointSize(), 16);
@@ -257,8 +257,12 @@ TEST_F(ControlBarTest, SaysThatNothingWasRecordedAndSendsNothing) {
 TEST_F(ControlBarTest, LooksAfterTheFirstScreenAtOnce) {
   useSimulator();
   const auto search = add<UISearchBar>("find");
+  Lumicor::shared().setCurrentViewController(nullptr);  // it appeared before the session began
+  Lumicor::shared().setCurrentView("");
   begin();
   EXPECT_TRUE(search->delegate());
+  EXPECT_EQ(Lumicor::shared().getCurrentViewController(), page());
+  EXPECT_EQ(Lumicor::shared().getCurrentView(), "HostPage");
 }
 
 TEST_F(ControlBarTest, RegistersWhatWaitsAndThenTheClosingSnapshotLastOfAll) {
