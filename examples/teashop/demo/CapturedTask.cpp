@@ -34,6 +34,7 @@ CapturedAction actionOf(const std::filesystem::path& folder, const JSONValue& sn
   action.picture = mediaFile(folder, textOf(snapshot, "screenshotKey"));
   const JSONValue* const element = snapshot.find("actionElement");
   if (!element) return action;
+  action.doing = textOf(*element, "actionId");
   action.name = textOf(*element, "actionName");
   action.elementId = textOf(*element, "elementId");
   action.value = textOf(*element, "value");
@@ -60,7 +61,10 @@ std::vector<CapturedTask> capturedTasks(const std::filesystem::path& folder) {
       const auto body = parsed(*exchange, "requestBody");
       const JSONValue* const snapshot = body ? body->find("snapshot") : nullptr;
       const auto task = std::ranges::find(tasks, body ? textOf(*body, "taskId") : "", &CapturedTask::id);
-      if (snapshot && task != tasks.end()) task->actions.push_back(actionOf(folder, *snapshot));
+      if (!snapshot || task == tasks.end()) continue;
+      CapturedAction action = actionOf(folder, *snapshot);
+      const bool isBroughtAbout = !task->actions.empty() && task->actions.back().doing == action.doing;
+      if (!isBroughtAbout) task->actions.push_back(std::move(action));
     }
   }
   return tasks;

@@ -10,6 +10,7 @@ namespace teashop {
 
 /// What the assistant told the service of one action: on which element of which screen, with a picture of it.
 struct CapturedAction {
+  std::string doing;  ///< the same for an action and what it brought about by itself
   std::string name;
   std::string elementId;
   std::string value;
@@ -18,7 +19,7 @@ struct CapturedAction {
   platform::CGRect element;  ///< in points of the screen
 };
 
-/// What went over the wire for one demonstration.
+/// What went over the wire for one demonstration: what the person did, each thing once.
 struct CapturedTask {
   std::string id;
   std::string video;  ///< file name beside the report
