@@ -155,6 +155,8 @@ void LumicorTrackingTask::setUpScreen(const Ref<UIViewController>& screen) {
 
 void LumicorTrackingTask::handleScreenChange(const Ref<UIViewController>& screen) {
   LumicorProxyInstallation::forgetLostControls();
+  // Those of the screen that is going are let go of by the end of this turn.
+  DispatchQueue::main().async(&LumicorProxyInstallation::forgetLostControls);
   if (Lumicor::isTracking) LumicorProxyInstallation::installFor(*screen);
 }
 
