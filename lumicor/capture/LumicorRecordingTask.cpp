@@ -161,7 +161,8 @@ void LumicorRecordingTask::complete(const std::function<void()>& ending) {
 
 void LumicorRecordingTask::reset() {
   removeLoader();
-  recorder_ = nullptr;
+  const auto recorder = std::exchange(recorder_, nullptr);
+  if (recorder && recorder->recorder()->isRecording()) recorder->stopRecording([](const auto&) {});
   Lumicor::isTracking = false;
   LumicorTrackingTask::taskFlow.clear();
   LumicorScreenshots::drop();

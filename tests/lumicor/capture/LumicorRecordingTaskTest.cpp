@@ -171,6 +171,21 @@ TEST_F(RecordingTaskTest, SharesThePictureOfAScreenThatDidNotChange) {
   EXPECT_EQ(flow[0].screenshotKey(), flow[1].screenshotKey());
 }
 
+TEST_F(RecordingTaskTest, HandsALongDemonstrationOver) {
+  acceptAll();
+  useSimulator();
+  begin();
+  const auto view = add<UIView>("v");
+  for (int action = 0; action < 2000; ++action) LumicorTrackingTask::registerUserAction("a", view);
+  RunLoop::settle();
+  EXPECT_THAT(documents(), SizeIs(testing::Le(2U))) << "the screen was not drawn anew in between";
+  end();
+  const auto flow = registered();
+  ASSERT_THAT(flow, SizeIs(2001));
+  for (std::size_t i = 0; i < flow.size(); ++i) ASSERT_EQ(flow[i].index(), static_cast<std::int64_t>(i));
+  EXPECT_NE(flow[1999].screenshotKey(), "");
+}
+
 TEST_F(RecordingTaskTest, ShowsItsLoaderUntilTheFirstFrameAndAgainWhileItHandsOver) {
   const auto fake = useFakeRecorder();
   fake->asksForPermission = true;
