@@ -71,6 +71,8 @@ TEST_F(RPScreenRecorderTest, TellsItsStartThenBuffersThenItsStopAndNothingAfter)
 TEST_F(RPScreenRecorderTest, TheLastBufferHoldsWhatWasChangedRightBeforeTheStop) {
   start();
   advance(1);
+  content()->setBackgroundColor(UIColor::black());
+  settle();  // that was a frame, and the next one is not due yet
   content()->setBackgroundColor(UIColor(0, 0, 1, 1));
   stop();
   EXPECT_EQ(buffers_.back()->image().bitmap().pixel(100, 800), 0xff0000ffu);

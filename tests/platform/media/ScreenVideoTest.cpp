@@ -1,6 +1,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "platform/animation/FrameClock.h"
 #include "platform/graphics/UIImage.h"
 #include "platform/uikit/application/ScreenHost.h"
 #include "platform/uikit/application/UIApplication.h"
@@ -48,7 +49,10 @@ class ScreenVideoTest : public AppFixture {
 
 TEST_F(ScreenVideoTest, AStillScreenIsAVideoFromTheStartToTheStop) {
   Recording recording(recorder_, folder_.file("video.mp4"), {390, 844});
-  advance(2.5);
+  for (int i = 0; i < 25; ++i) {
+    FrameClock::shared().setNeedsFrame();  // frames in which nothing changes
+    advance(0.1);
+  }
   recording.stop();
   EXPECT_EQ(recording.writer()->status(), AVAssetWriterStatus::completed);
   EXPECT_EQ(recording.instants().size(), 3u);
@@ -162,10 +166,15 @@ TEST_F(ScreenVideoTest, APrivateViewIsBlackWhereverItGoes) {
   advance(0.2);
   UIView::animateWithDuration(0.5, [&] { secret->setFrame({250, 200, 100, 60}); });
   advance(0.7);
+  UIView::animateWithDuration(0.3, [&] { shade->setFrame({0, 150, 390, 300}); });
+  advance(0.5);
   secret->setTransform(CGAffineTransform::rotation(0.7));
   advance(0.2);
-  shade->setBounds({0, 150, 390, 300});  // scrolled half out of its clip
+  shade->setBounds({0, 220, 390, 300});  // scrolled half out of its clip
   advance(0.2);
+  const auto clipped = UIApplication::shared().captureImage(window())->cgImage();
+  EXPECT_TRUE(isNear(clipped->color(2 * 300, 2 * 145), white)) << "nothing is taken from beyond the clip";
+  EXPECT_TRUE(isNear(clipped->color(2 * 300, 2 * 160), UIColor::black()));
   // Its picture on the way somewhere else is as private.
   const auto picture = shade->snapshotViewAfterScreenUpdates(true);
   picture->setFrame({0, 450, 390, 300});
@@ -247,7 +256,13 @@ TEST_F(ScreenVideoTest, AWindowOnTheDesktopAndARecordingShareTheScreen) {
   host.reset();
   box->setBackgroundColor(green);
   advance(0.5);
+  CGRect told;
+  const Ref<ScreenDisplay> display = ScreenDisplay::shared();
+  const auto observer = display->addObserver([&](const CGRect& changed) { told = told.unionWith(changed); });
   host = std::make_unique<ScreenHost>("Shared");
+  advance(0.1);
+  EXPECT_EQ(told, CGRect(0, 0, 780, 1688)) << "a window that comes later shows everything";
+  display->removeObserver(observer);
   box->setBackgroundColor(blue);
   advance(0.5);
   recording.stop();
