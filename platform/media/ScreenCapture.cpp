@@ -61,7 +61,9 @@ class ScreenCapture::Delivery : public std::enable_shared_from_this<Delivery> {
   std::deque<CMSampleBufferRef> waiting_;
 };
 
-ScreenCapture::~ScreenCapture() = default;
+ScreenCapture::~ScreenCapture() {
+  if (display_) display_->removeObserver(observer_);
+}
 
 void ScreenCapture::abandon(const std::shared_ptr<ScreenCapture>& capture) {
   const auto leave = [capture] {

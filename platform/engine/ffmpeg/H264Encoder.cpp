@@ -8,7 +8,7 @@ namespace platform {
 
 namespace {
 
-// Chosen by measuring; docs/performance.md has the figures.
+// Chosen by measuring; docs/decisions.md has the figures.
 constexpr const char* preset = "ultrafast";
 constexpr const char* quality = "20";
 
