@@ -372,7 +372,7 @@ TEST_F(AssetWriterDeathTest, AProcessThatEndsInTheMiddleEndsWellAndLeavesNothing
   const auto leaveInTheMiddle = [&] {
     const auto writer = *AVAssetWriter::writerWithURL(URL::fileURL(file), AVFileTypeMPEG4);
     // Never let go of, as by a program that does not care.
-    auto* const kept = new Ref<AVAssetWriter>(writer);
+    static auto* const kept = new Ref<AVAssetWriter>(writer);
     const auto input = make<AVAssetWriterInput>(AVMediaTypeVideo, h264(512, 512));
     (*kept)->addInput(input);
     (*kept)->startWriting();
