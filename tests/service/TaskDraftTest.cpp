@@ -47,7 +47,11 @@ std::vector<std::string> slotsOf(const Json& draft) {
 
 TEST(TaskDraft, MakesTheStepOfEverySourceOfActions) {
   Flow flow;
-  flow.on("HomeScreen", {{"grid", "TYPE_DEFAULT", "TYPE_DEFAULT", "0.0 0.0", 0, 800}}).scrolled("grid", 60);
+  // Neither a list elsewhere on the screen nor a text that can be scrolled has to be put in place for a step.
+  flow.on("HomeScreen", {{"grid", "TYPE_DEFAULT", "TYPE_DEFAULT", "0.0 0.0", 0, 800},
+                         {"tips", "TYPE_DEFAULT", "TYPE_DEFAULT", "0.0 0.0", 800, 200},
+                         {"terms", "TYPE_TEXT", "TYPE_EDIT_TEXT", "long", 0, 800}});
+  flow.scrolled("grid", 60).scrolled("tips", 30).scrolled("terms", 10);
   flow.act("tabbar", {"tabs", "TYPE_TABBAR", "TYPE_DEFAULT", "1"});
   flow.act("uiBarButtonItem", {"edit", "TYPE_BAR_BUTTON_ITEM", "TYPE_BAR_BUTTON_ITEM", "Edit"});
   flow.act("UITapGestureRecognizer", {"card", "TYPE_DEFAULT", "TYPE_DEFAULT", ""});
