@@ -80,7 +80,7 @@ class Draft {
 
   std::string typed(const DemonstratedAction& action) {
     if (tokenise(action.value).empty()) return literal(action.value);
-    const std::string key = action.viewName + "\n" + action.elementId + "\n" + action.value;
+    const std::string key = "typed\n" + action.viewName + "\n" + action.elementId + "\n" + action.value;
     const std::string& name = slotNamed(key, slotNameFor(action.elementId, action.viewName), [&] {
       Json slot = {{"type", "text"}, {"example", action.value}};
       if (isSmallNumber(action.value)) slot.update({{"type", "number"}, {"minimum", 0}, {"maximum", 1'000'000}});
@@ -96,7 +96,7 @@ class Draft {
       return "";
     }
     const std::string row = action.value.substr(0, mark);
-    const std::string key = action.viewName + "\n" + action.elementId + "\n" + action.value;
+    const std::string key = "picked\n" + action.viewName + "\n" + action.elementId + "\n" + action.value;
     const std::string& name = slotNamed(key, slotNameFor(action.elementId, action.viewName), [&] {
       const std::string shown = action.shown.empty() ? "row " + row : action.shown;
       return Json{{"type", "one-of"},
@@ -117,7 +117,7 @@ class Draft {
     for (const Alternative& other : all) {
       if (other.elementId != action.elementId) shared = sharedBeginning(shared, other.elementId);
     }
-    const std::string key = action.viewName + "\n" + action.elementId;
+    const std::string key = "chosen\n" + action.viewName + "\n" + action.elementId;
     const std::string& name = slotNamed(key, slotNameFor(shared, action.viewName), [&] {
       Json choices = Json::array();
       for (const Alternative& other : all) {
