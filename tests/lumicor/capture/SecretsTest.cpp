@@ -9,6 +9,7 @@
 #include "platform/uikit/controls/UIButton.h"
 #include "platform/uikit/text/UITextField.h"
 #include "tests/lumicor/capture/DemonstrationTest.h"
+#include "tests/support/DecodedVideo.h"
 
 namespace lumicor::test {
 
@@ -101,6 +102,51 @@ TEST_F(SecretsTest, AreBulletsInPicturesAndBlackOnceTheirLettersShow) {
   EXPECT_NE(middles[0], black);
   middles.erase(middles.begin());
   EXPECT_THAT(middles, Each(black));
+}
+
+/// How many pixels of two places of pictures, of one size, are plainly different.
+int differences(const Bitmap& a, CGRect placeA, const Bitmap& b, CGRect placeB) {
+  constexpr int plain = 90;  // of 255; encoding changes less
+  int count = 0;
+  for (int y = 0; y < static_cast<int>(placeA.height()); ++y) {
+    for (int x = 0; x < static_cast<int>(placeA.width()); ++x) {
+      const auto green = [&](const Bitmap& picture, const CGRect& place) {
+        const auto at = [](double origin, int step) { return static_cast<int>(origin) + step; };
+        return static_cast<int>(picture.pixel(at(place.minX(), x), at(place.minY(), y)) >> 8 & 255);
+      };
+      count += std::abs(green(a, placeA) - green(b, placeB)) > plain;
+    }
+  }
+  return count;
+}
+
+TEST_F(SecretsTest, AreInNoFrameOfTheVideo) {
+  acceptAll();
+  const auto name = add<UITextField>("name");
+  begin();
+  tap(name);
+  type(canary);
+  typeSecret();
+  password_->setSecureTextEntry(false);
+  RunLoop::advance(1);
+  tap(name);
+  RunLoop::advance(3);
+  end();
+  const auto video = platform::test::DecodedVideo::read(folder() / "LumicorTaskRecording.mp4");
+  ASSERT_TRUE(video);
+  ASSERT_GT(video->frames.size(), 20U);
+  // What the letters look like is seen in the other field; of both, the part with the text is compared.
+  const auto text = [](const Ref<UITextField>& field) {
+    return CGRect{field->frame().minX(), field->frame().minY() + 15, 120, 30};
+  };
+  const Bitmap& last = video->frames.back().picture;
+  constexpr int letters = 60;  // pixels that tell a text from bullets, from nothing and from black
+  int shown = 0;
+  for (const auto& frame : video->frames) {
+    EXPECT_GT(differences(frame.picture, text(password_), last, text(name)), letters) << "at " << frame.begin;
+    shown += differences(frame.picture, text(name), last, text(name)) < letters / 3;
+  }
+  EXPECT_GT(shown, 10) << "letters that may be seen are found";
 }
 
 }  // namespace lumicor::test
