@@ -78,7 +78,7 @@ TEST(TiledBitmap, BlanksWhatIsNotToBeSeen) {
   int wrong = 0;
   for (int y = 0; y < seen.height(); ++y) {
     for (int x = 0; x < seen.width(); ++x) {
-      const bool isSecret = secret.contains(CGPoint(x, y));
+      const bool isSecret = secret.contains(CGPoint{double(x), double(y)});
       wrong += seen.pixel(x, y) != (isSecret ? 0xff000000u : bitmap.pixel(x, y));
     }
   }
