@@ -65,7 +65,7 @@ void NSTimer::fire() {
 void NSTimer::invalidate() {
   const Ref<NSTimer> keeper = self();  // the run loop's reference goes with the pending work
   const Block released = std::exchange(block_, nullptr);
-  if (pending_) std::exchange(pending_, nullptr)->cancel();
+  if (const Ref<DispatchWorkItem> pending = std::exchange(pending_, {}).lock()) pending->cancel();
 }
 
 }  // namespace platform

@@ -35,7 +35,7 @@ class NSTimer : public Object<NSTimer, NSObject> {
   double interval_ = 0;
   bool repeats_ = false;
   std::int64_t due_ = 0;  // nanoseconds of the clock
-  Ref<DispatchWorkItem> pending_;
+  Weak<DispatchWorkItem> pending_;  // it keeps the timer
 };
 
 using Timer = NSTimer;

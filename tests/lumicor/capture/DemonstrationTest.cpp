@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "lumicor/ui/LumicorToast.h"
 #include "platform/dispatch/RunLoop.h"
@@ -19,7 +20,12 @@ void FakeRecorder::startCapture(CaptureHandler handler, Completion completion) {
 }
 
 void FakeRecorder::answer() {
-  queue().async([completion = completion_, error = startError] { completion(error); });
+  queue().async([completion = std::exchange(completion_, nullptr), error = startError] { completion(error); });
+}
+
+void FakeRecorder::forget() {
+  handler_ = nullptr;
+  completion_ = nullptr;
 }
 
 void FakeRecorder::stopCapture(Completion completion) {
@@ -51,6 +57,7 @@ DemonstrationTest::~DemonstrationTest() {
   bar()->removeFromSuperview();
   Lumicor::shared().trackingButton = nullptr;
   RPScreenRecorder::setShared(nullptr);
+  if (fake_) fake_->forget();
   UIDevice::setProfile(DeviceProfile::phone());
   Bundle::main().setInfoDictionary(information_);
   FileManager::defaultManager().setDocumentDirectory({});
@@ -71,9 +78,9 @@ void DemonstrationTest::end() {
 }
 
 Ref<FakeRecorder> DemonstrationTest::useFakeRecorder() {
-  const auto fake = make<FakeRecorder>();
-  RPScreenRecorder::setShared(fake);
-  return fake;
+  fake_ = make<FakeRecorder>();
+  RPScreenRecorder::setShared(fake_);
+  return fake_;
 }
 
 void DemonstrationTest::useSimulator() { UIDevice::setProfile(DeviceProfile::simulator()); }

@@ -26,6 +26,8 @@ class FakeRecorder : public Object<FakeRecorder, RPScreenRecorder> {
   void stopCapture(Completion completion) override;
   void answer();
   void deliver(RPSampleBufferType type = RPSampleBufferType::video);
+  /// Lets go of its callers, who hold it.
+  void forget();
 
   static NSError error(std::int64_t code) { return NSError(RPRecordingErrorDomain, code, "the recorder's reason"); }
 
@@ -66,6 +68,7 @@ class DemonstrationTest : public CaptureTest {
  private:
   std::filesystem::path folder_;
   JSONValue information_;
+  Ref<FakeRecorder> fake_;
 };
 
 }  // namespace lumicor::test
