@@ -75,9 +75,11 @@ bool isOfTheControlBar(const Ref<UIView>& view) {
 std::int64_t LumicorTrackingTask::nextIndex() { return taskFlow.empty() ? 0 : taskFlow.back().index() + 1; }
 
 LumicorTrackingTask::Doing::Doing() {
-  if (doings_++ > 0) return;
-  LumicorPendingInputs::settle();  // which is a doing of its own
-  doing_ = nextIndex();
+  if (doings_ == 0) {
+    LumicorPendingInputs::settle();  // doings of their own, which must not look like parts of one
+    doing_ = nextIndex();
+  }
+  ++doings_;
 }
 
 LumicorTrackingTask::Doing::~Doing() { --doings_; }

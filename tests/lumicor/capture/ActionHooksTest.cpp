@@ -338,12 +338,16 @@ TEST_F(TextFieldHookTest, RegistersNothingForAFieldWithoutANameOrAfterTheDemonst
 TEST_F(TextFieldHookTest, RegistersWhatWasTypedBeforeTheNextAction) {
   const auto field = add<UITextField>("name");
   const auto button = addPressed<UIButton>("save");
+  tap(button);
   tap(field);
   type("Ada");
   tap(button);
-  EXPECT_THAT(names(), ElementsAre("textField", "Action on Optional(\"save\")"));
+  EXPECT_THAT(names(), ElementsAre("Action on Optional(\"save\")", "textField", "Action on Optional(\"save\")"));
+  const auto doing = [](std::size_t i) { return LumicorTrackingTask::taskFlow[i].actionElement().actionId(); };
+  EXPECT_NE(doing(1), doing(0)) << "the first press has not brought the text about";
+  EXPECT_NE(doing(1), doing(2));
   RunLoop::advance(5);
-  EXPECT_THAT(names(), SizeIs(2));
+  EXPECT_THAT(names(), SizeIs(3));
 }
 
 TEST_F(TextFieldHookTest, RegistersWhatWasTypedOnTheScreenItWasTypedOn) {
