@@ -37,12 +37,14 @@ void LumicorTrackingTask::showTrackingControlView(const Ref<UIView>&) {
 
 void LumicorTrackingTask::click() {
   const auto& bar = Lumicor::shared().trackingButton;
+  if (bar && !bar->clickButton()->isEnabled()) return;  // on its way already, and pressed by other means than a finger
   const bool isStop = bar && bar->clickButton()->title(UIControlState::normal) == stopTitle;
   isStop ? stop() : start();
 }
 
 void LumicorTrackingTask::start() {
   LumicorRecordingTask& recording = LumicorRecordingTask::shared();
+  LumicorPendingInputs::settle();  // what was typed while the one before was saved belongs to none
   Lumicor::isTracking = true;
   isClosed_ = false;
   taskFlow.clear();
@@ -67,7 +69,8 @@ void LumicorTrackingTask::beginOn(const Ref<UIViewController>& screen) {
 void LumicorTrackingTask::stop() {
   setBar(stopTitle, false, "saving");
   DispatchQueue::main().async([] {
-    if (!Lumicor::isTracking || isClosed_) return;
+    if (isClosed_) return;
+    if (!Lumicor::isTracking) return LumicorRecordingTask::shared().reset();  // the host has ended it by the flag
     LumicorPendingInputs::settle();
     if (!taskFlow.empty()) registerClosing();
     isClosed_ = true;

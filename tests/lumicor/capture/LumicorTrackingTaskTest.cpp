@@ -303,4 +303,48 @@ TEST_F(ControlBarTest, RegistersNothingAfterStopWhileTheHostGoesOn) {
   EXPECT_THAT(registered(), SizeIs(2));
 }
 
+TEST_F(ControlBarTest, BeginsWithoutWhatWasTypedWhileTheOneBeforeWasSaved) {
+  useSimulator();
+  service_.answer("/sdk/task/register",
+                  URLProtocol::Reply::json(200, json(R"({"statusCode":200,"data":{"insertedId":"t"}})")).after(1));
+  const auto field = add<UITextField>("name");
+  const auto button = addPressed<UIButton>("pay");
+  begin();
+  tap(button);
+  tap(field);
+  press();
+  type("late");
+  ASSERT_TRUE(RunLoop::advanceUntil([] { return !Lumicor::isTracking; }, 1.5));
+  press();
+  tap(button);
+  RunLoop::advance(3);
+  EXPECT_THAT(names(), ElementsAre("Action on Optional(\"pay\")"));
+}
+
+TEST_F(ControlBarTest, IsReadyAgainWhenTheHostEndedTheDemonstrationByItsFlag) {
+  useSimulator();
+  begin();
+  tap(addPressed<UIButton>("pay"));
+  Lumicor::isTracking = false;
+  press();
+  EXPECT_EQ(buttonTitle(), "Start");
+  EXPECT_TRUE(bar()->clickButton()->isEnabled());
+  EXPECT_THAT(names(), IsEmpty());
+  EXPECT_THAT(service_.requests(), IsEmpty());
+}
+
+TEST_F(ControlBarTest, StartsOnceHoweverOftenItIsPressedMeanwhile) {
+  const auto fake = useFakeRecorder();
+  fake->asksForPermission = true;
+  for (int time = 0; time < 2; ++time) {
+    bar()->clickButton()->sendActionsForControlEvents(UIControlEvents::touchUpInside);
+    RunLoop::settle();
+  }
+  EXPECT_EQ(fake->starts, 1);
+  fake->answer();
+  fake->deliver();
+  EXPECT_TRUE(Lumicor::isTracking);
+  EXPECT_EQ(buttonTitle(), "Stop");
+}
+
 }  // namespace lumicor::test
