@@ -18,6 +18,7 @@ constexpr std::string_view kCollection = "LumicorCollectionView-";
 constexpr std::string_view kPicker = "pickerView-";
 constexpr std::size_t kMostAlternatives = 100;
 constexpr std::size_t kMostScrolls = 8;
+constexpr std::size_t kMostNumbers = 200;
 
 bool isDigits(std::string_view text) {
   const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -122,13 +123,14 @@ std::vector<ScrollPosition> scrollsAround(const SnapshotRecord& snapshot) {
   const std::string prefix = snapshot.viewName.substr(0, snapshot.viewName.find('-')) + "-";
   const ElementRecord& acted = snapshot.actionElement;
   if (const auto item = itemName(acted.actionName)) return {{prefix + *item, 0, 0}};
+  std::set<std::string_view> holders;
+  for (const ElementRecord& element : snapshot.elements) {
+    // A text view scrolls too, but no step has to put its text in place.
+    if (element.type != "TYPE_TEXT" && element.holds(acted)) holders.insert(element.elementId);
+  }
   std::vector<ScrollPosition> around;
   for (const ScrollPosition& scroll : snapshot.scrolls) {
-    // A text view scrolls too, but no step has to put its text in place.
-    const auto isAround = [&](const ElementRecord& element) {
-      return element.elementId == scroll.viewId && element.type != "TYPE_TEXT" && element.holds(acted);
-    };
-    if (around.size() < kMostScrolls && std::any_of(snapshot.elements.begin(), snapshot.elements.end(), isAround))
+    if (around.size() < kMostScrolls && holders.contains(scroll.viewId))
       around.push_back({prefix + scroll.viewId, scroll.x, scroll.y});
   }
   return around;
@@ -177,6 +179,7 @@ std::optional<std::int64_t> onlyNumber(const std::string& text) {
   return number;
 }
 
+/// The nearest ones. Every press is compared with those of all that follow, while everybody else waits.
 std::vector<ShownNumber> numbersOn(const SnapshotRecord& snapshot) {
   const ElementRecord& acted = snapshot.actionElement;
   std::vector<ShownNumber> numbers;
@@ -185,6 +188,8 @@ std::vector<ShownNumber> numbersOn(const SnapshotRecord& snapshot) {
     if (const auto number = onlyNumber(element.value))
       numbers.push_back({element.elementId, *number, std::abs(element.x - acted.x) + std::abs(element.y - acted.y)});
   }
+  std::ranges::stable_sort(numbers, {}, &ShownNumber::distance);
+  numbers.resize(std::min(numbers.size(), kMostNumbers));
   return numbers;
 }
 

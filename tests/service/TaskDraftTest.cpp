@@ -135,6 +135,17 @@ TEST(TaskDraft, KeepsNothingOfWhatASecretFieldEverHeld) {
   EXPECT_THAT(draft["notes"].dump(), HasSubstr("secret"));
 }
 
+TEST(TaskDraft, ComparesOnlyTheNumbersNearestToAPress) {
+  SnapshotRecord snapshot;
+  for (int i = 0; i < 5000; ++i)
+    snapshot.elements.push_back({"n" + std::to_string(i), "", "7", "TYPE_TEXT", "TYPE_DEFAULT", 0, 5000 - i, 9, 9, ""});
+  snapshot.actionElement = {"plus", "Action on Optional(\"plus\")", "", "TYPE_INPUT", "TYPE_BUTTON", 0, 0, 9, 9, "0"};
+  const std::vector<ShownNumber> numbers = DemonstratedAction::read(snapshot).numbers;
+  ASSERT_EQ(numbers.size(), 200u);
+  EXPECT_EQ(numbers.front().elementId, "n4999");
+  EXPECT_EQ(numbers.back().elementId, "n4800");
+}
+
 TEST(TaskDraft, LearnsFromTheScreenWhatElseCouldBeChosenAndWhatPressesCount) {
   const Json draft = draftOf(orderFlow());
   EXPECT_THAT(stepsOf(draft),
