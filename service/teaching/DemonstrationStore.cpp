@@ -46,6 +46,15 @@ std::int64_t countOf(Database& database, const char* sql, std::string_view argum
   return row.integer(0);
 }
 
+/// An uploaded file is kept for the demonstration that names it.
+void keepFile(Database& database, const std::string& owner, const std::string& key) {
+  if (key.empty()) return;
+  database.prepare("UPDATE media SET state = 'kept' WHERE key = ? AND owner = ? AND state = 'unnamed'")
+      .bind(key)
+      .bind(owner)
+      .run();
+}
+
 void erase(Database& database, const std::string& id) {
   database.prepare("DELETE FROM snapshots WHERE taskId = ?").bind(id).run();
   database.prepare("DELETE FROM demonstrations WHERE id = ?").bind(id).run();
@@ -78,6 +87,7 @@ std::string DemonstrationStore::registerTask(const Demonstrator& who, const Regi
       .bind(registration.recordingKey)
       .bind(std::int64_t{registration.opensChat})
       .run();
+  keepFile(database_, who.owner, registration.recordingKey);
   transaction.commit();
   return id;
 }
@@ -112,6 +122,7 @@ void DemonstrationStore::registerSnapshot(const Demonstrator& who, const std::st
       .bind(text)
       .bind(action)
       .run();
+  keepFile(database_, who.owner, record.screenshotKey);
   database_.prepare("UPDATE demonstrations SET changedAt = ? WHERE id = ?").bind(now).bind(taskId).run();
   if (record.isClosing()) {
     database_.prepare("UPDATE demonstrations SET isComplete = 1, document = ? WHERE id = ?")

@@ -171,7 +171,7 @@ std::unique_ptr<BodyReceiver> MediaFolder::receive(std::string_view token, std::
 
 void MediaFolder::complete(const std::string& key, std::int64_t bytes) {
   const std::lock_guard lock(mutex_);
-  database_.prepare("UPDATE media SET state = 'kept', bytes = ? WHERE key = ?").bind(bytes).bind(key).run();
+  database_.prepare("UPDATE media SET state = 'unnamed', bytes = ? WHERE key = ?").bind(bytes).bind(key).run();
 }
 
 void MediaFolder::forget(const std::string& key) noexcept {
@@ -186,13 +186,26 @@ void MediaFolder::forget(const std::string& key) noexcept {
 void MediaFolder::remove(std::string_view owner, const std::vector<std::string>& keys) {
   const std::lock_guard lock(mutex_);
   for (const std::string& key : keys) {
-    Statement find = database_.prepare("SELECT key FROM media WHERE key = ? AND owner = ? AND state = 'kept'");
+    Statement find =
+        database_.prepare("SELECT key FROM media WHERE key = ? AND owner = ? AND state IN ('kept', 'unnamed')");
     find.bind(key).bind(owner);
-    if (!find.step()) continue;
-    std::error_code error;
-    std::filesystem::remove(folder_ / find.text(0), error);
-    database_.prepare("DELETE FROM media WHERE key = ?").bind(key).run();
+    if (find.step()) erase(find.text(0));
   }
+}
+
+void MediaFolder::removeUnnamed(std::int64_t now) {
+  const std::lock_guard lock(mutex_);
+  std::vector<std::string> keys;
+  Statement find = database_.prepare("SELECT key FROM media WHERE state = 'unnamed' AND expiresAt < ?");
+  find.bind(now - limits_.demonstrationTime);
+  while (find.step()) keys.push_back(find.text(0));
+  for (const std::string& key : keys) erase(key);
+}
+
+void MediaFolder::erase(const std::string& key) {
+  std::error_code error;
+  std::filesystem::remove(folder_ / key, error);
+  database_.prepare("DELETE FROM media WHERE key = ?").bind(key).run();
 }
 
 }  // namespace service

@@ -39,11 +39,15 @@ class MediaFolder {
 
   /// Removes files by their keys, those of this owner only.
   void remove(std::string_view owner, const std::vector<std::string>& keys);
+  /// Removes the files that no demonstration has named for as long as one may take: what sent them did not get further,
+  /// and they would fill the room of their key for ever.
+  void removeUnnamed(std::int64_t now);
 
  private:
   class Upload;
   void complete(const std::string& key, std::int64_t bytes);
   void forget(const std::string& key) noexcept;
+  void erase(const std::string& key);  // under the mutex
   std::filesystem::path partOf(const std::string& key) const { return folder_ / (key + ".part"); }
 
   const std::filesystem::path folder_;

@@ -57,6 +57,7 @@ void Teaching::removeAbandoned(std::int64_t now) {
       // Somebody else was faster.
     }
   }
+  media_.removeUnnamed(now);
 }
 
 }  // namespace service

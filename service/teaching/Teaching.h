@@ -26,7 +26,7 @@ class Teaching {
   void correct(const std::string& id, const std::string& slot, const SlotCorrection& correction);
   /// With its snapshots, screenshots and video.
   void remove(const std::string& id);
-  /// The same for those that never ended.
+  /// The same for those that never ended, and for the files of those that never began.
   void removeAbandoned(std::int64_t now);
 
  private:

@@ -223,5 +223,40 @@ TEST(DemonstrationStore, BoundsWhatAKeyMayRegisterAndForgetsWhatNeverEnded) {
   EXPECT_TRUE(store.find(kept).isComplete);
 }
 
+TEST(Teaching, RemovesFilesThatNoDemonstrationEverNamed) {
+  const TemporaryFolder folder;
+  DemonstrationStore store(folder.path(), {.demonstrationTime = 100});
+  MediaFolder media(folder.path(), {.keyBytes = 3, .addressTime = 10, .demonstrationTime = 100});
+  const Demonstrator who{store.ownerOf("key"), "ann"};
+  const auto upload = [&](std::int64_t now) {
+    const UploadAddress address = media.open(who.owner, "ann", "v", "png", now);
+    const auto file = media.receive(address.token, 1, now);
+    file->take("x");
+    EXPECT_EQ(file->finish().status, 200);
+    return address.key;
+  };
+  const std::string video = upload(0);
+  const std::string picture = upload(0);
+  const std::string orphan = upload(0);  // its application ended before it could register anything
+  EXPECT_THROW(upload(1), RequestError) << "the room of the key is used up";
+  Flow flow = orderFlow();
+  const std::string id = store.registerTask(who, {"app", video, true}, 1);
+  Json shown = flow.snapshots()[0];
+  shown["screenshotKey"] = picture;
+  store.registerSnapshot(who, id, 0, shown, 1);
+  store.registerSnapshot(who, id, 1, flow.snapshots().back(), 1);
+
+  Teaching teaching(store, media);
+  const auto isThere = [&](const std::string& key) { return std::filesystem::exists(folder.path() / "media" / key); };
+  teaching.removeAbandoned(110);
+  EXPECT_TRUE(isThere(orphan)) << "it may still be named";
+  teaching.removeAbandoned(111);
+  EXPECT_FALSE(isThere(orphan));
+  EXPECT_TRUE(isThere(video) && isThere(picture));
+  upload(111);
+  teaching.remove(id);
+  EXPECT_FALSE(isThere(video) || isThere(picture));
+}
+
 }  // namespace
 }  // namespace service
