@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <utility>
@@ -144,5 +145,8 @@ int main(int count, char** values) {
     case Mode::gallery:
       return showGallery(application, *arguments);
   }
-  return platform::UIApplication::shared().run("Tea shop");
+  const int code = platform::UIApplication::shared().run("Tea shop");
+  // Requests may be under way on threads of their own: nothing is taken from under them.
+  std::fflush(nullptr);
+  std::quick_exit(code);
 }

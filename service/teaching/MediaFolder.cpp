@@ -183,12 +183,12 @@ void MediaFolder::forget(const std::string& key) noexcept {
   }
 }
 
-void MediaFolder::remove(std::string_view owner, const std::vector<std::string>& keys) {
+void MediaFolder::remove(std::string_view owner, std::string_view userId, const std::vector<std::string>& keys) {
   const std::lock_guard lock(mutex_);
   for (const std::string& key : keys) {
-    Statement find =
-        database_.prepare("SELECT key FROM media WHERE key = ? AND owner = ? AND state IN ('kept', 'unnamed')");
-    find.bind(key).bind(owner);
+    Statement find = database_.prepare(
+        "SELECT key FROM media WHERE key = ? AND owner = ? AND userId = ? AND state IN ('kept', 'unnamed')");
+    find.bind(key).bind(owner).bind(userId);
     if (find.step()) erase(find.text(0));
   }
 }

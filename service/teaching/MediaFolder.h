@@ -37,8 +37,8 @@ class MediaFolder {
   /// on the address works no more, whatever becomes of the file.
   std::unique_ptr<BodyReceiver> receive(std::string_view token, std::optional<std::int64_t> length, std::int64_t now);
 
-  /// Removes files by their keys, those of this owner only.
-  void remove(std::string_view owner, const std::vector<std::string>& keys);
+  /// Removes files by their keys, those of this owner and user only.
+  void remove(std::string_view owner, std::string_view userId, const std::vector<std::string>& keys);
   /// Removes the files that no demonstration has named for as long as one may take: what sent them did not get further,
   /// and they would fill the room of their key for ever.
   void removeUnnamed(std::int64_t now);

@@ -59,6 +59,8 @@ class Draft {
     if (action.kind == Kind::Text || action.kind == Kind::Search) step["value"] = typed(action);
     if (action.kind == Kind::Picker) step["value"] = picked(action);
     if (action.kind == Kind::Cell) step["elementId"] = chosen(action);
+    if (action.actionType == "TYPE_TOGGLE")
+      note("\"" + action.elementId + "\" is a switch: a step touches it, but does not turn it");
     if (action.kind == Kind::Adjustment)
       note("\"" + action.elementId + "\" can be touched by a step, but not set to a value");
     steps_.push_back(std::move(step));

@@ -46,7 +46,7 @@ void Teaching::remove(const std::string& id) {
   std::vector<std::string> files = demonstrations_.screenshotKeys(id);
   files.push_back(record.recordingKey);
   demonstrations_.remove(id);
-  media_.remove(record.owner, files);
+  media_.remove(record.owner, record.userId, files);
 }
 
 void Teaching::removeAbandoned(std::int64_t now) {

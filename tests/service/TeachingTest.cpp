@@ -207,10 +207,12 @@ TEST(DemonstrationStore, BoundsWhatAKeyMayRegisterAndForgetsWhatNeverEnded) {
 
   Json shown = flow[2];
   MediaFolder media(folder.path(), {});
-  const UploadAddress picture = media.open(who.owner, "ann", "v", "png", 0);
+  const UploadAddress picture = media.open(who.owner, "bob", "v", "png", 0);
   media.receive(picture.token, 0, 1)->finish();
+  const UploadAddress other = media.open(who.owner, "ann", "v", "mp4", 0);
+  media.receive(other.token, 0, 1)->finish();
   shown["screenshotKey"] = picture.key;
-  const std::string third = store.registerTask({who.owner, "bob"}, {"app", "", true}, 160);
+  const std::string third = store.registerTask({who.owner, "bob"}, {"app", other.key, true}, 160);
   store.registerSnapshot({who.owner, "bob"}, third, 0, shown, 160);
   Teaching teaching(store, media);
   teaching.removeAbandoned(150);
@@ -220,6 +222,7 @@ TEST(DemonstrationStore, BoundsWhatAKeyMayRegisterAndForgetsWhatNeverEnded) {
   EXPECT_TRUE(std::filesystem::exists(folder.path() / "media" / picture.key));
   teaching.removeAbandoned(300);
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "media" / picture.key)) << "with its pictures";
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "media" / other.key)) << "which is somebody else's";
   EXPECT_TRUE(store.find(kept).isComplete);
 }
 

@@ -158,9 +158,10 @@ TEST_F(MediaFolderTest, BoundsAFileAKeyAndTheOpenAddresses) {
 TEST_F(MediaFolderTest, RemovesFilesForTheirOwnerOnly) {
   const UploadAddress address = folder_.open("owner", "ann", "v", "mp4", 0);
   EXPECT_EQ(put(address, "abc"), "200");
-  folder_.remove("other", {address.key, "../lumicor.sqlite"});
+  folder_.remove("other", "ann", {address.key, "../lumicor.sqlite"});
+  folder_.remove("owner", "bob", {address.key});
   EXPECT_TRUE(std::filesystem::exists(data_.path() / "media" / address.key));
-  folder_.remove("owner", {address.key, "../lumicor.sqlite", ""});
+  folder_.remove("owner", "ann", {address.key, "../lumicor.sqlite", ""});
   EXPECT_FALSE(std::filesystem::exists(data_.path() / "media" / address.key));
   EXPECT_TRUE(std::filesystem::exists(data_.path() / "lumicor.sqlite"));
 }

@@ -89,7 +89,6 @@ std::string AccountScreen::titleForHeader(const Ref<UITableView>&, std::int64_t 
 }
 
 Ref<UITableViewCell> AccountScreen::cellForRow(const Ref<UITableView>& table, const IndexPath& path) {
-  lumicor::Lumicor::shared().didSelectRow(table, path);
   const auto& links = sectionAt(path.section()).links;
   const char* const reuse = links.empty() ? orderCell : linkCell;
   auto cell = table->dequeueReusableCell(reuse);
@@ -128,6 +127,7 @@ void AccountScreen::showOrder(UITableViewCell& cell, std::int64_t row) const {
 }
 
 void AccountScreen::didSelectRow(const Ref<UITableView>& table, const IndexPath& path) {
+  lumicor::Lumicor::shared().didSelectRow(table, path);
   const auto& links = sectionAt(path.section()).links;
   if (links.empty()) return table->deselectRow(path, false);
   navigationController()->pushViewController(links[static_cast<std::size_t>(path.row())].makeScreen(shop_), true);

@@ -100,6 +100,7 @@ void FilterScreen::buildToolbar() {
   count_->setTitleColor(UIColor::white(), UIControlState::normal);
   count_->titleLabel()->setFont(UIFont::systemFont(15, UIFontWeightSemibold));
   count_->addTarget(self(), sel("apply"), UIControlEvents::touchUpInside);
+  count_->setAccessibilityIdentifier("filterShow");
   auto count = make<UIBarButtonItem>(count_);
   count->setAccessibilityIdentifier("filterCount");
   bar->setItems({reset, UIBarButtonItem::flexibleSpaceItem(), count});
