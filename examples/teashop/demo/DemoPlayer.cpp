@@ -2,23 +2,16 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
-#include <fstream>
 
 #include "examples/teashop/ScreenCatalogue.h"
 #include "examples/teashop/demo/ScreenReader.h"
-#include "platform/dispatch/Clock.h"
 #include "platform/dispatch/RunLoop.h"
-#include "platform/graphics/UIImage.h"
-#include "platform/uikit/application/UIApplication.h"
 
 namespace teashop {
 
 using namespace platform;
 
 namespace {
-
-double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
 Ref<UIView> floatingButton() { return screenReader::ofClass("TLFloaterView"); }
 Ref<UIView> sendButton() { return screenReader::buttonTitled("Send"); }
@@ -29,46 +22,19 @@ void rest() { RunLoop::advance(0.6); }
 }  // namespace
 
 DemoPlayer::DemoPlayer(TeashopApplication& application, std::string serviceAddress, DemoReport& report)
-    : application_(application),
-      events_(std::move(serviceAddress)),
-      report_(report),
-      startedAt_(Clock::mediaTime()),
-      processorAtStart_(processorSeconds()),
-      lastStageAt_(startedAt_) {}
+    : application_(application), events_(std::move(serviceAddress)), report_(report), scribe_(report, "") {}
 
 void DemoPlayer::play(const std::vector<DemoStory>& stories) {
   for (const DemoStory& story : stories) {
     if (!isBroken_) tell(story);
   }
-  if (isBroken_) stage("Where it stopped", "", "The story did not go on from here");
+  if (isBroken_) scribe_.stage("Where it stopped", "", "The story did not go on from here");
 }
 
-DemoReport::Times DemoPlayer::times() const {
-  return {Clock::mediaTime() - startedAt_, Clock::isVirtual(),
-          processorSeconds() - processorAtStart_ - pictureSeconds_};
-}
-
-bool DemoPlayer::until(const std::string& what, const Condition& condition, double seconds) {
-  if (RunLoop::advanceUntil(condition, seconds)) return true;
-  report_.add(
-      DemoReport::Check{what, false, "it did not happen within " + std::to_string(static_cast<int>(seconds)) + " s"});
-  std::printf("   never happened: %s\n", what.c_str());
+bool DemoPlayer::until(const std::string& what, const std::function<bool()>& condition, double seconds) {
+  if (scribe_.until(what, condition, seconds)) return true;
   isBroken_ = true;
   return false;
-}
-
-void DemoPlayer::stage(const std::string& title, const std::string& asked, const std::string& done) {
-  const double before = processorSeconds();
-  char name[64];
-  std::snprintf(name, sizeof name, "%02zu.png", ++pictures_);
-  const Ref<UIImage> picture = UIApplication::shared().screenshot();
-  std::ofstream(report_.folder() / name, std::ios::binary) << picture->pngRepresentation();
-  pictureSeconds_ += processorSeconds() - before;
-  const double now = Clock::mediaTime();
-  report_.add(DemoReport::Stage{title, asked, done, name, now - lastStageAt_});
-  std::printf("   [%5.1f s] %s\n", now - startedAt_, title.c_str());
-  std::fflush(stdout);
-  lastStageAt_ = now;
 }
 
 void DemoPlayer::tell(const DemoStory& story) {
@@ -88,18 +54,19 @@ void DemoPlayer::openChat(const DemoStory&) {
   if (sendButton()) return;  // it came back after the request before
   if (!until("the floating button appears", [] { return floatingButton() != nullptr; })) return;
   rest();
-  if (pictures_ == 0) stage("The shop", "Start the shop with the assistant inside", "The round button is there");
+  if (scribe_.stages() == 0)
+    scribe_.stage("The shop", "Start the shop with the assistant inside", "The round button is there");
   hands_.tap(floatingButton());
   if (!until("the chat opens", [] { return sendButton() != nullptr; })) return;
   rest();
-  stage("The chat", "Tap the round button", "The chat fills the screen, the shop's bars are gone");
+  scribe_.stage("The chat", "Tap the round button", "The chat fills the screen, the shop's bars are gone");
 }
 
 void DemoPlayer::ask(const DemoStory& story) {
   hands_.tap(screenReader::ofClass("PaddedTextField"));
   rest();
   hands_.type(story.request);
-  if (pictures_ < 3) stage("A request", "Say what is wanted", "Typed on the software keyboard");
+  if (scribe_.stages() < 3) scribe_.stage("A request", "Say what is wanted", "Typed on the software keyboard");
   hands_.tap(sendButton());
   const auto isSent = [&] { return screenReader::reads(story.request); };
   const auto isUnderWay = [] { return sendButton() == nullptr; };
@@ -109,7 +76,7 @@ void DemoPlayer::ask(const DemoStory& story) {
     return;
   if (isUnderWay()) return;
   rest();
-  if (isSent()) stage("Sent", "Tap Send", "The bubble stands, the assistant is at work");
+  if (isSent()) scribe_.stage("Sent", "Tap Send", "The bubble stands, the assistant is at work");
 }
 
 void DemoPlayer::watch(const DemoStory& story) {
@@ -117,7 +84,7 @@ void DemoPlayer::watch(const DemoStory& story) {
   for (const DemoStop& stop : story.stops) {
     if (!until(stop.title, stop.isSeen)) return;
     rest();
-    stage(stop.title, stop.asked, stop.told());
+    scribe_.stage(stop.title, stop.asked, stop.told());
   }
 }
 
@@ -127,7 +94,7 @@ void DemoPlayer::readOutcome(const DemoStory& story) {
              [&] { return sendButton() != nullptr && screenReader::lowestText() == story.outcome; }))
     return;
   rest();
-  stage("The outcome", "Hear how it went", "The chat is open again and says: " + story.outcome);
+  scribe_.stage("The outcome", "Hear how it went", "The chat is open again and says: " + story.outcome);
   report_.add(DemoReport::Check{"the outcome text came", true, story.outcome});
 }
 
@@ -160,7 +127,7 @@ void DemoPlayer::visitEveryScreen() {
   for (const NamedScreen& screen : screenCatalogue()) {
     screen.show(application_);
     RunLoop::advance(0.8);
-    stage(screen.name, "", screen.what);
+    scribe_.stage(screen.name, "", screen.what);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "examples/teashop/TeashopApplication.h"
 #include "examples/teashop/demo/DemoHands.h"
 #include "examples/teashop/demo/DemoReport.h"
+#include "examples/teashop/demo/DemoScribe.h"
 #include "examples/teashop/demo/DemoStory.h"
 #include "examples/teashop/demo/ServiceEvents.h"
 
@@ -25,11 +26,9 @@ class DemoPlayer {
   void play(const std::vector<DemoStory>& stories);
   void visitEveryScreen();
   /// Since it was made.
-  DemoReport::Times times() const;
+  DemoReport::Times times() const { return scribe_.times(); }
 
  private:
-  using Condition = std::function<bool()>;
-
   void tell(const DemoStory& story);
   void openChat(const DemoStory& story);
   void ask(const DemoStory& story);
@@ -37,19 +36,14 @@ class DemoPlayer {
   void readOutcome(const DemoStory& story);
   void checkEvents(const DemoStory& story);
 
-  /// Waits until the condition holds, at most so many seconds; a condition that never holds is noted as a failed check.
-  bool until(const std::string& what, const Condition& condition, double seconds = 20);
-  void stage(const std::string& title, const std::string& asked, const std::string& done);
+  /// Waits as the scribe does; what never comes about ends the play.
+  bool until(const std::string& what, const std::function<bool()>& condition, double seconds = 20);
 
   TeashopApplication& application_;
   ServiceEvents events_;
   DemoReport& report_;
   DemoHands hands_;
-  double startedAt_;
-  double processorAtStart_;
-  double lastStageAt_;
-  double pictureSeconds_ = 0;  // of processor time
-  std::size_t pictures_ = 0;
+  DemoScribe scribe_;
   std::int64_t lastEvent_ = 0;  // the newest that belongs to a story already told
   bool isBroken_ = false;       // a condition never held: what follows makes no sense any more
 };

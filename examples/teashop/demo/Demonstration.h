@@ -18,8 +18,8 @@ struct DemoAct {
 /// A task that a person shows once, and what is asked of the assistant afterwards: in other words, and with other
 /// values.
 struct Demonstration {
-  std::string title;                 ///< the name the task is given
-  std::vector<std::string> samples;  ///< how it is asked for, with the values that were shown
+  std::string title;                             ///< the name the task is given
+  std::vector<std::string> samples;              ///< how it is asked for, with the values that were shown
   std::function<void(DemoHands& hands)> before;  ///< where the person goes first, not recorded
   std::vector<DemoAct> acts;
   std::function<bool(const Shop& shop)> isKept;  ///< what showing it left in the shop's books

@@ -2,12 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 
 #include "examples/teashop/demo/ScreenReader.h"
-#include "platform/dispatch/Clock.h"
-#include "platform/dispatch/RunLoop.h"
-#include "platform/graphics/UIImage.h"
 #include "platform/uikit/UIKit.h"
 
 namespace teashop {
@@ -38,7 +34,7 @@ Ref<UILabel> labelIn(const Ref<UIView>& view) {
 
 TeachPlayer::TeachPlayer(TeashopApplication& application, const std::string& serviceAddress,
                          std::filesystem::path folder)
-    : application_(application), tasks_(serviceAddress), report_(std::move(folder)), lastStageAt_(Clock::mediaTime()) {}
+    : application_(application), tasks_(serviceAddress), report_(std::move(folder)), scribe_(report_, "shown-") {}
 
 bool TeachPlayer::play() {
   bool isWhole = true;
@@ -67,19 +63,18 @@ bool TeachPlayer::start() {
   hands_.tap(barButton("Start"));
   if (!until("the recording runs", [] { return barButton("Stop") != nullptr; })) return false;
   hands_.wait(pauseBetweenActs);
-  stage("The recording runs", "Tap \u201cStart\u201d on the bar", "The bar offers \u201cStop\u201d");
+  scribe_.stage("The recording runs", "Tap \u201cStart\u201d on the bar", "The bar offers \u201cStop\u201d");
   return true;
 }
 
 bool TeachPlayer::perform(const DemoAct& act) {
   hands_.wait(pauseBetweenActs);
-  while (hasNewToast(registered)) {
-  }  // of the act before, which may have been registered more than once
+  while (hasNewToast(registered)) continue;  // of the act before, which may have been registered more than once
   act.does(hands_);
   if (!until(act.stop.title, act.stop.isSeen)) return false;
   if (!until(act.stop.title + " is registered", [this] { return hasNewToast(registered); })) return false;
   hands_.wait(pauseBetweenActs);
-  stage(act.stop);
+  scribe_.stage(act.stop.title, act.stop.asked, act.stop.told());
   return true;
 }
 
@@ -97,7 +92,7 @@ bool TeachPlayer::stop(const Demonstration& demonstration) {
       longestUpload);
   if (!isThere) return false;
   const bool isTold = until("the end is told", [this] { return hasNewToast(captureEnd); });
-  stage("The end", "Tap \u201cStop\u201d", "The video, the pictures and the actions are with the service");
+  scribe_.stage("The end", "Tap \u201cStop\u201d", "The video, the pictures and the actions are with the service");
   const bool isNamed = tasks_.name(taught_.back(), demonstration.title, demonstration.samples);
   report_.add(DemoReport::Check{"the task bears a name, and how it is asked for", isNamed, demonstration.samples[0]});
   return isTold && isNamed;
@@ -117,25 +112,9 @@ bool TeachPlayer::hasNewToast(const std::string& text) {
 }
 
 bool TeachPlayer::until(const std::string& what, const std::function<bool()>& condition, double seconds) {
-  if (RunLoop::advanceUntil(condition, seconds)) return true;
-  report_.add(
-      DemoReport::Check{what, false, "it did not happen within " + std::to_string(static_cast<int>(seconds)) + " s"});
-  std::printf("   never happened: %s\n", what.c_str());
-  stage("Where it stopped", "", "The demonstration did not go on from here");
+  if (scribe_.until(what, condition, seconds)) return true;
+  scribe_.stage("Where it stopped", "", "The demonstration did not go on from here");
   return false;
-}
-
-void TeachPlayer::stage(const DemoStop& stop) { stage(stop.title, stop.asked, stop.told()); }
-
-void TeachPlayer::stage(const std::string& title, const std::string& asked, const std::string& done) {
-  char name[64];
-  std::snprintf(name, sizeof name, "shown-%02zu.png", ++pictures_);
-  std::ofstream(report_.folder() / name, std::ios::binary) << UIApplication::shared().screenshot()->pngRepresentation();
-  const double now = Clock::mediaTime();
-  report_.add(DemoReport::Stage{title, asked, done, name, now - lastStageAt_});
-  std::printf("   %s\n", title.c_str());
-  std::fflush(stdout);
-  lastStageAt_ = now;
 }
 
 }  // namespace teashop

@@ -8,6 +8,7 @@
 #include "examples/teashop/TeashopApplication.h"
 #include "examples/teashop/demo/DemoHands.h"
 #include "examples/teashop/demo/DemoReport.h"
+#include "examples/teashop/demo/DemoScribe.h"
 #include "examples/teashop/demo/Demonstration.h"
 #include "examples/teashop/demo/TaughtTasks.h"
 #include "platform/runtime/Ref.h"
@@ -31,19 +32,16 @@ class TeachPlayer {
   bool perform(const DemoAct& act);
   bool stop(const Demonstration& demonstration);
   bool until(const std::string& what, const std::function<bool()>& condition, double seconds = 20);
-  void stage(const DemoStop& stop);
-  void stage(const std::string& title, const std::string& asked, const std::string& done);
   /// A short message of that text has come since the last one that was waited for.
   bool hasNewToast(const std::string& text);
 
   TeashopApplication& application_;
   TaughtTasks tasks_;
   DemoReport report_;
+  DemoScribe scribe_;
   DemoHands hands_;
   std::vector<platform::Weak<platform::UIView>> seenToasts_;
   std::vector<std::string> taught_;
-  std::size_t pictures_ = 0;
-  double lastStageAt_;
 };
 
 }  // namespace teashop
